@@ -1,0 +1,81 @@
+// One server datagram -> one SensorData.
+//
+// The parser never looks behind the end of the text and moves only over what it has read. Messages
+// that it does not understand give false; the connection reports them.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "scanner.h"
+#include "sensordata.h"
+
+namespace vok {
+
+enum ObjectType { OT_NONE = 0, OT_PLAYER = 1, OT_BALL = 2, OT_GOAL = 3, OT_FLAG = 4, OT_LINE = 5 };
+enum DataType { DT_NONE = 0, DT_DOUBLE = 1, DT_INT = 2, DT_STRING = 3, DT_BOOL = 4 };
+
+/// One row of a parameter table: how an item is written, and where its value goes.
+struct Token {
+  const char* fmt;  ///< the item in scanf's notation, " (key %d)%n"
+  void* ptr;        ///< int, double, bool or HeardText by `dt`; null for an item to skip
+  DataType dt;
+};
+
+class Parser {
+ public:
+  Parser(const char* team, client_type ctype, int clangMinVer, int clangMaxVer);
+
+  /// Parses one datagram into a fresh record; false when it is not understood.
+  bool parseServerString(std::string_view text, SensorData& record);
+
+  /// The play mode of a referee's name, as seen by `side`. An unknown name is reported.
+  static play_mode parsePlaymode(std::string_view name, playing_side side);
+
+  void setSide(playing_side newSide) { side = newSide; }
+  int getCLangMinVer() const { return clangMinVer; }
+  int getCLangMaxVer() const { return clangMaxVer; }
+
+  /// Store the items of the parameter messages into the server constants; false when the head is
+  /// another one. The first item that no row of the table takes ends the reading.
+  bool parseServerParam(std::string_view text);
+  bool parsePlayerParam(std::string_view text);
+
+  /// Reads one item at the position: 0 when it was read, 1 when it does not match (the position
+  /// stays), -1 for an unknown data type. A number with more behind it is stored, and the position
+  /// stays before the item.
+  int readToken(const Token& token);
+
+  /// The kind of an object by the first character of its name.
+  static ObjectType determineObject(std::string_view name);
+
+  // Object names, without their parentheses.
+  void parsePlayer(std::string_view name, team_number& playerTeam, int& number,
+                   goalie_player& goalie) const;
+  void parseGoal(std::string_view name, goal_type& which, team_number& goalTeam) const;
+  static void parseFlag(std::string_view name, SensorFlag& flag);
+  static void parseLine(std::string_view name, SensorLine& line);
+
+  static const std::vector<Token> serverParamTokens;
+  static const std::vector<Token> playerParamTokens;
+
+ private:
+  bool parseExact();
+  bool parseHear();
+  bool parseCoachMsg();
+  bool parsePlayerType();
+  // The players' own messages; nobody here reads them.
+  bool parseSee() { return false; }
+  bool parseSenseBody() { return false; }
+
+  std::string team;
+  playing_side side = SIDE_LEFT;
+  bool isCoach;
+  SensorData* data = nullptr;  ///< the record being filled
+  Scanner msg;                 ///< the position in the datagram
+  int clangMinVer;
+  int clangMaxVer;
+};
+
+}  // namespace vok

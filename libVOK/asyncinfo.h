@@ -1,0 +1,145 @@
+// The server's clock as the client sees it: when a cycle begins, and when to act on it.
+#pragma once
+
+#include <sys/time.h>
+
+#include <array>
+#include <string>
+
+#include "sensordata.h"
+
+namespace vok {
+
+/// A command as it was sent, for the world model's prediction.
+struct CycleAction {
+  long time = 0;  ///< server time
+  CycleCommand command = NO_COMMAND;
+  double param1 = 0;
+  double param2 = 0;
+};
+
+/// Fed every parsed datagram; its `act` flag tells the main loop that a cycle is to be run. One
+/// instance a process (the signal handler needs it): a second one is reported and stays unnamed.
+///
+/// For a coach a cycle begins with the first message of a later server time, or with a global view
+/// or referee message while the clock stands still; in synchronous mode it also takes "(think)".
+class AsyncCommInfo {
+ public:
+  AsyncCommInfo(const char* teamName, client_type clientType);
+  ~AsyncCommInfo();
+  AsyncCommInfo(const AsyncCommInfo&) = delete;
+  AsyncCommInfo& operator=(const AsyncCommInfo&) = delete;
+
+  /// Feeds one message; true when a body-sense message was accounted.
+  bool adjust(const SensorData& data);
+  /// Notes the arrival of a datagram.
+  void setRecvTime();
+  /// The server's "(think)" of synchronous mode.
+  void think();
+
+  /// Takes the act flag: true when a new cycle has begun, which is then taken.
+  bool takeAct();
+  /// In synchronous mode, true when "(think)" and a global view that opened no cycle have both
+  /// come: the clock stands still in a way that the play modes do not tell, and the server waits.
+  bool answerDue() const;
+  /// Takes that state.
+  void takeAnswer();
+
+  /// The values known from the check-in.
+  void setStates(int newNumber, long time, play_mode mode, playing_side newSide, bool second);
+
+  void setAction(CycleCommand command, long time, double p1, double p2, CycleAction& into);
+  void clearAction(long time, CycleAction& into) { setAction(NO_COMMAND, time, 0, 0, into); }
+  /// Records a body command of this cycle as sent, counts it and re-evaluates the act flag.
+  void sendAction(CycleCommand command, double p1, double p2);
+  void getLastAction(CycleAction& into) const { into = processedAction; }
+  void getLostAction(CycleAction& into) const { into = lostAction; }
+
+  const char* getTeam() const { return team.c_str(); }
+  int getNumber() const { return number; }
+  bool isOnlineCoach() const { return client == CLIENT_ONLINECOACH; }
+  bool isTrainCoach() const { return client == CLIENT_TRAINCOACH; }
+  bool isCoach() const { return isOnlineCoach() || isTrainCoach(); }
+  bool isGoalie() const { return client == CLIENT_GOALIE; }
+  bool isNeckTwisted() const { return neckTwisted; }
+  long getServerTime() const { return serverTime; }
+  play_mode getPlayMode() const { return playMode; }
+  playing_side getSide() const { return side; }
+  int getOurScore() const { return ourScore; }
+  int getOtherScore() const { return otherScore; }
+  bool inSecondHalf() const { return secondHalf; }
+  void twistNeck() { neckTwisted = true; }
+  void incSayCount() { ++sayCount; }
+  void incTurnNeckCount() { ++turnNeckCount; }
+
+  /// Handler of SIGALRM: the wait for a visual message is over.
+  static void alrmHandler(int);
+
+  /// The one instance, null when none exists.
+  static AsyncCommInfo* info;
+
+  std::string team;
+  int number = -1;
+  client_type client;
+  bool neckTwisted = false;
+  bool thinking = false;
+  long serverTime = 0;
+  play_mode playMode = PLAY_MODE_UNKNOWN;
+  playing_side side = SIDE_UNKNOWN;
+  int ourScore = 0;
+  int otherScore = 0;
+  bool secondHalf = false;
+
+  // Commands that this client has sent.
+  int kickCount = 0;
+  int dashCount = 0;
+  int turnCount = 0;
+  int sayCount = 0;
+  int turnNeckCount = 0;
+  int moveCount = 0;
+  int catchCount = 0;
+  int changeViewCount = 0;
+  int pointToCount = 0;
+  int attentionToCount = 0;
+  int tackleCount = 0;
+
+  // Visual messages of the last four cycles, and when the last of each came (ms in the cycle).
+  std::array<int, 4> seeMsgCnt{};
+  std::array<long, 4> seeTime{};
+  int seeMsgCntIndex = -1;
+
+  long viewModeTime = 0;  ///< cycles since the view mode was changed
+  bool viewModeUnknown = false;
+  bool viewModeChangedAgain = false;
+  view_width curVisAngle = VIEW_WIDTH_NARROW;
+  view_quality curVisQual = VIEW_QUALITY_HIGH;
+  view_width chVisAngle = VIEW_WIDTH_NARROW;  ///< requested
+  view_quality chVisQual = VIEW_QUALITY_HIGH;
+
+  bool noSenseBodyYet = true;  ///< in this cycle
+  bool actionNeeded = true;
+  bool nextTimestep = false;  ///< a cycle has begun and is not yet taken
+  bool waitForSee = false;
+  bool act = false;          ///< run the cycle now
+  bool idleView = false;     ///< a global view came that opened no cycle
+  timeval startTime{};       ///< wall clock at construction
+  timeval cycleStartTime{};  ///< since `startTime`
+  long recvTime = 0;         ///< arrival of the latest datagram, ms since `startTime`'s second
+  int waitForSeeTime = 40;   ///< per cent of a cycle that a player waits for a visual message
+  bool abortWaitForSee = false;
+
+  CycleAction sentAction;
+  CycleAction processedAction;  ///< what the server is taken to have executed
+  CycleAction lostAction;
+
+ private:
+  bool adjustTime(const SensorData& data);
+  void newTimestep();
+  void updateAct();
+  void startTimer();
+  void checkSyncCommandCount(const SensorData& data);
+  void checkAsyncCommandCount(const SensorData& data);
+  void hearReferee(const SensorData& data);
+};
+
+}  // namespace vok

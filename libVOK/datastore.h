@@ -1,0 +1,44 @@
+// The queue of parsed datagrams between the receive loop and the world model.
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "sensordata.h"
+
+namespace vok {
+
+/// A ring of 20 whole records that holds 19; a record too many drops the oldest one. Player types
+/// among the dropped are set aside: after a check-in more announcements come than the ring holds,
+/// and none of them may be lost.
+class SensorDataStore {
+ public:
+  static constexpr int SIZE = 20;
+
+  SensorDataStore();
+
+  /// Appends a record.
+  void put(const SensorData& data);
+
+  /// Puts a record behind all of smaller time and before those of equal or greater time. When the
+  /// ring has wrapped it appends.
+  void insert(const SensorData& data);
+
+  /// Takes the oldest record; false leaves `out` as it is.
+  bool getNext(SensorData& out);
+
+  /// Player types that the ring had to drop, in the order of their arrival.
+  const std::vector<PlayerType>& setAside() const { return droppedTypes; }
+  void clearSetAside() { droppedTypes.clear(); }
+
+ private:
+  void advanceWrite();
+  void setTypeAside(const PlayerType& type);
+
+  std::array<SensorData, SIZE> store;
+  int readIndex = 0;
+  int writeIndex = 0;
+  std::vector<PlayerType> droppedTypes;
+};
+
+}  // namespace vok

@@ -1,0 +1,157 @@
+// The one picture of the match that all decisions read.
+//
+// Field frame for either side: our goal is at x = -52.5; data of a team on the right are turned by
+// 180 degrees on the way in. Teams are indexed by shirt number 1..11, entry 0 is no player. A
+// player's entry is as good as its age: readers pass a maximum age.
+#pragma once
+
+#include <array>
+#include <iosfwd>
+#include <vector>
+
+#include "audiomsg.h"
+#include "datastore.h"
+#include "worldobjects.h"
+
+namespace vok {
+
+class Comm;
+
+enum class CollisionState { NONE = 0, CRITICAL = 1, PROCESSED = 2 };
+
+/// One change of a player's type.
+struct Substitution {
+  int number = 0;
+  long time = 0;
+};
+
+/// Copies are deep and independent, so that moves can be tried on one.
+class Worldmodel {
+ public:
+  /// Starts an empty world for `connection` (may be null). Reads its configuration keys.
+  explicit Worldmodel(Comm* connection);
+
+  /// Folds all queued messages in: predicts up to the view's cycle, then takes the view over.
+  Worldmodel& adjust();
+  /// Folds one message in.
+  void adjust(const SensorData& data);
+  /// Takes one global view over.
+  bool adjustExact(const SensorData& data);
+  /// Our goalie becomes tactical number 1, the others keep their order behind it.
+  void adjustTacticalNumbers(int newOurGoalieNo);
+  /// Predicts one cycle; `time` is the caller's.
+  void simCycle();
+
+  // Queries. A player takes part when its age is at most `maxAge`.
+
+  /// Number of the `index`-th closest (from 1) to the target, -1 when there is none.
+  int ourTeamClosestTo(const Vector2d& target, int maxAge, int index) const;
+  int otherTeamClosestTo(const Vector2d& target, int maxAge, int index) const;
+  /// How many stand in the corridor (see `WObject::inCorridor`).
+  int ourTeamInCorridor(const Vector2d& source, const Vector2d& target, double d, Angle alpha,
+                        int maxAge) const;
+  int otherTeamInCorridor(const Vector2d& source, const Vector2d& target, double d, Angle alpha,
+                          int maxAge) const;
+  /// x of the line beyond which our players are offside. The opponents are taken to have run
+  /// towards us since they were seen.
+  double ourOffsideLine(int maxAge) const;
+  /// x of the line beyond which the opponents are offside. Knows the set plays instead.
+  double otherOffsideLine(int maxAge) const;
+  /// Half of the view cone.
+  static Angle getViewAngle(view_width width);
+  /// Age in cycles of the freshest look that covered a direction.
+  int dirAge(Angle alpha) const;
+  bool lookAroundFinished() const;
+
+  // Say messages.
+
+  /// Takes a coach's message over; false when it is none, empty or older than a cycle.
+  bool feedbackAudio(AudioMsg& audioMsg);
+  /// Writes a player's world message into characters 0..5 and, but for a position, 9 of `msg`.
+  void encodeAudio(MessageType msgType, char* msg, const WBall& comball) const;
+  /// Reads ten characters of such a message, heard from team-mate `sender` in direction
+  /// `senderDir` (radians).
+  void decodeAudio(const char* msg, int sender, double senderDir);
+
+  void writeToStream(std::ostream& out) const;
+
+  WPlayer my;  ///< the client itself; a coach's is a dummy with number 0 on the centre spot
+  std::array<WPlayer, 12> ourTeam;
+  std::array<WPlayer, 12> otherTeam;
+  int ourGoalieNo = -1;
+  int otherGoalieNo = -1;
+  int maxPlayersOurTeam;
+  int maxPlayersOtherTeam;
+  WBall ball;
+  WObject ourGoal;
+  WObject otherGoal;
+  CollisionState collState = CollisionState::NONE;
+  long time = 0;           ///< the cycle that the model describes
+  long visualAge = NEVER;  ///< cycles since the last view
+  long cyclesSinceCatch = NEVER;
+  long cyclesSincePointTo = NEVER;
+  playing_side ourSide = SIDE_LEFT;
+  playing_side penaltySide = SIDE_UNKNOWN;
+  play_mode playMode = PLAY_MODE_UNKNOWN;
+  int ourScore = 0;
+  int otherScore = 0;
+  WAction action;                       ///< the last own command; the next prediction uses it up
+  std::vector<WPlayerType> playerType;  ///< by id
+  std::vector<Substitution> ourSubs;    ///< rings of `subs_max` + 11 changes
+  std::vector<Substitution> otherSubs;
+  int numOurSubs = 0;  ///< counts since the beginning
+  int numOtherSubs = 0;
+  // Command counters as the server reported them.
+  long kickCount = 0;
+  long dashCount = 0;
+  long turnCount = 0;
+  long sayCount = 0;
+  long turnNeckCount = 0;
+  long catchCount = 0;
+  long moveCount = 0;
+  long changeViewCount = 0;
+  long tackleCount = 0;
+  long pointToCount = 0;
+  long attentionToCount = 0;
+  view_width viewWidth = VIEW_WIDTH_NORMAL;
+  view_quality viewQuality = VIEW_QUALITY_HIGH;
+  // The last ten looks: direction, half-width and age.
+  std::array<Angle, 10> vDir;
+  std::array<Angle, 10> vAngle;
+  std::array<long, 10> vAge;
+  long vCounter = 0;
+  // Directions in which voices were heard.
+  std::array<Angle, 10> aOppDir;
+  std::array<long, 10> aOppAge;
+  long aOppCounter = 0;
+  std::array<Angle, 10> aOurDir;
+  std::array<long, 10> aOurAge;
+  long aOurCounter = 0;
+  Vector2d oldBallRelpos;  ///< ball relative to `my` before the last prediction
+  WPlayer oldMy;
+  bool waitForSenseBody = false;
+  Comm* comm;  ///< not owned
+
+ private:
+  void predictTo(long viewTime);
+  void takePlayerType(const PlayerType& announced);
+  void changePlayer(const SensorData& data);
+  void hear(const SensorData& data);
+  void adjustOurPlayer(const ExactPlayer& seen);
+  void adjustOtherPlayer(const ExactPlayer& seen);
+  void takePlayer(WPlayer& player, const ExactPlayer& seen) const;
+  Vector2d toOurFrame(double x, double y) const;
+  void applyAction();
+  void moveAll();
+  void collideWithBall();
+  void simStamina();
+  void ageAll();
+};
+
+/// Appends the coach's world block: goalies, ball and 22 positions. A player's message stays as
+/// it is.
+AudioMsg& operator<<(AudioMsg& aum, const Worldmodel& world);
+
+std::ostream& operator<<(std::ostream& out, const Worldmodel& world);
+
+}  // namespace vok
