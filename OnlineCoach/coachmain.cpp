@@ -31,7 +31,6 @@ void printUsage(const char* program) {
 }
 
 bool parseOptions(int argc, char** argv, Options& options) {
-  opterr = 0;  // the usage text says it
   // -l takes no argument although the usage announces one: its name is used for nothing.
   for (int option = 0; (option = getopt(argc, argv, "Ft:h:p:lf:")) != -1;) {
     switch (option) {

@@ -95,7 +95,7 @@ void VokCoach::sayMessage() {
   }
   lastAumsgTime = world->time;
   comm->say(message);
-  --numMsgsLeft;
+  if (numMsgsLeft > INT_MIN) --numMsgsLeft;
 }
 
 void VokCoach::chooseTypesOnce() {
