@@ -19,10 +19,13 @@ Vector2d polar(double length, double radians) {
   return {length * std::cos(radians), length * std::sin(radians)};
 }
 
+double squared(const Vector2d& v) {
+  return v * v;
+}
+
 /// Where the foot of the perpendicular from `o` lies: 0 at `source`, 1 at `target`.
 double projection(const Vector2d& o, const Vector2d& source, const Vector2d& target) {
-  const Vector2d line = source - target;
-  return ((source - o) * line) / (line * line);
+  return ((source - o) * (source - target)) / squared(source - target);
 }
 
 /// By repeated squaring; 1 for an exponent that is not positive.
@@ -46,15 +49,15 @@ double WObject::distToLine(const Vector2d& source, const Vector2d& target) const
 
 bool WObject::inCorridor(const Vector2d& source, const Vector2d& target, double d,
                          Angle alpha) const {
-  if (distTo(target) <= d / 2) return true;
-  if (distTo(source) <= 0.0001) return true;
-  if ((target - source).getLength() <= d / 2) return false;
+  const double halfSquared = d * d / 4;
+  if (squared(target - pos) <= halfSquared) return true;
+  if (squared(source - pos) <= 0.0001 * 0.0001) return true;
+  if (squared(target - source) <= halfSquared) return false;
 
   const double proj = projection(pos, source, target);
   if (proj < 0 || proj > 1) return false;
 
-  const Vector2d across = pos - source - (target - source) * proj;
-  if (across * across > d * d / 4) return false;
+  if (squared(pos - source - (target - source) * proj) > halfSquared) return false;
 
   const Angle aside = Angle((pos - source).getAngle()) - (target - source).getAngle();
   return std::fabs(aside) <= alpha;
