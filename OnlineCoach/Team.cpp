@@ -29,7 +29,11 @@ Vector2d scaled(Vector2d v, Vector2d factors) {
 }
 
 Vector2d mean(Vector2d sum, long n) {
-  return sum * (1 / static_cast<double>(n));
+  return sum /= static_cast<double>(n);
+}
+
+bool divisible(double spread) {
+  return spread >= VANISHING && std::isfinite(spread);
 }
 
 }  // namespace
@@ -56,7 +60,7 @@ void Team::CalcTeamCOG() {
 
 void Team::Update() {
   CalcTeamCOG();
-  if (TeamVar.x < VANISHING || TeamVar.y < VANISHING) return;
+  if (!divisible(TeamVar.x) || !divisible(TeamVar.y)) return;
   ++aCount;
   if (aCount % BANK_PERIOD == 0) changeBank();
   for (int k = 0; k < OPPONENTS; ++k) {
