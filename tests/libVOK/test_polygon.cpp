@@ -69,9 +69,9 @@ TEST(Polygon, InsertsByDirection) {
 }
 
 TEST(Polygon, ExcludesTheSpokesFromItsInside) {
-  const Polygon p = square(0, 0);
-  EXPECT_TRUE(p.isInside({0.5, 0.2}) && p.isInside({-1, 0.3}) && p.isInside({0.2, -0.9}));
-  EXPECT_FALSE(p.isInside({0, 0}) || p.isInside({0.5, 0.5}) || p.isInside({0.3, 1.01}));
+  const Polygon p = square(3, 1);
+  EXPECT_TRUE(p.isInside({3.5, 1.2}) && p.isInside({2, 1.5}) && p.isInside({3.2, 0.1}));
+  EXPECT_FALSE(p.isInside({3, 1}) || p.isInside({3.5, 1.5}) || p.isInside({3.3, 2.01}));
   EXPECT_FALSE(Polygon().isInside({0, 0}));
 }
 
