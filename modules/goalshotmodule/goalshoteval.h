@@ -7,7 +7,8 @@ namespace vok {
 
 /// Reads its keys when it is built. The posts follow the server's goal width, so build it after the
 /// check-in.
-struct GoalShotEval {
+class GoalShotEval {
+ public:
   GoalShotEval();
 
   // Posts in the field frame, seen from the team that shoots at them.

@@ -3,10 +3,11 @@
 
 namespace vok {
 
-struct GoalShotEval;
+class GoalShotEval;
 
 /// Reads its keys when it is built.
-struct PassEval {
+class PassEval {
+ public:
   explicit PassEval(const GoalShotEval* newGoalshoteval);
 
   int SCORE_POOR;

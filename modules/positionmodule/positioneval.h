@@ -12,8 +12,8 @@
 
 namespace vok {
 
-struct GoalShotEval;
-struct PassEval;
+class GoalShotEval;
+class PassEval;
 
 /// One place of a formation. Computed places are in metres throughout.
 struct PlayerPos {
