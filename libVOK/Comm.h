@@ -113,7 +113,9 @@ class Comm {
   /// The one instance, null when none exists.
   static Comm* theComm;
 
-  /// Set by a signal that asks the process to end; receive waits then return.
+  /// Makes SIGINT and SIGTERM end receive waits and set `stopRequested`, so that the main loop can
+  /// leave the server in order. For the program's main.
+  static void stopOnSignals();
   static volatile std::sig_atomic_t stopRequested;
 
   std::unique_ptr<UDPSocket> sock;  ///< null when the socket could not be made
@@ -130,13 +132,18 @@ class Comm {
   bool terminateTexts = false;  ///< the server asked for NUL bytes at the ends of texts
 
  private:
-  void route(SensorData& data, bool newCycle);
+  void route(const SensorData& data, bool newCycle, const char* text);
   void routeHear(const SensorData& data);
-  void reportServerMessage(const char* kind, const char* text);
-  const char* receiveAtCheckin();
+  void routeSenseBody(const SensorData& data, bool newCycle);
+  void feignNormalView(view_width width);
   void serverLost(const UDPSocketError& error);
+  comm_error exchangeCheckin();
+  bool parsePlayerCheckin(const char* msg, playing_side& side, play_mode& mode, int& number) const;
+  static int receiveTimeout();
+  const char* receiveAtCheckin();
   bool sendText(const char* text);
-  bool sendReported(const char* text);
+  [[gnu::format(printf, 2, 3)]] void sendFormatted(const char* format, ...);
+  bool intoRange(const char* command, double& value, double low, double high) const;
   std::ostream& commError() const;
   std::ostream& timedCommError() const;
 };

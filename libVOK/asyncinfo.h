@@ -4,6 +4,7 @@
 #include <sys/time.h>
 
 #include <array>
+#include <iosfwd>
 #include <string>
 
 #include "sensordata.h"
@@ -17,6 +18,9 @@ struct CycleAction {
   double param1 = 0;
   double param2 = 0;
 };
+
+/// True for the play modes in which the server's clock is known to stand still.
+bool isStopped(play_mode mode);
 
 /// Fed every parsed datagram; its `act` flag tells the main loop that a cycle is to be run. One
 /// instance a process (the signal handler needs it): a second one is reported and stays unnamed.
@@ -133,13 +137,16 @@ class AsyncCommInfo {
   CycleAction lostAction;
 
  private:
+  std::ostream& report() const;
   bool adjustTime(const SensorData& data);
   void newTimestep();
   void updateAct();
   void startTimer();
+  void shortenWait(long& wait);
   void checkSyncCommandCount(const SensorData& data);
   void checkAsyncCommandCount(const SensorData& data);
   void hearReferee(const SensorData& data);
+  void noteSee();
 };
 
 }  // namespace vok

@@ -13,7 +13,8 @@ class AudioMsgQueue {
  public:
   explicit AudioMsgQueue(unsigned queueSize);
 
-  void storeMessage(const AudioMsg& msg);
+  /// False, and nothing is stored, when the ring has no place at all.
+  bool storeMessage(const AudioMsg& msg);
   /// Takes the oldest message; false when there is none.
   bool getNextMsg(AudioMsg& msg);
 

@@ -74,6 +74,11 @@ inline Vector2d operator*(double factor, const Vector2d& v) {
   return v * factor;
 }
 
+/// Positive when `b` points to the left of `a`.
+inline double crossProduct(const Vector2d& a, const Vector2d& b) {
+  return a.x * b.y - a.y * b.x;
+}
+
 /// How an intersection ended. Solutions are written only with `Valid`.
 enum class Intersect {
   None = 0,

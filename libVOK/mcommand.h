@@ -6,6 +6,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <utility>
 
 #include "coordinates.h"
 
@@ -83,11 +84,13 @@ struct MFreekickThem : MCommand {
   explicit MFreekickThem(Vector2d p);
 };
 
+/// Our player is sent as 1, an opponent as 0.
 struct MSetPlayer : MCommand {
   MSetPlayer(bool ours, int number, Vector2d p, Angle body);
 };
 
-/// An entry of the monitor's event log.
+/// An entry of the monitor's event log. The fourth text is sent in double quotes; single quotes
+/// stand for those in the texts.
 struct MELog : MCommand {
   MELog(int a, int b, const char* text1, const char* text2, const char* text3,
         const std::string& text4, int duration);

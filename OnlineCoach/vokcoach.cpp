@@ -1,0 +1,122 @@
+#include "vokcoach.h"
+
+#include <algorithm>
+#include <climits>
+#include <iostream>
+
+#include "Config.h"
+#include "constants.h"
+
+namespace vok {
+
+namespace {
+
+bool isStandardSituation(play_mode mode) {
+  return mode >= PLAY_MODE_KICK_OFF_US && mode <= PLAY_MODE_GOAL_KICK_THEM;
+}
+
+// While a standard situation lasts, a message is repeated after so many cycles.
+constexpr long REPEAT_CYCLES = 40;
+
+}  // namespace
+
+VokCoach::VokCoach(const char* team, const char* host, int port, const char* agentConfFile,
+                   const char* traceConfFile, bool zeltraMode)
+    : Onlinecoach(team, host, port, agentConfFile, traceConfFile, zeltraMode),
+      numMsgsLeft(SAY_COACH_CNT_MAX) {
+  tactical = std::make_unique<TacticalModule>(world.get(), nullptr);
+  goalShotEval = std::make_unique<GoalShotEval>();
+  passEval = std::make_unique<PassEval>(goalShotEval.get());
+  positionEval = std::make_unique<PositionEval>(goalShotEval.get(), passEval.get());
+  otherTeam = std::make_unique<Team>(world.get());
+  initSubs();
+}
+
+VokCoach::~VokCoach() {
+  tactical.reset();
+  goalShotEval.reset();
+  passEval.reset();
+  positionEval.reset();
+  otherTeam.reset();
+}
+
+void VokCoach::analyze() {
+  tactical->feedbackWorld();
+  positionEval->CalMinMaxX(world.get());
+  positionEval->CalPlayerPositions(world.get());
+  if (world->playMode == PLAY_MODE_PLAY_ON) otherTeam->Update();
+
+  // A message is due when a standard situation begins and from time to time while it lasts.
+  const bool standard = isStandardSituation(world->playMode);
+  if (!standard) lastAumsgTime = -42;
+  if (world->playMode != lastPlayMode) {
+    lastPlayMode = world->playMode;
+    if (standard) sayMessageNow = true;
+  } else if (standard && world->time - lastAumsgTime > REPEAT_CYCLES) {
+    sayMessageNow = true;
+  }
+}
+
+void VokCoach::act() {
+  refillBudget();
+  if (sayMessageNow) {
+    sayMessageNow = false;
+    sayMessage();
+  }
+  chooseTypesOnce();
+}
+
+void VokCoach::refillBudget() {
+  if (world->time - lastNewMessageTime < 2L * HALF_TIME_IN_CYCLES) return;
+  lastNewMessageTime = world->time;
+  // Saturating: the server names the number.
+  const long refilled = static_cast<long>(numMsgsLeft) + SAY_COACH_CNT_MAX;
+  numMsgsLeft = static_cast<int>(std::clamp<long>(refilled, INT_MIN, INT_MAX));
+}
+
+void VokCoach::sayMessage() {
+  if (numMsgsLeft == 0) {
+    std::cerr << "Coach: Cannot scream: Lost voice earlier!\n";
+    return;
+  }
+  const int kicker = calcPlayerForKickUs();
+  AudioMsg message(0, static_cast<unsigned>(world->time), true);
+  message << true << *world;
+  message << tactical->playerType.data();
+  message << Int3B(static_cast<unsigned>(kicker));
+  int foremost = 3;
+  int second = 9;
+  otherTeam->GetDefensePlayer(foremost, second);
+  message << Int3B(static_cast<unsigned>(second + 12 * foremost));
+
+  if (!message.getState()) {
+    std::cerr << "Coach : Fatal error: buffer overflow:" << message << "\n";
+    return;
+  }
+  lastAumsgTime = world->time;
+  comm->say(message);
+  if (numMsgsLeft > INT_MIN) --numMsgsLeft;
+}
+
+void VokCoach::chooseTypesOnce() {
+  if (Config::getValueAsInt("use_heterogenous_players") != 1) return;
+  if (initDone || !knowsHeteroTypes()) return;
+  chooseHeterogenousPlayers();
+  initDone = true;
+}
+
+int VokCoach::calcPlayerForKickUs() const {
+  int nearest = -1;
+  double bound = 10000.0;
+  for (int n = 1; n <= 11; ++n) {
+    if (!tactical->ourTeamMidfield(n)) continue;
+    const double dist = world->ourTeam[n].distTo(world->ball.pos);
+    if (dist < bound) {
+      bound = dist;
+      nearest = n;
+    }
+  }
+  return nearest;
+}
+
+}  // namespace vok

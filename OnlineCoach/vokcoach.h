@@ -1,0 +1,84 @@
+// The team's coach: what it computes every cycle, what it says, and the types it gives.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <vector>
+
+#include "Team.h"
+#include "goalshotmodule/goalshoteval.h"
+#include "onlinecoach.h"
+#include "passmodule/passeval.h"
+#include "positionmodule/positioneval.h"
+#include "tacticalmodule/tacticalmodule.h"
+
+namespace vok {
+
+/// A player's wishes for its type: deltas from the default type (of extra stamina: the value
+/// itself), each with its weight. Only the first name of each pair enters the utility.
+struct DesiredType {
+  double decay_inertia_delta = 0;
+  double decay_inertia_weight = 0;
+  double kickmargin_rand_delta = 0;
+  double kickmargin_rand_weight = 0;
+  double dpr_stamina_inc_max_delta = 0;
+  double dpr_stamina_inc_max_weight = 0;
+  double extra_stamina_effort_delta = 0;
+  double extra_stamina_effort_weight = 0;
+};
+
+class VokCoach : public Onlinecoach {
+ public:
+  VokCoach(const char* team, const char* host, int port, const char* agentConfFile,
+           const char* traceConfFile, bool zeltraMode);
+
+  /// Messages to the players and, once, the choice of their types.
+  void act() override;
+  /// Inference, positions, statistics, and whether a message is due.
+  void analyze() override;
+  ~VokCoach() override;
+
+  /// Number of our midfielder nearest to the ball, who is to take the kick; -1 for none.
+  int calcPlayerForKickUs() const;
+
+  /// Prepares the substitution state from the server's player parameters.
+  void initSubs();
+  /// Reads the wishes of players 2..11.
+  void readAgentConf();
+  /// True when types 1 to 6 all exist and are announced.
+  bool knowsHeteroTypes() const;
+  /// Gives every field player the type that suits its wishes best, offenders first.
+  void chooseHeterogenousPlayers();
+  void choosePlayerType(int playerNumber);
+  /// How well a type suits a player's wishes; greater is better.
+  double calcUtility(int playerNumber, int type) const;
+  /// Asks the server for the change; its answer is not awaited.
+  void doSub(int playerNumber, int type);
+
+  /// Reports the choice of types to the monitor.
+  void printStats() const;
+
+  bool sayMessageNow = false;
+  play_mode lastPlayMode = PLAY_MODE_UNKNOWN;
+  int numMsgsLeft;
+  long lastNewMessageTime = 0;
+  long lastAumsgTime = -43;  ///< -42 outside standard situations
+  std::unique_ptr<TacticalModule> tactical;
+  std::unique_ptr<PassEval> passEval;
+  std::unique_ptr<GoalShotEval> goalShotEval;
+  std::unique_ptr<PositionEval> positionEval;
+  std::unique_ptr<Team> otherTeam;
+  std::array<DesiredType, 12> desiredType;
+  unsigned numSubs = 0;
+  bool initDone = false;
+  int numPlTypes = 0;
+  std::vector<int> numPlType;    ///< by type: how many more players may get it
+  std::array<int, 12> plType{};  ///< by shirt number
+
+ private:
+  void refillBudget();
+  void sayMessage();
+  void chooseTypesOnce();
+};
+
+}  // namespace vok

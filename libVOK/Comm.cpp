@@ -1,0 +1,218 @@
+// The connection's life and its receive loop.
+#include "Comm.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <string_view>
+
+#include "constants.h"
+
+namespace vok {
+
+namespace {
+
+constexpr unsigned MAX_DATAGRAM = 8192;
+
+// One drain takes no more: a flood must not keep the coach from its cycle.
+constexpr int MAX_DRAIN = 1000;
+
+constexpr unsigned MSG_QUEUE_SIZE = 20;
+
+}  // namespace
+
+Comm* Comm::theComm = nullptr;
+volatile std::sig_atomic_t Comm::stopRequested = 0;
+
+Comm::Comm(const char* teamname, client_type clientType, const char* host, int port, int reconnect,
+           bool remoteControl, int clangMinVer, int clangMaxVer, playing_side trainerSide)
+    : ZELTRAmode(remoteControl),
+      reconnectNumber(reconnect),
+      ctype(clientType),
+      coachSide(trainerSide) {
+  if (theComm != nullptr) {
+    std::cerr << "CommError: Comm: cannot construct more than one Comm in any single process !\n";
+    std::exit(-1);
+  }
+  theComm = this;
+  try {
+    sock = std::make_unique<UDPSocket>(host, port, MAX_DATAGRAM);
+  } catch (const UDPSocketError& error) {
+    std::cerr << "CommError: " << error.msg() << "\n";
+    serverOK = false;
+  }
+  async = std::make_unique<AsyncCommInfo>(teamname, clientType);
+  parser = std::make_unique<Parser>(teamname, clientType, clangMinVer, clangMaxVer);
+  store = std::make_unique<SensorDataStore>();
+  audiomgr =
+      std::make_unique<AudioMgr>(UINT_MAX, false, AudioMsg::DEFAULT_MSG_PREFIX, MSG_QUEUE_SIZE);
+}
+
+Comm::~Comm() {
+  if (serverOK) sendText("(bye)");
+  theComm = nullptr;
+  sock.reset();
+  async.reset();
+  parser.reset();
+  store.reset();
+  audiomgr.reset();
+}
+
+void Comm::stopOnSignals() {
+  // Before the cycle timing has its own handler, an alarm must not kill.
+  struct sigaction action {};
+  sigemptyset(&action.sa_mask);
+  action.sa_handler = [](int) {};
+  sigaction(SIGALRM, &action, nullptr);
+  // A request that comes just before a wait would not interrupt it: the alarm does so later.
+  action.sa_handler = [](int) {
+    stopRequested = 1;
+    alarm(1);
+  };
+  sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, nullptr);
+}
+
+int Comm::receiveTimeout() {
+  // Fifty simulation steps.
+  const std::int64_t step = std::int64_t{SLOW_DOWN_FACTOR} * SIMULATOR_STEP;
+  if (step <= 0) return 5000;
+  return static_cast<int>(std::min<std::int64_t>(step, INT_MAX / 50) * 50);
+}
+
+void Comm::drainSocket() {
+  if (async->act || async->answerDue()) return;
+  const int firstWait = ZELTRAmode ? -1 : receiveTimeout();
+  for (int received = 0; received < MAX_DRAIN; ++received) {
+    const char* text = nullptr;
+    try {
+      text = sock->recv(received == 0 ? firstWait : 0, &async->act);
+    } catch (const UDPAct&) {
+      return;
+    } catch (const UDPTimeOut& error) {
+      if (received == 0) serverLost(error);
+      return;
+    } catch (const UDPSocketError& error) {
+      if (error.number() != EINTR) serverLost(error);
+      return;
+    }
+    receiveText(text);
+    if (async->act || async->answerDue()) return;
+  }
+}
+
+void Comm::serverLost(const UDPSocketError& error) {
+  serverOK = false;
+  std::cerr << "CommError:  (" << getMyTeam() << " No. " << getMyNumber() << ") " << error.msg()
+            << " assuming server is dead\n";
+}
+
+void Comm::receiveText(const char* text) {
+  async->setRecvTime();
+  SensorData data;
+  if (!parser->parseServerString(text, data)) {
+    timedCommError() << "could not parse server string " << text << "\n";
+    return;
+  }
+  const bool newCycle = async->adjust(data);
+  route(data, newCycle, text);
+}
+
+void Comm::route(const SensorData& data, bool newCycle, const char* text) {
+  switch (data.type) {
+    case SENSOR_TYPE_SEE:
+      store->put(data);
+      feignNormalView(VIEW_WIDTH_NORMAL);
+      break;
+    case SENSOR_TYPE_HEAR:
+      routeHear(data);
+      break;
+    case SENSOR_TYPE_SENSE_BODY:
+      routeSenseBody(data, newCycle);
+      break;
+    case SENSOR_TYPE_EXACT:
+    case SENSOR_TYPE_PLAYER_TYPE:
+    case SENSOR_TYPE_PLAYER_CHANGED:
+      store->put(data);
+      break;
+    case SENSOR_TYPE_OK:
+      if (SYNCH_MODE && data.think) async->think();
+      feignNormalView(VIEW_WIDTH_NARROW);
+      break;
+    case SENSOR_TYPE_ERROR:
+      timedCommError() << "received error message from server: " << text << "\n";
+      break;
+    case SENSOR_TYPE_WARNING:
+      timedCommError() << "received warning message from server: " << text << "\n";
+      if (std::string_view(text).starts_with("(warning message_not_null_terminated)")) {
+        terminateTexts = true;
+      }
+      break;
+    case SENSOR_TYPE_STRANGE:
+      timedCommError() << "received strange message from server: " << text << "\n";
+      break;
+    case SENSOR_TYPE_CLANG_VER:
+      break;
+  }
+}
+
+void Comm::routeHear(const SensorData& data) {
+  const char* text = data.message.data();
+  switch (data.sender) {
+    case SENDER_REFEREE:
+    case SENDER_PLAYER_US:
+    case SENDER_PLAYER_THEM:
+      store->put(data);
+      break;
+    case SENDER_DIR:
+      audiomgr->storeMsg(AudioMsg(text));
+      break;
+    case SENDER_PLAYER:
+      if (std::string_view(data.sender_name.data()) == getMyTeam()) {
+        audiomgr->storeMsg(AudioMsg(data.sender_num, data.sender_name.data(), text));
+      }
+      break;
+    case SENDER_ONLINECOACH:
+      if (ctype != CLIENT_ONLINECOACH && data.coachMsgType == CMT_FREEFORM) {
+        audiomgr->storeMsg(AudioMsg(text));
+      }
+      break;
+    case SENDER_COACH:
+      if (ctype != CLIENT_TRAINCOACH) audiomgr->storeMsg(AudioMsg(text));
+      break;
+    case SENDER_SELF:
+      break;
+  }
+}
+
+void Comm::routeSenseBody(const SensorData& data, bool newCycle) {
+  if (!newCycle || isStopped(getPlayMode())) {
+    store->put(data);
+    return;
+  }
+  store->insert(data);
+  feignNormalView(VIEW_WIDTH_NARROW);
+}
+
+// Views of normal width at half the price: narrow while waiting, normal for one view.
+void Comm::feignNormalView(view_width width) {
+  if (fakenormal && !SYNCH_MODE) sendChangeView(width, VIEW_QUALITY_HIGH, false);
+}
+
+bool Comm::isTimeRunning() const {
+  return !isStopped(getPlayMode());
+}
+
+std::ostream& Comm::commError() const {
+  return std::cerr << "CommError: Comm (" << getMyTeam() << " No." << getMyNumber() << "): ";
+}
+
+std::ostream& Comm::timedCommError() const {
+  return std::cerr << "CommError: " << getServerTime() << " Comm (" << getMyTeam() << " No."
+                   << getMyNumber() << "): ";
+}
+
+}  // namespace vok

@@ -1,0 +1,202 @@
+// What every client has of the cycle timing; the players' timer and command accounting are in
+// asyncinfo_players.cpp.
+#include "asyncinfo.h"
+
+#include <csignal>
+#include <iostream>
+
+#include "Config.h"
+#include "constants.h"
+#include "ensure.h"
+
+namespace vok {
+
+AsyncCommInfo* AsyncCommInfo::info = nullptr;
+
+bool isStopped(play_mode mode) {
+  switch (mode) {
+    case PLAY_MODE_BEFORE_KICK_OFF:
+    case PLAY_MODE_TIME_OVER:
+    case PLAY_MODE_PAUSE:
+    case PLAY_MODE_PENALTY_KICK_US:
+    case PLAY_MODE_PENALTY_KICK_THEM:
+    case PLAY_MODE_GOAL_US:
+    case PLAY_MODE_GOAL_THEM:
+    case PLAY_MODE_OFFSIDE_US:
+    case PLAY_MODE_OFFSIDE_THEM:
+    case PLAY_MODE_BACKPASS_US:
+    case PLAY_MODE_BACKPASS_THEM:
+    case PLAY_MODE_FREEKICK_FAULT_US:
+    case PLAY_MODE_FREEKICK_FAULT_THEM:
+      return true;
+    default:
+      return false;
+  }
+}
+
+AsyncCommInfo::AsyncCommInfo(const char* teamName, client_type clientType)
+    : team(teamName), client(clientType) {
+  if (info != nullptr) {
+    std::cerr << "You can create only one AsyncCommInfo!\n";
+  } else {
+    info = this;
+  }
+  gettimeofday(&startTime, nullptr);
+  waitForSeeTime = Config::getValueAsInt("async_waitForSeeTime");
+  if (waitForSeeTime % 10 != 0 || waitForSeeTime < 0 || waitForSeeTime > 90) {
+    ensureFailed("waitForSeeTime%10 == 0 && 0 <= waitForSeeTime && waitForSeeTime <= 90",
+                 "asyncinfo", 88);
+  }
+  clearAction(serverTime, sentAction);
+  processedAction = sentAction;
+  lostAction = sentAction;
+
+  struct sigaction onAlarm {};
+  onAlarm.sa_handler = alrmHandler;
+  sigemptyset(&onAlarm.sa_mask);
+  sigaddset(&onAlarm.sa_mask, SIGALRM);
+  onAlarm.sa_flags = SA_RESTART;
+  sigaction(SIGALRM, &onAlarm, nullptr);
+}
+
+AsyncCommInfo::~AsyncCommInfo() {
+  if (info == this) info = nullptr;
+}
+
+void AsyncCommInfo::alrmHandler(int) {
+  if (info == nullptr) return;
+  info->abortWaitForSee = true;
+  info->updateAct();
+}
+
+bool AsyncCommInfo::adjust(const SensorData& data) {
+  const bool laterTime = adjustTime(data);
+  bool accounted = false;
+  switch (data.type) {
+    case SENSOR_TYPE_EXACT:
+      if (isStopped(playMode)) {
+        newTimestep();
+      } else if (!laterTime) {
+        idleView = true;
+      }
+      break;
+    case SENSOR_TYPE_SENSE_BODY:
+      neckTwisted = false;
+      if (isStopped(playMode) && !noSenseBodyYet) newTimestep();
+      accounted = noSenseBodyYet;
+      if (accounted) {
+        noSenseBodyYet = false;
+        actionNeeded = true;
+        checkSyncCommandCount(data);
+        updateAct();
+      }
+      checkAsyncCommandCount(data);
+      break;
+    case SENSOR_TYPE_SEE:
+      noteSee();
+      break;
+    case SENSOR_TYPE_HEAR:
+      if (data.sender == SENDER_REFEREE) hearReferee(data);
+      break;
+    default:
+      break;
+  }
+  return accounted;
+}
+
+bool AsyncCommInfo::adjustTime(const SensorData& data) {
+  if (data.time <= serverTime) return false;
+  if (data.time > serverTime + 1) {
+    std::cerr << data.time << " AsyncInfo (" << team << " No." << number
+              << "): completely missed server timesteps from " << serverTime + 1 << " to "
+              << data.time - 1 << " (no commands sent)\n";
+  } else if (!isCoach() && actionNeeded && !isStopped(playMode)) {
+    report() << "agent did not send command\n";
+    ensureFailed("false", "asyncinfo", 709);
+  }
+  serverTime = data.time;
+  newTimestep();
+  return true;
+}
+
+void AsyncCommInfo::hearReferee(const SensorData& data) {
+  // A call ends the standstill.
+  if (isStopped(playMode) && serverTime > 0) newTimestep();
+  // Cards, the trainer's words and the like change nothing in how the clock runs.
+  if (data.mode == PLAY_MODE_UNKNOWN) return;
+  playMode = data.mode;
+  if (playMode == PLAY_MODE_GOAL_US) ourScore = data.score;
+  if (playMode == PLAY_MODE_GOAL_THEM) otherScore = data.score;
+  if (playMode == PLAY_MODE_HALF_TIME) secondHalf = true;
+}
+
+void AsyncCommInfo::newTimestep() {
+  noSenseBodyYet = true;
+  processedAction = lostAction.command != NO_COMMAND ? lostAction : sentAction;
+  abortWaitForSee = false;
+  if (!isCoach() && !SYNCH_MODE) startTimer();
+  nextTimestep = true;
+  idleView = false;
+  seeMsgCntIndex = (seeMsgCntIndex + 1) % static_cast<int>(seeMsgCnt.size());
+  seeTime[static_cast<std::size_t>(seeMsgCntIndex)] = 0;
+  seeMsgCnt[static_cast<std::size_t>(seeMsgCntIndex)] = 0;
+  ++viewModeTime;
+  updateAct();
+}
+
+void AsyncCommInfo::updateAct() {
+  if (isCoach()) {
+    act = nextTimestep && (!SYNCH_MODE || thinking);
+  } else {
+    act = (actionNeeded && !noSenseBodyYet && nextTimestep && abortWaitForSee) || thinking;
+  }
+}
+
+void AsyncCommInfo::think() {
+  thinking = true;
+  updateAct();
+}
+
+bool AsyncCommInfo::takeAct() {
+  if (!act) return false;
+  nextTimestep = false;
+  thinking = false;
+  idleView = false;
+  updateAct();
+  return true;
+}
+
+bool AsyncCommInfo::answerDue() const {
+  return SYNCH_MODE && isCoach() && thinking && idleView && !nextTimestep;
+}
+
+void AsyncCommInfo::takeAnswer() {
+  thinking = false;
+  idleView = false;
+}
+
+void AsyncCommInfo::setStates(int newNumber, long time, play_mode mode, playing_side newSide,
+                              bool second) {
+  number = newNumber;
+  serverTime = time;
+  playMode = mode;
+  side = newSide;
+  secondHalf = second;
+}
+
+void AsyncCommInfo::setAction(CycleCommand command, long time, double p1, double p2,
+                              CycleAction& into) {
+  into = {time, command, p1, p2};
+}
+
+void AsyncCommInfo::setRecvTime() {
+  timeval now{};
+  gettimeofday(&now, nullptr);
+  recvTime = (now.tv_sec - startTime.tv_sec) * 1000 + now.tv_usec / 1000;
+}
+
+std::ostream& AsyncCommInfo::report() const {
+  return std::cerr << serverTime << " AsyncInfo (" << team << " No." << number << "): ";
+}
+
+}  // namespace vok

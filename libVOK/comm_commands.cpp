@@ -1,0 +1,268 @@
+// The commands: each is one text, sent at once or dropped.
+#include <algorithm>
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <numbers>
+
+#include "Comm.h"
+#include "constants.h"
+
+namespace vok {
+
+namespace {
+
+constexpr double DEGREES = 180.0 / std::numbers::pi;
+
+// The longest command text; a longer one is not sent.
+constexpr std::size_t COMMAND_SIZE = 8192;
+using CommandText = std::array<char, COMMAND_SIZE>;
+
+constexpr std::array widthNames = {"narrow", "normal", "wide"};
+constexpr std::array qualityNames = {"low", "high"};
+
+// The server's names of the modes that a trainer may set. A name for both sides lacks its side.
+struct ModeName {
+  play_mode mode;
+  const char* name;
+  bool sided;
+};
+
+constexpr ModeName modeNames[] = {
+    {PLAY_MODE_BEFORE_KICK_OFF, "before_kick_off", false},
+    {PLAY_MODE_TIME_OVER, "time_over", false},
+    {PLAY_MODE_PLAY_ON, "play_on", false},
+    {PLAY_MODE_KICK_OFF_US, "kick_off_", true},
+    {PLAY_MODE_KICK_IN_US, "kick_in_", true},
+    {PLAY_MODE_FREE_KICK_US, "free_kick_", true},
+    {PLAY_MODE_CORNER_KICK_US, "corner_kick_", true},
+    {PLAY_MODE_GOAL_KICK_US, "goal_kick_", true},
+    {PLAY_MODE_GOAL_US, "goal_", true},
+    {PLAY_MODE_OFFSIDE_US, "offside_", true},
+};
+
+}  // namespace
+
+bool Comm::sendText(const char* text) {
+  try {
+    if (sock == nullptr) throw UDPSocketError("no socket", -1);
+    sock->send(text, terminateTexts);
+    return true;
+  } catch (const UDPSocketError&) {
+    timedCommError() << "agent cannot send " << text << " to server\n";
+    return false;
+  }
+}
+
+void Comm::sendFormatted(const char* format, ...) {
+  CommandText text;
+  va_list values;
+  va_start(values, format);
+  std::vsnprintf(text.data(), text.size(), format, values);
+  va_end(values);
+  sendText(text.data());
+}
+
+void Comm::sendDone() {
+  sendText("(done)");
+}
+void Comm::sendSenseBody() {
+  sendText("(sense_body)");
+}
+void Comm::sendEye(bool on) {
+  sendText(on ? "(eye on)" : "(eye off)");
+}
+void Comm::sendEar(bool on) {
+  sendText(on ? "(ear on)" : "(ear off)");
+}
+void Comm::sendLook() {
+  sendText("(look)");
+}
+void Comm::sendCheckBall() {
+  sendText("(check_ball)");
+}
+void Comm::sendRecover() {
+  sendText("(recover)");
+}
+void Comm::sendPointToOff() {
+  sendText("(pointto off)");
+}
+void Comm::sendAttentionToOff() {
+  sendText("(attentionto off)");
+}
+
+void Comm::sendChangePlayer(int number, int type) {
+  sendFormatted("(change_player_type %d %d)", number, type);
+}
+
+bool Comm::intoRange(const char* command, double& value, double low, double high) const {
+  constexpr double TOLERANCE = 1e-10;
+  const auto trying = [&]() -> std::ostream& {
+    return timedCommError() << "agent tries to send (" << command << " " << value << ")";
+  };
+  if (value < low - TOLERANCE) {
+    trying() << ", normalizing to " << low << "\n";
+    value = low;
+  } else if (value > high + TOLERANCE) {
+    trying() << ", normalizing to " << high << "\n";
+    value = high;
+  } else if (!(value >= low - TOLERANCE && value <= high + TOLERANCE)) {
+    trying() << ", dropping command completely\n";
+    return false;
+  }
+  return true;
+}
+
+void Comm::sendKick(double power, double dir) {
+  double degrees = dir * DEGREES;
+  if (!intoRange("kick", power, MINPOWER, MAXPOWER)) return;
+  if (!intoRange("kick", degrees, MINMOMENT, MAXMOMENT)) return;
+  sendFormatted("(kick %f %f)", power, degrees);
+  async->sendAction(KICK_COMMAND, power, degrees / DEGREES);
+}
+
+void Comm::sendDash(double power) {
+  if (!intoRange("dash", power, MINPOWER, MAXPOWER)) return;
+  sendFormatted("(dash %f)", power);
+  async->sendAction(DASH_COMMAND, power, 0);
+}
+
+void Comm::sendTurn(double moment) {
+  double degrees = moment * DEGREES;
+  if (!intoRange("turn", degrees, MINMOMENT, MAXMOMENT)) return;
+  sendFormatted("(turn %f)", degrees);
+  async->sendAction(TURN_COMMAND, degrees / DEGREES, 0);
+}
+
+void Comm::sendCatch(double dir) {
+  double degrees = dir * DEGREES;
+  if (!intoRange("catch", degrees, MINMOMENT, MAXMOMENT)) return;
+  sendFormatted("(catch %f)", degrees);
+  async->sendAction(CATCH_COMMAND, degrees / DEGREES, 0);
+}
+
+void Comm::sendMove(double x, double y) {
+  // Before kick-offs the clock stands still; a goalie may move with the ball it has caught.
+  const bool goalieHolds = amIGoalie() && getPlayMode() == PLAY_MODE_FREE_KICK_US;
+  if (isTimeRunning() && !goalieHolds) {
+    timedCommError() << "agent tries to send (move " << x << " " << y
+                     << ") game is running, agent not allowed to (move)\n";
+    return;
+  }
+  sendFormatted("(move %f %f)", x, y);
+  async->sendAction(MOVE_COMMAND, x, y);
+}
+
+void Comm::sendTurnNeck(double angle) {
+  double degrees = angle * DEGREES;
+  if (!intoRange("turn_neck", degrees, MINNECKMOMENT, MAXNECKMOMENT)) return;
+  sendFormatted("(turn_neck %f)", degrees);
+  async->incTurnNeckCount();
+  async->twistNeck();
+}
+
+void Comm::sendChangeView(view_width width, view_quality quality, bool evenInSynchMode) {
+  if (SYNCH_MODE && !evenInSynchMode) return;
+  if (width < VIEW_WIDTH_NARROW || width > VIEW_WIDTH_WIDE) return;
+  sendFormatted("(change_view %s %s)", widthNames[static_cast<std::size_t>(width)],
+                qualityNames[quality == VIEW_QUALITY_HIGH ? 1 : 0]);
+  ++async->changeViewCount;
+  async->chVisAngle = width;
+  async->chVisQual = quality;
+  async->viewModeTime = 0;
+}
+
+void Comm::sendPointTo(double dist, double dir) {
+  sendFormatted("(pointto %f %f)", dist, dir * DEGREES);
+  ++async->pointToCount;
+}
+
+void Comm::sendAttentionTo(int number, bool ourTeam) {
+  if (number < 1 || number > 11) {
+    timedCommError() << "agent tries to send (attentionto " << number
+                     << "), dropping command completely\n";
+    return;
+  }
+  sendFormatted("(attentionto %s %d)", ourTeam ? "our" : "opp", number);
+  ++async->attentionToCount;
+}
+
+void Comm::sendTackle(double power) {
+  if (!intoRange("tackle", power, MINPOWER, MAXPOWER)) return;
+  sendFormatted("(tackle %f)", power);
+  async->sendAction(TACKLE_COMMAND, power, 0);
+}
+
+void Comm::sendChangeMode(play_mode mode) {
+  for (const ModeName& known : modeNames) {
+    const bool theirs = known.sided && mode == known.mode + 1;
+    if (mode != known.mode && !theirs) continue;
+    const bool left = (getMySide() == SIDE_LEFT) != theirs;
+    sendFormatted("(change_mode %s%s)", known.name, !known.sided ? "" : left ? "l" : "r");
+    return;
+  }
+  timedCommError() << "trying to set unknown play mode: No." << static_cast<int>(mode)
+                   << ", droping command\n";
+}
+
+void Comm::sendMoveObject(const char* name, double x, double y) {
+  sendFormatted("(move %s %f %f)", name, x, y);
+}
+
+void Comm::sendMoveObject(const char* name, double x, double y, double dir) {
+  sendFormatted("(move %s %f %f %f)", name, x, y, dir);
+}
+
+void Comm::sendMoveObject(const char* name, double x, double y, double dir, double vx, double vy) {
+  sendFormatted("(move %s %f %f %f %f %f)", name, x, y, dir, vx, vy);
+}
+
+void Comm::say(AudioMsg& message) {
+  audiomgr->SpeakTo(message);
+  if (!message.isCoachMsg()) {
+    sendSay(message.getEncoding());
+    return;
+  }
+  CommandText wrapped;
+  std::snprintf(wrapped.data(), wrapped.size(), "(freeform \"%s\")", message.getEncoding());
+  sendSay(wrapped.data());
+}
+
+void Comm::sendSay(const char* text) {
+  // A coach's text comes in its freeform wrapper, which has 13 characters, 12 of them granted.
+  constexpr long PLAYER_LIMIT = 513;
+  constexpr long SAY_WRAPPER = 8;
+  const long wanted = async->isCoach() ? SAY_COACH_MSG_SIZE + 12L : PLAYER_LIMIT;
+  const long limit = std::min<long>(wanted, long{COMMAND_SIZE} - SAY_WRAPPER);
+  const std::size_t length = std::strlen(text);
+  if (static_cast<long>(length) > limit) {
+    timedCommError() << "client tries to send too long say message (len= " << length
+                     << ")(msg= " << text << "), dropping it completely\n";
+    return;
+  }
+  sendFormatted(async->isCoach() ? "(say %s)" : "(say \"%s\")", text);
+  async->incSayCount();
+}
+
+void Comm::sendMCmd(const MCommand& command) {
+  if (theComm != nullptr) theComm->sendNotStaticMCmd(command);
+}
+
+void Comm::sendNotStaticMCmd(const MCommand& command) {
+  if (!ZELTRAmode) {
+    std::cerr << "Not in ZELTRAmode dropping cmd: \"" << command.encoded << "\"\n";
+    return;
+  }
+  CommandText text;
+  std::snprintf(text.data(), text.size(), "(vokproxy %d %s)", command.duration,
+                command.encoded.c_str());
+  try {
+    sock->send(text.data(), terminateTexts);
+  } catch (const UDPSocketError&) {
+    timedCommError() << "cannot send mcmd \"" << command.encoded << "\" to server.\n";
+  }
+}
+
+}  // namespace vok

@@ -1,0 +1,68 @@
+#include "datastore.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iostream>
+
+namespace vok {
+
+namespace {
+
+constexpr int next(int index) {
+  return (index + 1) % SensorDataStore::SIZE;
+}
+
+// As many types as a server can announce; with that the memory stays bounded whatever comes.
+constexpr std::size_t MAX_SET_ASIDE = 1000;
+
+}  // namespace
+
+SensorDataStore::SensorDataStore() {
+  droppedTypes.reserve(MAX_SET_ASIDE);
+}
+
+void SensorDataStore::put(const SensorData& data) {
+  store[static_cast<std::size_t>(writeIndex)] = data;
+  advanceWrite();
+}
+
+void SensorDataStore::insert(const SensorData& data) {
+  int pos = writeIndex;
+  // Slot numbers, not ring distances: a wrapped ring moves nothing.
+  for (; pos > readIndex; --pos) {
+    const SensorData& before = store[static_cast<std::size_t>(pos - 1)];
+    if (before.time < data.time) break;
+    store[static_cast<std::size_t>(pos)] = before;
+  }
+  store[static_cast<std::size_t>(pos)] = data;
+  advanceWrite();
+}
+
+void SensorDataStore::advanceWrite() {
+  writeIndex = next(writeIndex);
+  if (writeIndex != readIndex) return;
+  const SensorData& oldest = store[static_cast<std::size_t>(readIndex)];
+  if (oldest.type == SENSOR_TYPE_PLAYER_TYPE) setTypeAside(oldest.playerType);
+  readIndex = next(writeIndex);
+  std::cerr << "DataStore: more than " << SIZE << " unprocessed SensorDatas, dumping oldest one.\n";
+}
+
+void SensorDataStore::setTypeAside(const PlayerType& type) {
+  const auto known =
+      std::find_if(droppedTypes.begin(), droppedTypes.end(),
+                   [&](const PlayerType& t) { return t.player_type == type.player_type; });
+  if (known != droppedTypes.end()) {
+    *known = type;
+  } else if (droppedTypes.size() < MAX_SET_ASIDE) {
+    droppedTypes.push_back(type);
+  }
+}
+
+bool SensorDataStore::getNext(SensorData& out) {
+  if (readIndex == writeIndex) return false;
+  out = store[static_cast<std::size_t>(readIndex)];
+  readIndex = next(readIndex);
+  return true;
+}
+
+}  // namespace vok

@@ -1,0 +1,41 @@
+#include "goalshotmodule/goalshoteval.h"
+
+#include "Config.h"
+#include "constants.h"
+
+namespace vok {
+
+namespace {
+
+constexpr double GOAL_LINE = 52.5;
+
+/// Power by repeated squaring; 1 for exponents that are not positive.
+double power(double base, int exponent) {
+  double result = 1;
+  for (int bits = exponent; bits > 0; bits >>= 1) {
+    if ((bits & 1) != 0) result *= base;
+    base *= base;
+  }
+  return result;
+}
+
+}  // namespace
+
+GoalShotEval::GoalShotEval()
+    : leftEdgeOfGoal(GOAL_LINE, -GOAL_WIDTH / 2),
+      rightEdgeOfGoal(GOAL_LINE, GOAL_WIDTH / 2),
+      leftEdgeOfOurGoal(-GOAL_LINE, GOAL_WIDTH / 2),
+      rightEdgeOfOurGoal(-GOAL_LINE, -GOAL_WIDTH / 2) {
+  minDistToCorner = Config::getValueAsDouble("goal_minDistToCorner");
+  maxDistToCorner = Config::getValueAsDouble("goal_maxDistToCorner");
+  maxAge = Config::getValueAsInt("goal_maxAge");
+  maxKickDuration = Config::getValueAsInt("goal_maxKickDuration");
+  score_POOR = Config::getValueAsInt("goal_score_POOR");
+  score_AVERAGE = Config::getValueAsInt("goal_score_AVERAGE");
+  score_GOOD = Config::getValueAsInt("goal_score_GOOD");
+  score_PERFECT = Config::getValueAsInt("goal_score_PERFECT");
+  maxSimSteps = Config::getValueAsInt("goal_maxSimSteps");
+  maxDist = BALL_SPEED_MAX * (1 - power(BALL_DECAY, maxSimSteps)) / (1 - BALL_DECAY);
+}
+
+}  // namespace vok

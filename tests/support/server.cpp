@@ -1,0 +1,163 @@
+#include "support/server.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <sstream>
+#include <thread>
+
+namespace vok::test {
+
+const char* const shippedConfig = VOK_SOURCE_DIR "/conf/agent.conf";
+
+const char* const serverParam =
+    "(server_param (ball_decay 0.94)(ball_speed_max 3)(goal_width 14.02)(half_time 300)"
+    "(player_speed_max 1.05)(say_coach_cnt_max 128)(say_coach_msg_size 128)(simulator_step 100)"
+    "(slow_down_factor 1)(synch_mode 1))";
+const char* const playerParam = "(player_param (player_types 7)(pt_max 1)(subs_max 3))";
+
+namespace {
+
+int boundSocket() {
+  const int sd = socket(AF_INET, SOCK_DGRAM, 0);
+  sockaddr_in local{};
+  local.sin_family = AF_INET;
+  local.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  if (bind(sd, reinterpret_cast<const sockaddr*>(&local), sizeof local) != 0) std::perror("bind");
+  return sd;
+}
+
+}  // namespace
+
+ScriptedServer::ScriptedServer() : welcome(boundSocket()), answering(boundSocket()) {}
+
+ScriptedServer::~ScriptedServer() {
+  close(welcome);
+  close(answering);
+}
+
+int ScriptedServer::port() const {
+  sockaddr_in local{};
+  socklen_t size = sizeof local;
+  getsockname(welcome, reinterpret_cast<sockaddr*>(&local), &size);
+  return ntohs(local.sin_port);
+}
+
+std::string ScriptedServer::receive(int milliseconds) {
+  std::array<pollfd, 2> waiting = {pollfd{welcome, POLLIN, 0}, pollfd{answering, POLLIN, 0}};
+  if (poll(waiting.data(), waiting.size(), milliseconds) <= 0) return "";
+  const int sd = waiting[0].revents != 0 ? welcome : answering;
+  std::array<char, 9000> buffer{};
+  socklen_t size = sizeof client;
+  const ssize_t n =
+      recvfrom(sd, buffer.data(), buffer.size(), 0, reinterpret_cast<sockaddr*>(&client), &size);
+  std::string text(buffer.data(), n > 0 ? static_cast<std::size_t>(n) : 0);
+  for (char& c : text) {
+    if (c == '\0') c = '$';
+  }
+  return text;
+}
+
+void ScriptedServer::sendBytes(std::string_view bytes) {
+  sendto(answering, bytes.data(), bytes.size(), 0, reinterpret_cast<const sockaddr*>(&client),
+         sizeof client);
+}
+
+void ScriptedServer::send(std::string_view text) {
+  sendBytes(std::string(text) + '\0');
+}
+
+std::string ScriptedServer::checkIn(char side, const std::string& parameters) {
+  std::string init = receive();
+  send(std::string("(init ") + side + " ok)");
+  send(parameters);
+  send(playerParam);
+  return init;
+}
+
+std::string view(long time, double x, double y) {
+  std::ostringstream text;
+  text << "(see_global " << time << " ((g r) 52.5 0) ((g l) -52.5 0) ((b) " << x << " " << y
+       << " 0 0) ((p \"Alpha\" 1 goalie) -50 0 0 0 0 0) ((p \"Beta\" 1 goalie) 50 0 0 0 180 0))";
+  return text.str();
+}
+
+StderrCapture::StderrCapture() {
+  testing::internal::CaptureStderr();
+}
+StderrCapture::~StderrCapture() {
+  testing::internal::GetCapturedStderr();
+}
+
+std::string StderrCapture::take() {
+  std::string text = testing::internal::GetCapturedStderr();
+  testing::internal::CaptureStderr();
+  return text;
+}
+
+CoachProcess::CoachProcess(const std::vector<std::string>& arguments)
+    : errorFile(fileno(std::tmpfile())) {
+  pid = fork();
+  if (pid != 0) return;
+  const std::string program = VOK_BIN_DIR "/onlinecoach";
+  std::vector<char*> argv = {const_cast<char*>(program.c_str())};
+  for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
+  argv.push_back(nullptr);
+  dup2(errorFile, STDERR_FILENO);
+  execv(program.c_str(), argv.data());
+  _exit(127);
+}
+
+CoachProcess::~CoachProcess() {
+  if (pid > 0) wait(0);
+  close(errorFile);
+}
+
+void CoachProcess::signal(int number) const {
+  kill(pid, number);
+}
+
+int CoachProcess::wait(int milliseconds) {
+  int status = 0;
+  for (int passed = 0; waitpid(pid, &status, WNOHANG) == 0; passed += 5) {
+    if (passed >= milliseconds) {
+      kill(pid, SIGKILL);
+      waitpid(pid, &status, 0);
+      break;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  pid = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::string CoachProcess::errors() const {
+  std::string text;
+  std::array<char, 4096> piece{};
+  lseek(errorFile, 0, SEEK_SET);
+  for (ssize_t n = 0; (n = read(errorFile, piece.data(), piece.size())) > 0;) {
+    text.append(piece.data(), static_cast<std::size_t>(n));
+  }
+  return text;
+}
+
+std::vector<std::string> coachArguments(int port) {
+  return {"-t", "Alpha", "-h", "127.0.0.1", "-p", std::to_string(port), "-f", shippedConfig};
+}
+
+std::vector<std::string> lines(const std::string& text) {
+  std::istringstream in(text);
+  std::vector<std::string> all;
+  for (std::string line; std::getline(in, line);) all.push_back(line);
+  return all;
+}
+
+}  // namespace vok::test

@@ -1,0 +1,84 @@
+// A scripted simulator server and what tests need around it.
+#pragma once
+
+#include <netinet/in.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vok::test {
+
+/// The texts of a real server's check-in.
+extern const char* const serverParam;
+extern const char* const playerParam;
+
+/// A server on a loopback port that answers from a second one, as the real one does. Everything is
+/// said by the test; nothing happens by itself.
+class ScriptedServer {
+ public:
+  ScriptedServer();
+  ~ScriptedServer();
+  ScriptedServer(const ScriptedServer&) = delete;
+  ScriptedServer& operator=(const ScriptedServer&) = delete;
+
+  int port() const;
+
+  /// The next command as it came, its NUL byte made visible as '$'; "" when none comes in time.
+  std::string receive(int milliseconds = 3000);
+  /// Sends a text with its NUL byte from the answering port; to whoever spoke last.
+  void send(std::string_view text);
+  void sendBytes(std::string_view bytes);
+
+  /// Takes in the client's init and sends the three answers of a check-in. Returns the init.
+  std::string checkIn(char side = 'l', const std::string& parameters = serverParam);
+
+ private:
+  int welcome;
+  int answering;
+  sockaddr_in client{};
+};
+
+/// A see_global of the given time: ball at (x, y), no players but one of each team.
+std::string view(long time, double x = 0, double y = 0);
+
+/// Standard error while it lives.
+class StderrCapture {
+ public:
+  StderrCapture();
+  ~StderrCapture();
+  StderrCapture(const StderrCapture&) = delete;
+  StderrCapture& operator=(const StderrCapture&) = delete;
+  /// What was written since the last call.
+  std::string take();
+};
+
+/// The real coach program as a child process, started on conf/agent.conf or another file.
+class CoachProcess {
+ public:
+  explicit CoachProcess(const std::vector<std::string>& arguments);
+  ~CoachProcess();
+  CoachProcess(const CoachProcess&) = delete;
+  CoachProcess& operator=(const CoachProcess&) = delete;
+
+  void signal(int number) const;
+  /// Waits for the end: the exit status, or -1 when it had to be killed after the time.
+  int wait(int milliseconds = 8000);
+  /// All of standard error; after `wait`.
+  std::string errors() const;
+
+ private:
+  int pid;
+  int errorFile;
+};
+
+/// The arguments that start a coach of team "Alpha" at a server.
+std::vector<std::string> coachArguments(int port);
+
+/// A text's lines.
+std::vector<std::string> lines(const std::string& text);
+
+/// The path of the shipped configuration.
+extern const char* const shippedConfig;
+
+}  // namespace vok::test
