@@ -70,7 +70,8 @@ class Worldmodel {
   /// Writes a player's world message into characters 0..5 and, but for a position, 9 of `msg`.
   void encodeAudio(MessageType msgType, char* msg, const WBall& comball) const;
   /// Reads ten characters of such a message, heard from team-mate `sender` in direction
-  /// `senderDir` (radians).
+  /// `senderDir` (radians from our face, `NO_ANGLE` when unknown). Hearsay is `FUZZY` and never
+  /// replaces what is known as freshly or better.
   void decodeAudio(const char* msg, int sender, double senderDir);
 
   void writeToStream(std::ostream& out) const;
@@ -120,7 +121,7 @@ class Worldmodel {
   std::array<Angle, 10> vAngle;
   std::array<long, 10> vAge;
   long vCounter = 0;
-  // Directions in which voices were heard.
+  // Rings of the directions (field frame) in which voices were heard; the counter is the next slot.
   std::array<Angle, 10> aOppDir;
   std::array<long, 10> aOppAge;
   long aOppCounter = 0;
@@ -133,6 +134,7 @@ class Worldmodel {
   Comm* comm;  ///< not owned
 
  private:
+  void takeView(const SensorData& data);
   void predictTo(long viewTime);
   void takePlayerType(const PlayerType& announced);
   void changePlayer(const SensorData& data);
@@ -140,8 +142,15 @@ class Worldmodel {
   void adjustOurPlayer(const ExactPlayer& seen);
   void adjustOtherPlayer(const ExactPlayer& seen);
   void takePlayer(WPlayer& player, const ExactPlayer& seen) const;
+  void setOtherGoalie(int number);
   Vector2d toOurFrame(double x, double y) const;
+  void placeSpeaker(WPlayer& speaker, double centreDist, double direction) const;
   void applyAction();
+  void dash();
+  void turn();
+  void kick();
+  void catchBall();
+  void move();
   void moveAll();
   void collideWithBall();
   void simStamina();

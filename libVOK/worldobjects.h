@@ -21,6 +21,11 @@ void ageOneCycle(Counter& counter) {
   if (counter < NEVER) ++counter;
 }
 
+/// True for 1..11, the entries of the team arrays that are players.
+constexpr bool isShirtNumber(int number) {
+  return number >= 1 && number <= 11;
+}
+
 struct WPlayer;
 
 struct WObject {

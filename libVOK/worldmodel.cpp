@@ -1,0 +1,309 @@
+#include "worldmodel.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <iostream>
+#include <sstream>
+
+#include "Comm.h"
+#include "Config.h"
+#include "constants.h"
+#include "mcommand.h"
+
+namespace vok {
+
+namespace {
+
+constexpr double GOAL_X = 52.5;
+constexpr double BENCH_X = 3.0;  ///< spacing of the players not yet seen
+constexpr double BENCH_Y = -37.0;
+constexpr std::size_t PLAYER_MESSAGE_LENGTH = 10;
+
+int configuredTeamSize(const char* key) {
+  return std::clamp(Config::getValueAsInt(key), 0, 11);
+}
+
+std::size_t subsRingSize() {
+  return static_cast<std::size_t>(numSubsMax()) + 11;
+}
+
+void record(std::vector<Substitution>& ring, int& count, Substitution change) {
+  ring[static_cast<std::size_t>(count) % ring.size()] = change;
+  ++count;
+}
+
+void recordVoice(std::array<Angle, 10>& dirs, std::array<long, 10>& ages, long& next, Angle dir) {
+  const auto slot = static_cast<std::size_t>(next);
+  dirs[slot] = dir;
+  ages[slot] = 0;
+  next = (next + 1) % static_cast<long>(dirs.size());
+}
+
+void writeMoved(std::ostream& out, const WMovedObject& object) {
+  out << "(" << object.pos.x << " " << object.pos.y << ") (" << object.v.x << " " << object.v.y
+      << ") (age " << object.age << ")";
+}
+
+void writeTeam(std::ostream& out, const char* name, const std::array<WPlayer, 12>& team) {
+  for (std::size_t n = 1; n < team.size(); ++n) {
+    out << "\n (" << name << " " << n << " ";
+    writeMoved(out, team[n]);
+    out << " (body " << team[n].bodyDir << ") (type " << team[n].type << ")"
+        << (team[n].isGoalie == GOALIE_TRUE ? " goalie)" : ")");
+  }
+}
+
+std::string snapshotText(const Worldmodel& world) {
+  std::ostringstream text;
+  text << "(sn " << world << ")";
+  return text.str();
+}
+
+}  // namespace
+
+Worldmodel::Worldmodel(Comm* connection)
+    : maxPlayersOurTeam(configuredTeamSize("world_maxPlayersOurTeam")),
+      maxPlayersOtherTeam(configuredTeamSize("world_maxPlayersOtherTeam")),
+      ourGoal(Vector2d(-GOAL_X, 0)),
+      otherGoal(Vector2d(GOAL_X, 0)),
+      playerType(static_cast<std::size_t>(numPlayerTypes()), WPlayerType::fromDefaults()),
+      ourSubs(subsRingSize()),
+      otherSubs(subsRingSize()),
+      comm(connection) {
+  vAge.fill(NEVER);
+  aOppAge.fill(NEVER);
+  aOurAge.fill(NEVER);
+  for (int n = 1; n <= 11; ++n) {
+    const auto entry = static_cast<std::size_t>(n);
+    ourTeam[entry].number = otherTeam[entry].number = n;
+    ourTeam[entry].pos = {-BENCH_X * n, BENCH_Y};
+    otherTeam[entry].pos = {BENCH_X * n, BENCH_Y};
+  }
+  if (comm == nullptr) return;
+  my.number = comm->getMyNumber();
+  my.isGoalie = comm->amIGoalie() ? GOALIE_TRUE : GOALIE_FALSE;
+  playMode = comm->getPlayMode();
+  ourSide = comm->getMySide();
+}
+
+Worldmodel& Worldmodel::adjust() {
+  if (comm == nullptr) return *this;
+
+  // They came before whatever is still queued.
+  for (const PlayerType& announced : comm->store->setAside()) takePlayerType(announced);
+  comm->store->clearSetAside();
+
+  SensorData data;
+  while (comm->getNextData(data)) adjust(data);
+  return *this;
+}
+
+void Worldmodel::adjust(const SensorData& data) {
+  switch (data.type) {
+    case SENSOR_TYPE_HEAR:
+      return hear(data);
+    case SENSOR_TYPE_EXACT:
+      return takeView(data);
+    case SENSOR_TYPE_PLAYER_TYPE:
+      return takePlayerType(data.playerType);
+    case SENSOR_TYPE_PLAYER_CHANGED:
+      return changePlayer(data);
+    default:
+      return;
+  }
+}
+
+void Worldmodel::takeView(const SensorData& data) {
+  if (data.time < time) return;
+  predictTo(data.time);
+  if (comm != nullptr) {
+    playMode = comm->getPlayMode();
+    ourSide = comm->getMySide();
+    ourScore = comm->getOurScore();
+    otherScore = comm->getOtherScore();
+  }
+  adjustExact(data);
+  visualAge = 0;
+}
+
+void Worldmodel::predictTo(long viewTime) {
+  // A second view of a cycle predicts as well: what it does not show has grown older.
+  if (viewTime == time) return simCycle();
+
+  // Behind `NEVER` cycles nothing is left to predict.
+  const long cycles = std::min<long>(viewTime - time, NEVER);
+  for (long i = 0; i < cycles; ++i) simCycle();
+  time = viewTime;
+}
+
+bool Worldmodel::adjustExact(const SensorData& data) {
+  time = data.time;
+
+  my.pos = my.v = {};
+  my.age = 0;
+  my.decay = my.vmax = 0;
+  my.bodyDir = my.faceDir = 0;
+  my.number = 0;
+  my.isGoalie = GOALIE_FALSE;
+
+  if (data.exactball.valid) {
+    ball.pos = toOurFrame(data.exactball.x, data.exactball.y);
+    ball.v = toOurFrame(data.exactball.x_vel, data.exactball.y_vel);
+    ball.age = 0;
+  }
+  for (const ExactPlayer& seen : data.exactplayer) {
+    if (!seen.valid || !isShirtNumber(seen.number)) continue;
+    if (seen.team == TEAM_US) adjustOurPlayer(seen);
+    if (seen.team == TEAM_THEM) adjustOtherPlayer(seen);
+  }
+  for (const ExactGoal& seen : data.exactgoal) {
+    if (!seen.valid) continue;
+    WObject& goal = seen.team == TEAM_US ? ourGoal : otherGoal;
+    goal.pos = toOurFrame(seen.x, seen.y);
+    goal.age = 0;
+  }
+  return true;
+}
+
+void Worldmodel::adjustOurPlayer(const ExactPlayer& seen) {
+  if (seen.goalie == GOALIE_TRUE && ourGoalieNo == -1) adjustTacticalNumbers(seen.number);
+  takePlayer(ourTeam[static_cast<std::size_t>(seen.number)], seen);
+}
+
+void Worldmodel::adjustOtherPlayer(const ExactPlayer& seen) {
+  if (seen.goalie == GOALIE_TRUE && otherGoalieNo == -1) setOtherGoalie(seen.number);
+  takePlayer(otherTeam[static_cast<std::size_t>(seen.number)], seen);
+}
+
+void Worldmodel::takePlayer(WPlayer& player, const ExactPlayer& seen) const {
+  player.age = 0;
+  player.state = VISUAL;
+  player.isGoalie = seen.goalie;
+  player.pos = toOurFrame(seen.x, seen.y);
+  player.v = toOurFrame(seen.x_vel, seen.y_vel);
+  // As they were sent: not turned for a team on the right, and the face relative to the body.
+  if (seen.body_dir > NO_ANGLE) {
+    player.bodyDir = seen.body_dir;
+    player.bodyAge = 0;
+  }
+  if (seen.face_dir > NO_ANGLE) player.faceDir = seen.face_dir;
+}
+
+Vector2d Worldmodel::toOurFrame(double x, double y) const {
+  return ourSide == SIDE_RIGHT ? Vector2d(-x, -y) : Vector2d(x, y);
+}
+
+void Worldmodel::adjustTacticalNumbers(int newOurGoalieNo) {
+  if (!isShirtNumber(newOurGoalieNo)) return;
+  ourGoalieNo = newOurGoalieNo;
+  for (int n = 1; n <= 11; ++n) {
+    WPlayer& player = ourTeam[static_cast<std::size_t>(n)];
+    player.isGoalie = GOALIE_FALSE;
+    player.tacticalNo = n < ourGoalieNo ? n + 1 : n;
+  }
+  WPlayer& goalie = ourTeam[static_cast<std::size_t>(ourGoalieNo)];
+  goalie.isGoalie = GOALIE_TRUE;
+  goalie.tacticalNo = 1;
+
+  if (!isShirtNumber(my.number)) return;
+  const WPlayer& me = ourTeam[static_cast<std::size_t>(my.number)];
+  my.isGoalie = me.isGoalie;
+  my.tacticalNo = me.tacticalNo;
+}
+
+void Worldmodel::setOtherGoalie(int number) {
+  for (int n = 1; n <= 11; ++n) {
+    otherTeam[static_cast<std::size_t>(n)].isGoalie = n == number ? GOALIE_TRUE : GOALIE_FALSE;
+  }
+  otherGoalieNo = number;
+}
+
+void Worldmodel::takePlayerType(const PlayerType& announced) {
+  const auto id = static_cast<std::size_t>(announced.player_type);  // a negative one becomes huge
+  if (id >= playerType.size()) return;
+
+  WPlayerType& type = playerType[id];
+  type.state = announced.player_type;
+  type.playerSpeedMax =
+      reachableSpeed(announced.player_speed_max, announced.dash_power_rate, announced.player_decay);
+  type.playerDecay = announced.player_decay;
+  type.playerSize = announced.player_size;
+  type.staminaIncMax = announced.stamina_inc_max;
+  type.inertiaFactor = announced.inertia_moment;
+  type.dashPowerRate = announced.dash_power_rate;
+  type.kickableMargin = announced.kickable_margin;
+  type.kickRand = announced.kick_rand;
+  type.extraStamina = announced.extra_stamina;
+  type.effortMin = announced.effort_min;
+  type.effortMax = announced.effort_max;
+}
+
+void Worldmodel::changePlayer(const SensorData& data) {
+  const int number = data.number;
+  const int type = data.heteroType;
+  if (!isShirtNumber(number) || type < -1 || type >= static_cast<int>(playerType.size())) return;
+  const auto entry = static_cast<std::size_t>(number);
+
+  if (!data.ourTeamChanged) {
+    // What an opponent can do is inferred elsewhere; until then it plays with the default.
+    otherTeam[entry].setType(WPlayerType::fromDefaults());
+    otherTeam[entry].type = type;
+    record(otherSubs, numOtherSubs, {number, time});
+    return;
+  }
+
+  const auto id = static_cast<std::size_t>(std::max(type, 0));
+  if (id >= playerType.size() || playerType[id].state == -1) {
+    std::cerr << "Nr. " << my.number << " : Player " << number << " was changed to type " << type
+              << ", but I don't know that type!\n";
+    return;
+  }
+  ourTeam[entry].setType(playerType[id]);
+  ourTeam[entry].type = type;
+  if (my.number == number) {
+    my.setType(playerType[id]);
+    my.type = type;
+  }
+  record(ourSubs, numOurSubs, {number, time});
+}
+
+void Worldmodel::hear(const SensorData& data) {
+  const Angle direction = my.faceDir + data.sender_dir;
+  const bool directed = data.sender_dir > NO_ANGLE;
+  switch (data.sender) {
+    case SENDER_PLAYER_US:
+      if (directed) recordVoice(aOurDir, aOurAge, aOurCounter, direction);
+      if (std::strlen(data.message.data()) >= PLAYER_MESSAGE_LENGTH) {
+        decodeAudio(data.message.data(), data.sender_num, data.sender_dir);
+      }
+      return;
+    case SENDER_PLAYER_THEM:
+      if (directed) recordVoice(aOppDir, aOppAge, aOppCounter, direction);
+      return;
+    case SENDER_REFEREE:
+      if (penaltySide == SIDE_UNKNOWN) penaltySide = data.penaltySide;
+      return;
+    default:
+      return;
+  }
+}
+
+void Worldmodel::writeToStream(std::ostream& out) const {
+  out << "(world (time " << time << ") (mode " << playMode << ") (side " << ourSide << ") (score "
+      << ourScore << " " << otherScore << ")\n (ball ";
+  writeMoved(out, ball);
+  out << ")";
+  writeTeam(out, "our", ourTeam);
+  writeTeam(out, "other", otherTeam);
+  out << ")";
+}
+
+std::ostream& operator<<(std::ostream& out, const Worldmodel& world) {
+  world.writeToStream(out);
+  return out;
+}
+
+MSnapshot::MSnapshot(const Worldmodel& world) : MCommand(1, snapshotText(world)) {}
+
+}  // namespace vok

@@ -1,0 +1,187 @@
+// The prediction of one cycle, in the order of the simulator: the own command takes effect, all
+// moves, the ball collides, stamina recovers, everything grows a cycle older.
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "constants.h"
+#include "worldmodel.h"
+
+namespace vok {
+
+namespace {
+
+constexpr double DEGREE = std::numbers::pi / 180;
+
+/// What a catch puts on the goalkeeper's rim touches him; rounding must not make it a collision.
+constexpr double TOUCH = 1e-9;
+
+Vector2d polar(double length, double radians) {
+  return {length * std::cos(radians), length * std::sin(radians)};
+}
+
+}  // namespace
+
+void Worldmodel::simCycle() {
+  oldBallRelpos = ball.pos - my.pos;
+  oldMy = my;
+  applyAction();
+  moveAll();
+  collideWithBall();
+  simStamina();
+  ageAll();
+  if (isShirtNumber(my.number)) ourTeam[static_cast<std::size_t>(my.number)] = my;
+}
+
+void Worldmodel::applyAction() {
+  if (my.cyclesSinceTackle > TACKLE_CYCLES) {
+    switch (action.command) {
+      case DASH_COMMAND:
+        dash();
+        break;
+      case TURN_COMMAND:
+        turn();
+        break;
+      case KICK_COMMAND:
+        kick();
+        break;
+      case CATCH_COMMAND:
+        catchBall();
+        break;
+      case MOVE_COMMAND:
+        move();
+        break;
+      case TACKLE_COMMAND:
+        my.cyclesSinceTackle = 0;
+        break;
+      default:
+        break;
+    }
+  }
+  action = {};
+}
+
+void Worldmodel::dash() {
+  const double costRate = action.power < 0 ? -2 : 1;  // backwards costs double
+  const double cost = std::min(costRate * action.power, my.stamina + my.extraStamina);
+  my.acc(polar(my.dashPowerRate * my.effort * cost / costRate, my.bodyDir));
+  my.stamina = std::max(0.0, my.stamina - cost);
+
+  const bool carries = my.isGoalie == GOALIE_TRUE && playMode == PLAY_MODE_FREE_KICK_US;
+  if (carries && my.ballKickable(ball)) ball.pos += my.v;
+}
+
+void Worldmodel::turn() {
+  const double moment = std::max(MINMOMENT * DEGREE, std::min(MAXMOMENT * DEGREE, action.moment));
+  const double turned = moment * my.inertiaMoment();
+  my.bodyDir += turned;
+  my.faceDir += turned;
+}
+
+void Worldmodel::kick() {
+  if (!my.ballKickable(ball)) return;
+  ball.acc(polar(my.kickPowerRate(ball) * action.power, my.bodyDir + action.moment));
+}
+
+void Worldmodel::catchBall() {
+  if (my.isGoalie != GOALIE_TRUE || cyclesSinceCatch <= CATCH_BAN_CYCLES) return;
+  cyclesSinceCatch = 0;
+  if (!my.ballCatchable(ball, action.moment)) return;
+  const double direction = (ball.pos - my.pos).getAngle();
+  ball.pos = my.pos + my.v + polar(BALL_SIZE + my.size, direction);
+  ball.v = {};
+}
+
+void Worldmodel::move() {
+  const Vector2d offset = action.pos - my.pos;
+  switch (playMode) {
+    case PLAY_MODE_FREE_KICK_US:
+      if (my.isGoalie != GOALIE_TRUE) return;
+      if (my.ballKickable(ball)) ball.pos += offset;
+      break;
+    case PLAY_MODE_BEFORE_KICK_OFF:
+    case PLAY_MODE_GOAL_US:
+    case PLAY_MODE_GOAL_THEM:
+      break;
+    default:
+      return;
+  }
+  my.pos = action.pos;
+  my.v = {};
+}
+
+void Worldmodel::moveAll() {
+  my.simulate();
+  ball.simulate();
+  for (std::size_t n = 1; n <= 11; ++n) {
+    ourTeam[n].simulate();
+    otherTeam[n].simulate();
+  }
+}
+
+void Worldmodel::collideWithBall() {
+  collState = CollisionState::NONE;
+  if (my.number <= 0) return;
+  const double range = my.size + ball.size;
+  const double dist = my.distTo(ball.pos);
+  if (dist >= range - TOUCH) return;
+
+  const double direction = dist > 0 ? (ball.pos - my.pos).getAngle() : double(my.bodyDir);
+  const Vector2d middle = 0.5 * (my.pos + ball.pos);
+  const Vector2d half = polar(0.5 * range * 1.0001, direction);
+  my.pos = middle - half;
+  ball.pos = middle + half;
+  my.v *= -0.1;
+  ball.v *= -0.1;
+}
+
+void Worldmodel::simStamina() {
+  if (my.number > 0) {
+    if (my.stamina <= RECOVER_DEC_THR * STAMINA_MAX && my.recovery > RECOVER_MIN) {
+      my.recovery = std::max(RECOVER_MIN, my.recovery - RECOVER_DEC);
+    }
+    if (my.stamina <= EFFORT_DEC_THR * STAMINA_MAX) {
+      my.effort = std::max(my.effortMin, my.effort - EFFORT_DEC);
+    }
+    if (my.stamina >= EFFORT_INC_THR * STAMINA_MAX) {
+      my.effort = std::min(my.effortMax, my.effort + EFFORT_INC);
+    }
+    my.stamina = std::min(STAMINA_MAX, my.stamina + my.recovery * my.staminaIncMax);
+  }
+
+  // Pessimistic for us, who are taken to dash all the time, optimistic for them, who rest.
+  const double tired = EFFORT_DEC_THR * STAMINA_MAX;
+  for (std::size_t n = 1; n <= 11; ++n) {
+    WPlayer& ours = ourTeam[n];
+    WPlayer& theirs = otherTeam[n];
+    ours.stamina =
+        std::max(tired, std::min(STAMINA_MAX, ours.stamina + ours.staminaIncMax - MAXPOWER));
+    theirs.stamina = std::min(STAMINA_MAX, theirs.stamina + theirs.staminaIncMax);
+  }
+}
+
+void Worldmodel::ageAll() {
+  ageOneCycle(my.age);
+  ageOneCycle(my.cyclesSinceTackle);
+  ageOneCycle(ball.age);
+  ageOneCycle(ourGoal.age);
+  ageOneCycle(otherGoal.age);
+  for (std::size_t n = 1; n <= 11; ++n) {
+    for (WPlayer* player : {&ourTeam[n], &otherTeam[n]}) {
+      ageOneCycle(player->age);
+      ageOneCycle(player->bodyAge);
+      ageOneCycle(player->cyclesSinceTackle);
+    }
+  }
+  for (std::size_t i = 0; i < vAge.size(); ++i) {
+    ageOneCycle(vAge[i]);
+    ageOneCycle(aOppAge[i]);
+    ageOneCycle(aOurAge[i]);
+  }
+  ageOneCycle(visualAge);
+  ageOneCycle(cyclesSinceCatch);
+  ageOneCycle(cyclesSincePointTo);
+}
+
+}  // namespace vok

@@ -1,0 +1,350 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <numbers>
+#include <random>
+#include <sstream>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "audiomsg.h"
+#include "constants.h"
+
+using namespace vok;
+
+namespace {
+
+constexpr double pi = std::numbers::pi;
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+/// The capacities of messages made while it lives.
+struct SaySize {
+  explicit SaySize(int size) { SAY_MSG_SIZE = SAY_COACH_MSG_SIZE = size; }
+  ~SaySize() {
+    SAY_MSG_SIZE = 512;
+    SAY_COACH_MSG_SIZE = 128;
+  }
+};
+
+std::string digits(unsigned n) {
+  return {msgEncodeChars[n % 64], msgEncodeChars[n / 64 % 64]};
+}
+
+/// A received text with this payload and a header that fits it.
+std::string received(const std::string& payload) {
+  return "aaaaaaaaaaaa" + digits(static_cast<unsigned>(payload.size())) + payload;
+}
+
+template <typename Value>
+Value read(const std::string& payload, Value into) {
+  AudioMsg msg(received(payload).c_str());
+  msg >> into;
+  EXPECT_TRUE(msg.getState()) << payload;
+  return into;
+}
+
+template <typename Value>
+std::string written(const Value& value) {
+  AudioMsg msg;
+  msg << value;
+  EXPECT_TRUE(msg.getState());
+  return msg.getEncoding() + AudioMsg::HEADER_LENGTH;
+}
+
+template <typename Value>
+std::string printed(const Value& value) {
+  std::ostringstream out;
+  out << value;
+  return out.str();
+}
+
+}  // namespace
+
+TEST(SayCode, CharactersHaveTheirIndexAndForeignBytesAreZero) {
+  int known = 0;
+  for (int byte = 0; byte < 256; ++byte) known += decodeChar(static_cast<char>(byte)) != 0;
+  EXPECT_EQ(known, 73);  // all but 'a'
+  const std::vector<std::pair<char, int>> values = {{'a', 0},  {'z', 25}, {'A', 26}, {'Z', 51},
+                                                    {'0', 52}, {'9', 61}, {'+', 62}, {'-', 63},
+                                                    {'.', 64}, {' ', 73}, {'!', 0},  {'\xe4', 0}};
+  for (const auto& [c, value] : values) EXPECT_EQ(decodeChar(c), value) << c;
+}
+
+TEST(SayCode, EveryNumberOfEighteenBitsTravelsAndLargerOnesWrap) {
+  for (unsigned n = 0; n < 1U << 18; ++n) {
+    const Int3B sent(n);
+    ASSERT_EQ(std::string(sent.getEncoding(), 3), digits(n) + msgEncodeChars[n >> 12]);
+    ASSERT_EQ(Int3B(std::string(sent.getEncoding(), 3).c_str()).getValue(), n);
+  }
+  EXPECT_EQ(std::string(Int3B(64U).getEncoding(), 3), "aba");
+  EXPECT_EQ(std::string(Int3B(262144U).getEncoding(), 3), "aaa");
+  EXPECT_EQ(Int3B(262144U).getValue(), 262144U);
+  EXPECT_EQ(written(Int3B(static_cast<unsigned>(-1))), "---");
+}
+
+TEST(SayCode, PositionsTravelOnTheirGridWithAgeAndState) {
+  EXPECT_EQ(written(Val5B(0, 0, 0, VISUAL)), "aqaWa");
+  EXPECT_EQ(written(Val5B(0, 0, 5, FUZZY)), "aWaqf");
+  EXPECT_EQ(written(Val5B(-102.4, 102.3, 62, UNSAFE)), "aa-F+");
+  for (unsigned n = 0; n < 2048; ++n) {
+    const double x = (n - 1024.0) / 10;
+    const auto state = static_cast<WObjectState>(n % 3);
+    const Val5B sent({x + 0.05, -x - 0.05}, n % 63, state);
+    const Val5B got = read(written(sent), Val5B());
+    ASSERT_EQ(Vector2d(got), Vector2d(x, (1023.0 - n) / 10)) << n;
+    ASSERT_EQ(got.getAge(), n % 63);
+    ASSERT_EQ(got.getState(), state);
+  }
+}
+
+TEST(SayCode, PositionsOffTheGridAreInvalidButTravel) {
+  const std::vector<Val5B> invalid = {{102.4, 0, 0, VISUAL},       {0, -102.5, 0, VISUAL},
+                                      {notANumber, 0, 0, VISUAL},  {0, infinity, 0, VISUAL},
+                                      {-1e300, 0, 0, VISUAL},      {3e9, 0, 0, VISUAL},
+                                      {0, 0, 63, VISUAL},          {0, 0, 64, VISUAL},
+                                      {0, 0, 4000000000U, VISUAL}, {0, 0, 0, WObjectState(3)}};
+  for (const Val5B& value : invalid) {
+    EXPECT_EQ(value.getAge(), Val5B::INVALIDAGE);
+    EXPECT_EQ(printed(read(written(value), Val5B(0, 0, 0, VISUAL))), "(Val5B invalid)");
+  }
+}
+
+TEST(SayCode, RealsAreFlooredToTenthsAndRefusedBeyondTheirRange) {
+  EXPECT_EQ(written(0.0), "aG");
+  EXPECT_EQ(written(-0.01), "-F");
+  for (unsigned n = 0; n < 4096; ++n) {
+    ASSERT_EQ(read(digits(n), 0.0), (n - 2048.0) / 10);
+    ASSERT_EQ(written((n - 2047.5) / 10), digits(n));
+  }
+  for (const double d : {204.8, -204.81, -205.0, 1e300, infinity, -infinity, notANumber}) {
+    AudioMsg msg;
+    msg << d;
+    EXPECT_FALSE(msg.getState()) << d;
+    EXPECT_STREQ(msg.getEncoding(), AudioMsg().getEncoding());
+  }
+}
+
+TEST(SayCode, AnglesAreReadByTheSumOfTheirDigits) {
+  EXPECT_EQ(written(Angle(0)), "aG");
+  EXPECT_EQ(written(Angle(pi / 2)), "aW");
+  EXPECT_EQ(written(Angle(-pi / 2)), "aq");
+  EXPECT_EQ(written(Angle(1)), "lQ");
+  for (unsigned low = 0; low < 64; ++low)
+    for (unsigned high = 0; high < 64; ++high) {
+      const double turn = std::remainder((low + high) * pi / 32 - pi, 2 * pi);
+      const double got = read(digits(low + 64 * high), Angle());
+      ASSERT_NEAR(std::remainder(got - turn, 2 * pi), 0, 1e-12) << low << " " << high;
+    }
+}
+
+TEST(SayCode, SmallValuesTravel) {
+  EXPECT_EQ(written(true) + written(false), "ba");
+  EXPECT_TRUE(read("c", false));
+  EXPECT_EQ(written('\xc8'), "id");
+  for (int c = 0; c < 256; ++c)
+    ASSERT_EQ(read(written(static_cast<char>(c)), 'x'), static_cast<char>(c));
+  EXPECT_EQ(written(NodaChar(63)), "-");
+  EXPECT_EQ(written(NodaChar(64)), "a");
+  EXPECT_EQ(printed(read(".", NodaChar('!'))), std::string(1, '\0'));
+  int types[12] = {9, -1, 0, 17, 62, 63, -1, 1, 2, 3, 4, 2147483647};
+  EXPECT_EQ(written(types), "abs-aacdefa");
+}
+
+TEST(AudioMsg, HeaderFieldsStandAtTheirPlaces) {
+  EXPECT_STREQ(AudioMsg().getEncoding(), "aaaaaaaaaaaaaa");
+  AudioMsg msg(0, 100, true);
+  EXPECT_STREQ(msg.getEncoding(), "aaaaq1aKbaaaaa");
+  msg.setPrefix("voker");
+  msg.setSourceAndSideIsLeft(7, true);
+  msg.setDestination(11);
+  EXPECT_STREQ(msg.getEncoding(), "vokxB1aKbaaaaa");
+  EXPECT_EQ(printed(msg),
+            "(AudioMsg-invalid  (7l -> 11)(t= 100)(coachmsg)(Size= 14 unread= 0 OK ))");
+  EXPECT_TRUE(msg.verifyPrefix("vok"));
+  EXPECT_FALSE(msg.verifyPrefix("voK"));
+}
+
+TEST(AudioMsg, NumbersThatAreNoPlayersAreReportedAndWritten) {
+  AudioMsg msg;
+  testing::internal::CaptureStderr();
+  msg.setSourceAndSideIsLeft(12, false);
+  msg.setDestination(15);
+  msg.setSourceAndSideIsLeft(4000000000U, true);
+  const std::string lines = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 3);
+  EXPECT_EQ(lines.find("Warning: ensure playerno <= 11 not valid in audiomsg:"), 0U);
+  EXPECT_EQ(msg.getDestination(), 15U);
+}
+
+TEST(AudioMsg, ChecksumShowsEveryChangeOfOneCharacter) {
+  AudioMsg msg(3, 4321, true);
+  msg << true << 12.3 << Int3B(262143U) << Val5B(1, 2, 3, FUZZY) << NodaChar(17);
+  msg.createChkSums();
+  const std::string good = msg.getEncoding();
+  ASSERT_TRUE(AudioMsg(good.c_str()).isChkSumsValid());
+  for (std::size_t at = 0; at < good.size(); ++at) {
+    std::string bad = good;
+    for (const char c : msgEncodeChars.substr(0, 64)) {
+      bad[at] = c;
+      ASSERT_EQ(AudioMsg(bad.c_str()).isChkSumsValid(), bad == good) << bad;
+    }
+    bad[at] = '!';  // counts as 'a' where it is summed
+    const bool summed = at != 5 && at != 6;
+    ASSERT_EQ(AudioMsg(bad.c_str()).isChkSumsValid(), summed && good[at] == 'a') << bad;
+  }
+}
+
+TEST(AudioMsg, WritesFitBelowTheCapacityAndFailUnchangedBeyondIt) {
+  const std::vector<std::pair<int, unsigned>> rooms = {
+      {-5, 0}, {0, 0}, {14, 0}, {15, 0}, {16, 1}, {128, 113}, {512, 497}, {9999, 497}};
+  for (const auto& [size, room] : rooms) {
+    const SaySize capacity(size);
+    AudioMsg msg(0, 0, true);
+    for (unsigned pos = 0; pos <= room; ++pos) {
+      ASSERT_EQ(std::strlen(msg.getEncoding()), msg.getSize());
+      AudioMsg longer = msg;
+      longer << Val5B(1, 1, 0, VISUAL);
+      ASSERT_EQ(longer.getState(), pos + 5 <= room) << size << " " << pos;
+      ASSERT_EQ(longer.getWritePos(), longer.getState() ? pos + 5 : pos);
+      ASSERT_TRUE(longer.getState() || !std::strcmp(longer.getEncoding(), msg.getEncoding()));
+      msg << true;
+      ASSERT_EQ(msg.getState(), pos < room) << size;
+    }
+    EXPECT_EQ(msg.getWritePos(), room);
+    EXPECT_FALSE(msg.setWritePos(0xFFFFFFF5U));
+    EXPECT_FALSE(msg.setReadPos(room + 1));
+  }
+}
+
+TEST(AudioMsg, CoachMessageNeedsOneCharacterMoreThanItsSize) {
+  for (const int size : {126, 127}) {
+    const SaySize capacity(size);
+    AudioMsg msg(0, 6000, true);
+    msg << true << NodaChar(2) << NodaChar(0);
+    for (int i = 0; i < 46; ++i) msg << 1.5;
+    const int types[12] = {};
+    msg << types << Int3B(9U);
+    ASSERT_TRUE(msg.getState());
+    msg << Int3B(40U);
+    EXPECT_EQ(msg.getState(), size == 127);
+    EXPECT_EQ(msg.getSize(), size == 127 ? 126U : 123U);
+  }
+}
+
+TEST(AudioMsg, AFailureStaysUntilClearedAndLeavesTheTarget) {
+  AudioMsg msg;
+  Int3B number(5U);
+  msg << 1000.0 << true;
+  EXPECT_FALSE(msg.getState());
+  EXPECT_EQ(msg.getWritePos(), 1U);
+  msg.clearState();
+  msg >> number;
+  EXPECT_FALSE(msg.getState());
+  EXPECT_EQ(number.getValue(), 5U);
+  EXPECT_EQ(msg.getReadLeft(), 1U);
+}
+
+TEST(AudioMsg, RollingBackKeepsTheCharactersUntilTheyAreOverwritten) {
+  AudioMsg msg;
+  msg << true << true;
+  msg.markWrite();
+  msg << Int3B(1U);
+  msg.rollbackWrite();
+  EXPECT_STREQ(msg.getEncoding() + 14, "bbbaa");
+  EXPECT_EQ(msg.getSize(), 16U);
+  EXPECT_EQ(msg.getWriteLeft(), 510U);
+  msg << false;
+  EXPECT_STREQ(msg.getEncoding() + 14, "bba");
+
+  bool value = false;
+  msg.markRead();
+  msg >> value >> value >> value;
+  msg.rollbackWrite();  // its mark lies before what is read
+  EXPECT_FALSE(msg.getState());
+  EXPECT_EQ(msg.getWritePos(), 3U);
+  msg.clearState();
+  msg.rollbackRead();
+  EXPECT_EQ(msg.getReadPos(), 0U);
+  EXPECT_TRUE(msg.setReadPos(3));
+  msg.markRead();
+  EXPECT_TRUE(msg.setReadPos(2));
+  msg.rollbackRead();  // its mark lies ahead
+  EXPECT_FALSE(msg.getState());
+  EXPECT_EQ(msg.getReadPos(), 2U);
+  msg.rewindWrite();
+  EXPECT_STREQ(msg.getEncoding(), "aaaaaaaaaaaaaa");
+}
+
+TEST(AudioMsg, WhatIsWrittenIsReadBack) {
+  std::mt19937 random(20030);
+  for (int round = 0; round < 200; ++round) {
+    AudioMsg msg(0, 5999, round % 2 == 0);
+    std::vector<unsigned> sent;  // the low bits choose the kind of value
+    while (msg.getState()) {
+      sent.push_back(random() % 4096);
+      const unsigned n = sent.back();
+      if (n % 3 == 0) msg << Int3B(n);
+      if (n % 3 == 1) msg << (n - 2047.5) / 10;
+      if (n % 3 == 2) msg << NodaChar(static_cast<unsigned char>(n % 64));
+    }
+    sent.pop_back();
+    AudioMsg heard(msg.getEncoding());
+    for (const unsigned n : sent) {
+      Int3B number(n);
+      double real = (n - 2048.0) / 10;
+      NodaChar small(n % 64);
+      const auto expected = std::tuple(number.getValue(), real, char{small});
+      if (n % 3 == 0) heard >> number;
+      if (n % 3 == 1) heard >> real;
+      if (n % 3 == 2) heard >> small;
+      ASSERT_EQ(std::tuple(number.getValue(), real, char{small}), expected);
+    }
+    ASSERT_TRUE(heard.getState());
+    ASSERT_EQ(heard.getReadLeft(), 0U);
+  }
+}
+
+TEST(AudioMsg, AReceivedTextMayBeShorterThanItsHeaderSays) {
+  AudioMsg empty("");
+  bool flag = true;
+  empty >> flag;
+  EXPECT_FALSE(empty.getState());
+  AudioMsg cut(("aaaaaaaaaaaa" + digits(40)).c_str());
+  double real = 0;
+  Int3B number(9U);
+  cut >> real >> number >> flag;
+  EXPECT_TRUE(cut.getState());
+  EXPECT_EQ(real, -204.8);
+  EXPECT_EQ(number.getValue(), 0U);
+  EXPECT_FALSE(flag);
+  AudioMsg far("--------------");  // positions 4095
+  far << true;
+  far >> flag;
+  EXPECT_FALSE(far.getState());
+  EXPECT_STREQ(far.getEncoding(), "--------------");
+}
+
+TEST(AudioMsg, AnyTextIsTakenWithinItsBounds) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 3000; ++round) {
+    std::string text(random() % 700, 'a');
+    for (char& c : text) c = round % 2 ? static_cast<char>(random()) : msgEncodeChars[random() % 8];
+    AudioMsg msg = round % 3 ? AudioMsg(text.c_str()) : AudioMsg(3, text.c_str(), text.c_str());
+    const std::size_t length = std::strlen(text.c_str());
+    ASSERT_EQ(std::strlen(msg.getEncoding()), std::min<std::size_t>(length, 511));
+    ASSERT_LE(std::strlen(msg.teamName.data()), 39U);
+    Val5B position;
+    for (int i = 0; i < 120 && msg.getState(); ++i) msg >> position;
+    msg.clearState();
+    for (int i = 0; i < 120 && msg.getState(); ++i) msg << position;
+    msg.rollbackWrite();
+    ASSERT_LE(std::strlen(msg.getEncoding()), 511U);
+    ASSERT_FALSE(printed(msg).empty());
+  }
+}
