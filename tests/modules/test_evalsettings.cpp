@@ -93,17 +93,18 @@ TEST(EvalSettings, KeysAreAskedForInTheirOrderAndABadOneEndsTheProcess) {
                      "goal_maxKickDuration", "goal_score_POOR", "goal_score_AVERAGE",
                      "goal_score_GOOD", "goal_score_PERFECT", "goal_maxSimSteps"},
                     [] { GoalShotEval(); });
-  expectKeysInOrder({"pass_sameLevelLength", "pass_maxKickDuration", "pass_maxKickLength",
-                     "pass_rpassLatticeLength", "pass_shortPassLength", "pass_shortPassLengthGoalie",
-                     "pass_securityDist", "pass_borderDist", "pass_score_POOR",
-                     "pass_score_AVERAGE", "pass_score_GOOD", "pass_score_PERFECT"},
-                    [] { PassEval(nullptr); });
-  expectKeysInOrder({"ourDefenders", "ourDefMidfield", "ourOffMidfield", "ourOffenders",
-                     "tac_ourEdgeDefender", "tac_ourEdgeDefMidfield", "tac_ourEdgeOffMidfield",
-                     "tac_ourEdgeOffender", "tac_ourEdgeGoalie", "tac_otherEdgeDefender",
-                     "tac_otherEdgeDefMidfield", "tac_otherEdgeOffMidfield",
-                     "tac_otherEdgeOffender", "tac_otherEdgeGoalie"},
-                    [] { TacticalModule(nullptr, nullptr); });
+  expectKeysInOrder(
+      {"pass_sameLevelLength", "pass_maxKickDuration", "pass_maxKickLength",
+       "pass_rpassLatticeLength", "pass_shortPassLength", "pass_shortPassLengthGoalie",
+       "pass_securityDist", "pass_borderDist", "pass_score_POOR", "pass_score_AVERAGE",
+       "pass_score_GOOD", "pass_score_PERFECT"},
+      [] { PassEval(nullptr); });
+  expectKeysInOrder(
+      {"ourDefenders", "ourDefMidfield", "ourOffMidfield", "ourOffenders", "tac_ourEdgeDefender",
+       "tac_ourEdgeDefMidfield", "tac_ourEdgeOffMidfield", "tac_ourEdgeOffender",
+       "tac_ourEdgeGoalie", "tac_otherEdgeDefender", "tac_otherEdgeDefMidfield",
+       "tac_otherEdgeOffMidfield", "tac_otherEdgeOffender", "tac_otherEdgeGoalie"},
+      [] { TacticalModule(nullptr, nullptr); });
 }
 
 }  // namespace

@@ -63,11 +63,11 @@ class Tactics : public testing::Test {
     tactical->feedbackWorld();
   }
 
-  // Whether each type is impossible ('-'), sure ('!') or open ('?').
+  // Whether each type is impossible ('-'), sure ('!') or open ('.').
   std::string beliefs(std::size_t opponent) const {
     std::string text;
     for (const PlayerTypeData& belief : tactical->playerTypeData.at(opponent)) {
-      text += "-!?"[belief.state];
+      text += "-!."[belief.state];
     }
     return text;
   }
@@ -124,13 +124,13 @@ TEST_F(Tactics, HeadCountsOfTheConfigurationMayBeAnything) {
 // Type by type: top speed 1, 1.25, 1.5; inertia 5, 179, 200; dash rate 0.006, 0.0075, 0.009;
 // decay 0.3, 0.4, 0.5. The rows that bar a single type meet type 1's bound exactly.
 const Motion motions[] = {
-    {"nothing moves", 0, 0, 0, 0, 0, "???"},
-    {"turns on the spot", 0, 0, 0, 0, 3, "???"},
-    {"runs 1.25 m", 1.25, 1.25, 100, 0, 0, "-??"},
-    {"turns by 1 at speed 1: (180 / 1 - 1) / 1", 1, 1, 100, 0, 1, "??-"},
-    {"turns by 0.28 across the back: 634", 1, 1, 100, 3, -3, "???"},
-    {"gains 0.75 m: 0.75 / 100", 0.5, -0.25, 100, 0, 0, "-??"},
-    {"0.5 m with a speed of 1.25 left: 0.4", 0.5, 0.5, 1.25, 0, 0, "-??"},
+    {"nothing moves", 0, 0, 0, 0, 0, "..."},
+    {"turns on the spot", 0, 0, 0, 0, 3, "..."},
+    {"runs 1.25 m", 1.25, 1.25, 100, 0, 0, "-.."},
+    {"turns by 1 at speed 1: (180 / 1 - 1) / 1", 1, 1, 100, 0, 1, "..-"},
+    {"turns by 0.28 across the back: 634", 1, 1, 100, 3, -3, "..."},
+    {"gains 0.75 m: 0.75 / 100", 0.5, -0.25, 100, 0, 0, "-.."},
+    {"0.5 m with a speed of 1.25 left: 0.4", 0.5, 0.5, 1.25, 0, 0, "-.."},
     {"no speed left after a move", 0.5, 0.5, 0, 0, 0, "---"},
     {"runs 1.5 m", 1.5, 1.5, 100, 0, 0, "--!"},
     {"too fast for every type", 2, 2, 100, 0, 0, "---"},
@@ -145,13 +145,13 @@ TEST_F(Tactics, MotionExcludesTheTypesThatItContradicts) {
     observe(5, motion);
     EXPECT_EQ(beliefs(5), motion.beliefs) << motion.name;
     EXPECT_EQ(tactical->otherPlayerType(5), &motion == &sprints ? 2 : -1) << motion.name;
-    EXPECT_EQ(beliefs(6), "???") << motion.name;
+    EXPECT_EQ(beliefs(6), "...") << motion.name;
   }
 }
 
 TEST_F(Tactics, ImpossibilityAddsUpOverTheCycles) {
   observe(11, runs);
-  EXPECT_EQ(beliefs(11), "-??");
+  EXPECT_EQ(beliefs(11), "-..");
   observe(11, turns);
   EXPECT_EQ(beliefs(11), "-!-");
   EXPECT_EQ(tactical->playerType[11], 1);
@@ -165,19 +165,19 @@ TEST_F(Tactics, OnlyUninterruptedPlayRefinesAndTheSnapshotIsAlwaysOfTheCycleBefo
   player.pos.x += 40;  // would contradict every type
   world->time += 2;
   tactical->feedbackWorld();
-  EXPECT_EQ(beliefs(9), "???") << "a cycle was skipped";
+  EXPECT_EQ(beliefs(9), "...") << "a cycle was skipped";
   player.pos.x += 40;
   tactical->feedbackWorld();
-  EXPECT_EQ(beliefs(9), "???") << "the same cycle again";
+  EXPECT_EQ(beliefs(9), "...") << "the same cycle again";
   player.pos.x += 40;
   ++world->time;
   world->playMode = PLAY_MODE_FREE_KICK_US;
   tactical->feedbackWorld();
-  EXPECT_EQ(beliefs(9), "???") << "play was stopped";
+  EXPECT_EQ(beliefs(9), "...") << "play was stopped";
   ++world->time;
   world->playMode = PLAY_MODE_PLAY_ON;
   tactical->feedbackWorld();
-  EXPECT_EQ(beliefs(9), "???") << "it has not moved since the stopped cycle";
+  EXPECT_EQ(beliefs(9), "...") << "it has not moved since the stopped cycle";
 }
 
 TEST_F(Tactics, ASubstitutionForgetsOneOpponentsType) {
@@ -194,7 +194,7 @@ TEST_F(Tactics, ASubstitutionForgetsOneOpponentsType) {
   world->otherTeam[7].pos.x += 40;  // the new one is not examined in this cycle
   ++world->time;
   tactical->feedbackWorld();
-  EXPECT_EQ(beliefs(7) + beliefs(8), "???--!");
+  EXPECT_EQ(beliefs(7) + beliefs(8), "...--!");
   EXPECT_EQ(tactical->playerType[7], -1);
   EXPECT_EQ(tactical->playerType[8], 2);
 
