@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -151,8 +152,8 @@ TEST(SayCode, SmallValuesTravel) {
   EXPECT_EQ(written(NodaChar(63)), "-");
   EXPECT_EQ(written(NodaChar(64)), "a");
   EXPECT_EQ(printed(read(".", NodaChar('!'))), std::string(1, '\0'));
-  int types[12] = {9, -1, 0, 17, 62, 63, -1, 1, 2, 3, 4, 2147483647};
-  EXPECT_EQ(written(types), "abs-aacdefa");
+  std::array types{9, -1, 0, 17, 62, 63, -1, 1, 2, 3, 4, 2147483647};
+  EXPECT_EQ(written(types.data()), "abs-aacdefa");
 }
 
 TEST(AudioMsg, HeaderFieldsStandAtTheirPlaces) {
@@ -223,8 +224,8 @@ TEST(AudioMsg, CoachMessageNeedsOneCharacterMoreThanItsSize) {
     AudioMsg msg(0, 6000, true);
     msg << true << NodaChar(2) << NodaChar(0);
     for (int i = 0; i < 46; ++i) msg << 1.5;
-    const int types[12] = {};
-    msg << types << Int3B(9U);
+    const std::array<int, 12> types{};
+    msg << types.data() << Int3B(9U);
     ASSERT_TRUE(msg.getState());
     msg << Int3B(40U);
     EXPECT_EQ(msg.getState(), size == 127);

@@ -2,6 +2,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -51,8 +52,8 @@ std::string coachText(unsigned time = 2345) {
   AudioMsg msg(0, time, true);
   msg << true << NodaChar(2) << NodaChar(0) << 6.25 << -18.4;
   for (int n = 1; n <= 11; ++n) msg << -1.0 * n << 1.0 * n << 1.0 * n << -0.5 * n;
-  const int types[12] = {0, 17, -1, 62, 0, -1, -1, -1, -1, -1, -1, -1};
-  msg << types << Int3B(9U) << Int3B(7U + 12 * 10);
+  const std::array<int, 12> types = {0, 17, -1, 62, 0, -1, -1, -1, -1, -1, -1, -1};
+  msg << types.data() << Int3B(9U) << Int3B(7U + 12 * 10);
   AudioMgr(0, false, "vok", 1).SpeakTo(msg);
   return msg.getEncoding();
 }
@@ -104,7 +105,7 @@ TEST(Saydecode, FindsMessagesWhereverTheyStand) {
       {"(hear 9 self \"" + playerText() + "\")\r\n\n" + text + " " + text + "\n", 3},
       {text + coachText(6) + "xx", 2},
       {text.substr(0, 125), 0},
-      {"The quick-brown-foxes (hear 62 (p \"Alpha\" 3) \"p3l62\")", 0},
+      {R"(The quick-brown-foxes (hear 62 (p "Alpha" 3) "p3l62"))", 0},
       {"", 0},
   };
   for (const auto& [input, messages] : inputs) {
@@ -137,7 +138,7 @@ TEST(Saydecode, DrawsTheLastMessageThatHolds) {
   EXPECT_EQ(count(svg, "<g transform="), 22U);
   EXPECT_EQ(count(svg, "stroke-dasharray"), 2U);
   EXPECT_EQ(count(svg, ">type 62<"), 1U);
-  EXPECT_EQ(count(svg, "<circle cx=\"6.2\" cy=\"-18.4\""), 1U);
+  EXPECT_EQ(count(svg, "<circle cx='6.2' cy='-18.4'"), 1U);
   EXPECT_EQ(saydecode("--svg /nowhere/x.svg", input).status, 1);
   EXPECT_EQ(saydecode("--svg " + picture.name, playerText()).status, 1);
 }
