@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 
 #include "Parser.h"
@@ -112,8 +113,9 @@ TEST(Constants, TheFieldIsMarkedBeforeAnythingRuns) {
               {FLAG_LEFT_BOTTOM_30, -57.5, 30},
               {FLAG_RIGHT_TOP_10, 57.5, -10}};
   for (const auto& row : rows) {
-    EXPECT_DOUBLE_EQ(flag_x[row.flag], row.x) << row.flag;
-    EXPECT_DOUBLE_EQ(flag_y[row.flag], row.y) << row.flag;
+    const auto at = static_cast<std::size_t>(row.flag);
+    EXPECT_DOUBLE_EQ(flag_x[at], row.x) << row.flag;
+    EXPECT_DOUBLE_EQ(flag_y[at], row.y) << row.flag;
   }
   EXPECT_EQ(goal_x[GOAL_LEFT], -52.5);
   EXPECT_EQ(goal_x[GOAL_RIGHT], 52.5);
