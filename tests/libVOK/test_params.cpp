@@ -23,7 +23,7 @@ TEST_F(ParamsTest, ItemsAreTakenInAnyOrder) {
   const int port = PORT;
   EXPECT_TRUE(
       parser.parseServerParam("(server_param (wind_rand 0.5) (synch_mode 1)(port 6010)\n"
-                              "(game_log_dir \"./\")(half_time  60)(catch_ban_cycle 9))"));
+                              "(game_log_directory \"./\")(half_time  60)(catch_ban_cycle 9))"));
   EXPECT_EQ(WIND_RAND, 0.5);
   EXPECT_TRUE(SYNCH_MODE);
   EXPECT_EQ(HALF_TIME, 60);
