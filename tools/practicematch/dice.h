@@ -1,0 +1,24 @@
+// The only source of chance: the same on every machine, unlike the library's distributions.
+#pragma once
+
+#include <cstdint>
+#include <random>
+
+namespace vok::practice {
+
+class Dice {
+ public:
+  explicit Dice(std::uint64_t seed) : engine(seed) {}
+
+  double between(double low, double high) {
+    return low + (high - low) * static_cast<double>(engine() >> 11) * 0x1p-53;
+  }
+  bool chance(double probability) { return between(0, 1) < probability; }
+  /// A whole number of [low, high].
+  int whole(int low, int high) { return low + static_cast<int>(between(0, high - low + 1)); }
+
+ private:
+  std::mt19937_64 engine;
+};
+
+}  // namespace vok::practice

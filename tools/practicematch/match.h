@@ -1,0 +1,71 @@
+// A simulated match: the texts of its check-in and of each cycle, for the coach of one team.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "players.h"
+#include "referee.h"
+#include "world.h"
+
+namespace vok::practice {
+
+struct MatchSettings {
+  int cycles = 6000;
+  std::uint64_t seed = 1;
+  Side coachSide = Side::Left;
+  bool synch = true;
+  int types = 18;
+  int ptMax = 1;
+  int port = 6002;
+  std::string coachTeam;
+  std::string otherTeam;
+};
+
+class Match {
+ public:
+  explicit Match(const MatchSettings& matchSettings);
+
+  /// All that a coach is told in one burst when it checks in.
+  std::vector<std::string> checkIn() const;
+  /// Plays one cycle and replaces `texts` by its calls, in the order of sending, and the view.
+  void cycle(std::vector<std::string>& texts);
+  void view(std::string& text) const;
+  bool finished() const { return referee.finished(); }
+
+  /// The coach's wish; appends the announcement and the answer, or the refusal.
+  void changeType(int number, int type, std::vector<std::string>& answers);
+
+  long time() const { return referee.time(); }
+  bool playOn() const { return referee.mode() == Mode::PlayOn; }
+  std::string modeName() const { return referee.modeName(); }
+  int goals(Side side) const { return referee.goals(side); }
+  const MatchSettings& settings() const { return set; }
+  const World& state() const { return world; }
+  const std::string& name(Side side) const {
+    return side == set.coachSide ? set.coachTeam : set.otherTeam;
+  }
+
+ private:
+  std::string_view refusal(Side side, int number, int type) const;
+  bool typeFree(Side side, int type, const Player* except) const;
+  std::string announcement(const Player& p) const;
+  void otherCoach(std::vector<std::string>& texts);
+  bool otherCoachChanges(std::vector<std::string>& texts);
+  void giveFreeTypes(Side side, std::vector<std::string>& texts);
+  void voices(std::vector<std::string>& texts);
+  void appendPlayer(std::string& text, const Player& p) const;
+
+  MatchSettings set;
+  World world;
+  Referee referee;
+  Players players;
+  Dice voiceDice;
+  Dice otherCoachDice;
+  std::array<int, 2> substitutions{};
+};
+
+}  // namespace vok::practice

@@ -1,0 +1,227 @@
+#include "players.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace vok::practice {
+
+namespace {
+
+constexpr double cruising = 0.85;  // metres a cycle that a runner makes, roughly
+constexpr double tackleReach = 1.6;
+
+/// Where the ball will be after so many cycles if nobody touches it.
+Vector2d ballAfter(const World& world, int cycles) {
+  const double way = (1 - std::pow(ballDecay, cycles)) / (1 - ballDecay);
+  return world.ball.pos + way * world.ball.vel;
+}
+
+struct Meeting {
+  Vector2d place;
+  int cycles;
+};
+
+/// Where and when a player can meet the ball.
+Meeting meetBall(const World& world, const Player& p) {
+  constexpr int horizon = 40;
+  for (int cycles = 0; cycles < horizon; ++cycles) {
+    const Vector2d place = ballAfter(world, cycles);
+    if (distance(p.pos, place) - 0.7 <= cruising * cycles) return {place, cycles};
+  }
+  const Vector2d place = ballAfter(world, horizon);
+  return {place, horizon + static_cast<int>(distance(p.pos, place) / cruising)};
+}
+
+double nearestOpponent(const World& world, Side side, Vector2d place) {
+  double nearest = 1000;
+  for (const Player& p : world.team(other(side))) {
+    nearest = std::min(nearest, distance(p.pos, place));
+  }
+  return nearest;
+}
+
+/// The ball's first speed for a pass that still rolls when it arrives.
+double passSpeed(double way) {
+  return std::min(ballSpeedMax, 0.8 + (1 - ballDecay) * way);
+}
+
+Vector2d velocity(double speed, double degrees) {
+  Vector2d v;
+  v.setRadAng(speed, toRadians(degrees));
+  return v;
+}
+
+}  // namespace
+
+void Players::act(World& world, Referee& referee, std::vector<std::string>& calls) {
+  for (const Side side : {Side::Left, Side::Right}) {
+    Player* runner = chaser(world, referee, side);
+    for (Player& p : world.team(side)) {
+      moveHead(world, p);
+      if (p.tackling > 0) continue;
+      if (referee.mayKick(p) && world.kickable(p)) {
+        actWithBall(world, p, referee, calls);
+      } else if (&p != runner) {
+        runTo(world, p, formationPlace(world, referee, p));
+      } else if (!tackles(world, p, referee, calls)) {
+        const Vector2d place = meetBall(world, p).place;
+        // Stop short of a resting ball, so that the body does not push it.
+        const bool there = referee.setPlay() && distance(p.pos, place) < 0.8;
+        runTo(world, p, there ? p.pos : place);
+      }
+    }
+  }
+}
+
+void Players::lookAround(World& world) {
+  for (Team& team : world.teams) {
+    for (Player& p : team) {
+      if (dice.chance(0.02)) world.turn(p, dice.between(-180, 180));
+    }
+  }
+}
+
+Player* Players::chaser(World& world, const Referee& referee, Side side) const {
+  if (referee.clockStands() || (referee.setPlay() && side != referee.side())) return nullptr;
+  Player* best = nullptr;
+  int bestCycles = 0;
+  for (Player& p : world.team(side)) {
+    if (referee.setPlay() ? &p != referee.kickTaker() : &p == referee.excluded()) continue;
+    const Meeting meeting = meetBall(world, p);
+    const bool outside = forward(side) * meeting.place.x > -halfLength + 16;
+    if (p.goalie() && outside && !referee.setPlay()) continue;
+    if (best == nullptr || meeting.cycles < bestCycles) {
+      best = &p;
+      bestCycles = meeting.cycles;
+    }
+  }
+  return best;
+}
+
+Vector2d Players::formationPlace(const World& world, const Referee& referee, const Player& p) {
+  // Home for an attack towards +x, and how far a line follows the ball.
+  struct Home {
+    double x, y, follow, deepest, highest;
+  };
+  static constexpr std::array<Home, 11> homes = {{{-50, 0, 0.03, -51, -46},
+                                                  {-30, -6, 0.55, -45, 5},
+                                                  {-30, 6, 0.55, -45, 5},
+                                                  {-28, -18, 0.6, -44, 15},
+                                                  {-28, 18, 0.6, -44, 15},
+                                                  {-13, 0, 0.65, -38, 25},
+                                                  {-8, -12, 0.7, -34, 32},
+                                                  {-8, 12, 0.7, -34, 32},
+                                                  {6, -17, 0.75, -18, 44},
+                                                  {6, 17, 0.75, -18, 44},
+                                                  {8, 0, 0.75, -15, 46}}};
+  const Home& home = homes[static_cast<std::size_t>(p.number - 1)];
+  const double way = forward(p.side);
+  const Vector2d ball = way * world.ball.pos;
+  Vector2d place(home.x + home.follow * ball.x + (p.side == control && !p.goalie() ? 6 : 0),
+                 p.goalie() ? 0.12 * ball.y : 0.8 * home.y + 0.35 * ball.y);
+  place.x = std::clamp(place.x, home.deepest, home.highest);
+  place.y = std::clamp(place.y, -halfWidth + 1, halfWidth - 1);
+
+  // Now and then somebody does not look along the line.
+  const bool careless = (referee.time() / 50 + p.number) % 4 == 0;
+  if (!careless) {
+    while (place.x > 0 && Referee::offsidePlace(world, p.side, way * place)) place.x -= 1;
+  }
+  if (referee.mode() == Mode::KickOff) place.x = std::min(place.x, -1.0);
+
+  place *= way;
+  const Vector2d away = place - world.ball.pos;
+  if (referee.setPlay() && p.side != referee.side() && away.getLength() < 10) {
+    place = world.ball.pos + Vector2d(away).stretch(10);
+  }
+  return place;
+}
+
+void Players::face(World& world, Player& p, Vector2d point, double tolerance) const {
+  const double off = normalDegrees(direction(p.pos, point) - p.body);
+  if (std::abs(off) > tolerance) world.turn(p, off);
+}
+
+void Players::runTo(World& world, Player& p, Vector2d target) const {
+  const Vector2d way = target - p.pos - p.vel;
+  if (way.getLength() < 0.5) return face(world, p, world.ball.pos, 25);
+  const double off = normalDegrees(toDegrees(way.getAngle()) - p.body);
+  if (std::abs(off) > 15) return world.turn(p, off);
+  world.dash(p, way.getLength() / (world.typeOf(p).dashPowerRate * p.effort));
+}
+
+void Players::moveHead(const World& world, Player& p) {
+  p.neck = std::clamp(normalDegrees(direction(p.pos, world.ball.pos) - p.body), -90.0, 90.0);
+  if (p.pointing == 0 && dice.chance(0.005)) p.pointing = dice.whole(5, 20);
+  p.pointAngle = direction(p.pos, world.ball.pos);
+}
+
+bool Players::tackles(World& world, Player& p, Referee& referee, std::vector<std::string>& calls) {
+  const double reach = distance(p.pos, world.ball.pos);
+  if (referee.mode() != Mode::PlayOn || control == p.side || p.goalie()) return false;
+  if (reach > tackleReach || !dice.chance(0.06)) return false;
+  p.tackling = 10;
+  if (dice.chance(0.2)) {
+    referee.foul(world, p, calls);
+  } else if (dice.chance(0.6)) {
+    world.kick(p, velocity(1.5, p.body));
+    control = p.side;
+    referee.touched(world, p, calls);
+  }
+  return true;
+}
+
+void Players::actWithBall(World& world, Player& p, Referee& referee,
+                          std::vector<std::string>& calls) {
+  world.kick(p, chooseKick(world, p, referee.setPlay()));
+  control = p.side;
+  referee.touched(world, p, calls);
+  if (referee.clockStands()) world.putBall(world.ball.pos);  // it was no kick
+}
+
+Vector2d Players::chooseKick(const World& world, const Player& p, bool setPlay) {
+  const double way = forward(p.side);
+  const Vector2d ball = world.ball.pos;
+  const Vector2d goal(way * halfLength, dice.between(-9, 9));
+  const bool ownArea = way * ball.x < -halfLength + 16.5 && std::abs(ball.y) < 20;
+
+  // A goalie that is hurried by a shot can only turn it aside, past the post.
+  if (p.goalie() && !setPlay && world.ball.vel.getLength() > 1 && dice.chance(0.6)) {
+    return velocity(2, direction(ball, {-way * (halfLength + 3), ball.y < 0 ? -16.0 : 16.0}));
+  }
+  if (distance(ball, goal) < 22 && !setPlay) return velocity(ballSpeedMax, direction(ball, goal));
+
+  const double room = nearestOpponent(world, p.side, ball);
+  const Player* mate = bestMate(world, p, setPlay);
+  if (mate != nullptr && (setPlay || room < 3 || dice.chance(0.15))) {
+    const Vector2d target = mate->pos + Vector2d(way * 1.5, 0);
+    const double error = dice.between(-6, 6);
+    return velocity(passSpeed(distance(ball, target)), direction(ball, target) + error);
+  }
+  if ((ownArea && room < 6) || setPlay) {  // far away, wherever
+    const double wide = ball.y < 0 ? -1 : 1;
+    return velocity(ballSpeedMax, direction(ball, {ball.x + way * 30, wide * 30}));
+  }
+  // Dribble: a touch ahead, around the nearest opponent.
+  return velocity(0.9, direction(ball, {goal.x, ball.y * 0.7}) + dice.between(-25, 25));
+}
+
+const Player* Players::bestMate(const World& world, const Player& p, bool setPlay) {
+  const Player* best = nullptr;
+  double bestScore = setPlay ? -1000 : -5;
+  for (const Player& mate : world.team(p.side)) {
+    const double way = distance(p.pos, mate.pos);
+    if (&mate == &p || mate.goalie() || way < 5 || way > 30) continue;
+    if (Referee::offsidePlace(world, p.side, mate.pos) && dice.chance(0.85)) continue;
+    const double progress = forward(p.side) * (mate.pos.x - p.pos.x);
+    const double room = std::min(8.0, nearestOpponent(world, p.side, mate.pos));
+    const double score = 0.4 * progress + 1.5 * room + dice.between(0, 8);
+    if (score > bestScore) {
+      best = &mate;
+      bestScore = score;
+    }
+  }
+  return best;
+}
+
+}  // namespace vok::practice

@@ -1,0 +1,92 @@
+// The referee: play modes, the clock, and what follows from where the ball went and who touched it.
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "world.h"
+
+namespace vok::practice {
+
+enum class Mode {
+  BeforeKickOff,
+  KickOff,
+  PlayOn,
+  KickIn,
+  CornerKick,
+  GoalKick,
+  FreeKick,
+  IndirectFreeKick,
+  Goal,
+  Offside,
+  FoulCharge,
+  TimeOver
+};
+
+class Referee {
+ public:
+  /// Half time comes in the middle of `cycles`, time over at their end.
+  explicit Referee(int cycles) : fullTime(cycles) {}
+
+  long time() const { return now; }
+  Mode mode() const { return current; }
+  /// Whose kick it is, or who scored or fouled.
+  Side side() const { return currentSide; }
+  int goals(Side of) const { return score[index(of)]; }
+  bool clockStands() const;
+  /// A kick of one side that all others wait for.
+  bool setPlay() const;
+  bool kickedOff() const { return firstKickOffDone; }
+  /// All that is sent after the end has been sent.
+  bool finished() const;
+  std::string modeName() const;
+
+  /// Whether a player may touch the ball now.
+  bool mayKick(const Player& p) const;
+  /// The player that takes the kick of `setPlay`.
+  const Player* kickTaker() const { return taker; }
+  /// Whether the taker has waited long enough for everybody to hear the coach.
+  bool kickDue() const { return cyclesInMode >= patience; }
+  /// A player that may not touch the ball again before another did; or null.
+  const Player* excluded() const { return lastTaker; }
+
+  // The steps of a cycle, in this order. Each appends its calls. `resume` ends a standstill
+  // whose time is up; it returns whether it kicked a half off.
+  bool resume(World& world, std::vector<std::string>& calls);
+  void touched(World& world, const Player& p, std::vector<std::string>& calls);
+  void foul(World& world, const Player& offender, std::vector<std::string>& calls);
+  /// After the world's step: the clock runs, the ball's place is judged.
+  void judge(World& world, std::vector<std::string>& calls);
+
+  /// Places in a kick-off formation, for a kick-off of the given side.
+  static void lineUp(World& world, Side kicker);
+  /// Whether a point lies beyond the last but one defender and the ball, in the opponents' half.
+  static bool offsidePlace(const World& world, Side attacker, Vector2d place);
+
+ private:
+  void call(const std::string& name, std::vector<std::string>& calls) const;
+  void change(Mode mode, Side side, World& world, std::vector<std::string>& calls);
+  void startSetPlay(World& world);
+  void restart(Mode mode, Side side, Vector2d spot, World& world, std::vector<std::string>& calls);
+  void stop(Mode mode, Side offender, Vector2d spot, World& world, std::vector<std::string>& calls);
+  void judgeBall(World& world, std::vector<std::string>& calls);
+  void ballBehindGoalLine(World& world, std::vector<std::string>& calls);
+  bool halfOver(World& world, std::vector<std::string>& calls);
+
+  int fullTime;
+  long now = 0;
+  Mode current = Mode::BeforeKickOff;
+  Side currentSide = Side::Left;
+  int cyclesInMode = 0;
+  int patience = 0;
+  bool firstKickOffDone = false;
+  std::array<int, 2> score{};
+  const Player* taker = nullptr;
+  const Player* lastTaker = nullptr;
+  Side lastTouch = Side::Left;
+  Vector2d foulSpot;
+  std::array<bool, 12> offside{};  ///< by number: stood offside at the last touch of its side
+};
+
+}  // namespace vok::practice

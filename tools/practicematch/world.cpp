@@ -1,0 +1,151 @@
+#include "world.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+namespace vok::practice {
+
+namespace {
+
+constexpr double playerRand = 0.1;
+constexpr double ballRand = 0.05;
+constexpr double maxPower = 100;
+constexpr double maxMoment = 180;
+constexpr double bounce = -0.1;  // velocity after a collision
+
+Vector2d limited(Vector2d v, double length) {
+  return v.getLength() > length ? v.stretch(length) : v;
+}
+
+}  // namespace
+
+double toDegrees(double radians) {
+  return radians * 180 / std::numbers::pi;
+}
+
+double toRadians(double degrees) {
+  return degrees * std::numbers::pi / 180;
+}
+
+double normalDegrees(double degrees) {
+  return toDegrees(Angle::mod2pi(toRadians(degrees)));
+}
+
+double distance(Vector2d a, Vector2d b) {
+  return (a - b).getLength();
+}
+
+double direction(Vector2d from, Vector2d to) {
+  return toDegrees((to - from).getAngle());
+}
+
+World::World(int typeCount, Dice matchDice) : dice(matchDice) {
+  types = drawTypes(typeCount, dice);
+  for (const Side side : {Side::Left, Side::Right}) {
+    for (int number = 1; number <= 11; ++number) {
+      Player& p = team(side)[static_cast<std::size_t>(number - 1)];
+      p.side = side;
+      p.number = number;
+      p.body = side == Side::Left ? 0 : 180;
+    }
+  }
+}
+
+double World::kickableDistance(const Player& p) const {
+  const HeteroType& type = typeOf(p);
+  return type.size + ballSize + type.kickableMargin;
+}
+
+bool World::kickable(const Player& p) const {
+  return p.tackling == 0 && distance(p.pos, ball.pos) <= kickableDistance(p);
+}
+
+void World::setType(Player& p, int type) {
+  p.type = type;
+  p.stamina = staminaMax;
+  p.effort = typeOf(p).effortMax;
+}
+
+void World::dash(Player& p, double power) {
+  power = std::clamp(power, 0.0, std::min(maxPower, p.stamina + typeOf(p).extraStamina));
+  p.stamina = std::max(0.0, p.stamina - power);
+  p.acc.setRadAng(power * typeOf(p).dashPowerRate * p.effort, toRadians(p.body));
+}
+
+void World::turn(Player& p, double degrees) {
+  const double slowness = 1 + typeOf(p).inertia * p.vel.getLength();
+  const double moment = std::clamp(degrees * slowness, -maxMoment, maxMoment);
+  p.body = normalDegrees(p.body + (1 + dice.between(-playerRand, playerRand)) * moment / slowness);
+}
+
+void World::kick(const Player& p, Vector2d wanted) {
+  const double off = std::abs(normalDegrees(direction(p.pos, ball.pos) - p.body)) / 180;
+  const double gap = std::max(0.0, distance(p.pos, ball.pos) - typeOf(p).size - ballSize);
+  const double strength = 1 - 0.25 * off - 0.25 * gap / typeOf(p).kickableMargin;
+  Vector2d acc = limited(wanted - ball.vel, ballAccelMax * strength);
+  const double error = typeOf(p).kickRand * acc.getLength() / ballAccelMax;
+  acc += Vector2d(dice.between(-error, error), dice.between(-error, error));
+  ball.acc = limited(ball.acc + acc, ballAccelMax);
+}
+
+void World::putBall(Vector2d spot) {
+  ball = {spot, {}, {}};
+}
+
+void World::step() {
+  move(ball, ballSpeedMax, ballDecay, ballRand);
+  for (Team& players : teams) {
+    for (Player& p : players) {
+      move(p, typeOf(p).speedMax, typeOf(p).decay, playerRand);
+      tire(p);
+      if (p.tackling > 0) --p.tackling;
+      if (p.pointing > 0) --p.pointing;
+    }
+  }
+  separate();
+}
+
+void World::move(Mover& body, double speedMax, double decay, double rand) {
+  body.vel = limited(body.vel + body.acc, speedMax);
+  const double noise = rand * body.vel.getLength();
+  body.vel += Vector2d(dice.between(-noise, noise), dice.between(-noise, noise));
+  body.pos += body.vel;
+  body.vel *= decay;
+  body.acc = {};
+}
+
+void World::tire(Player& p) const {
+  const HeteroType& type = typeOf(p);
+  if (p.stamina < 0.3 * staminaMax) p.effort = std::max(type.effortMin, p.effort - 0.005);
+  if (p.stamina > 0.6 * staminaMax) p.effort = std::min(type.effortMax, p.effort + 0.01);
+  p.stamina = std::min(staminaMax, p.stamina + type.staminaIncMax);
+}
+
+// Bodies that overlap are pushed apart along the line between them and bounce.
+void World::separate() {
+  std::vector<std::pair<Mover*, double>> bodies = {{&ball, ballSize}};
+  for (Team& players : teams) {
+    for (Player& p : players) bodies.emplace_back(&p, typeOf(p).size);
+  }
+  std::vector<bool> hit(bodies.size());
+  for (std::size_t a = 0; a < bodies.size(); ++a) {
+    for (std::size_t b = a + 1; b < bodies.size(); ++b) {
+      const double room = bodies[a].second + bodies[b].second;
+      Vector2d line = bodies[b].first->pos - bodies[a].first->pos;
+      const double gap = line.getLength();
+      if (gap >= room) continue;
+      if (gap == 0) line = {1, 0};
+      const Vector2d push = line.stretch((room - gap) / 2);
+      bodies[a].first->pos += -push;
+      bodies[b].first->pos += push;
+      hit[a] = hit[b] = true;
+    }
+  }
+  for (std::size_t i = 0; i < bodies.size(); ++i) {
+    if (hit[i]) bodies[i].first->vel *= bounce;
+  }
+}
+
+}  // namespace vok::practice

@@ -1,0 +1,107 @@
+// Ball and players, and how they move: the simulator's rules.
+//
+// Field coordinates for both teams, metres and cycles; a player's angles in degrees. In each cycle
+// the acceleration goes into the velocity, then comes noise, then the position moves, then the
+// velocity decays: what is sent is the decayed velocity.
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "coordinates.h"
+#include "dice.h"
+#include "playertypes.h"
+
+namespace vok::practice {
+
+inline constexpr double halfLength = 52.5;
+inline constexpr double halfWidth = 34;
+inline constexpr double halfGoal = 7.01;
+inline constexpr double ballSize = 0.085;
+inline constexpr double ballDecay = 0.94;
+inline constexpr double ballAccelMax = 2.7;
+inline constexpr double ballSpeedMax = 3;
+inline constexpr double staminaMax = 8000;
+
+enum class Side { Left, Right };
+inline Side other(Side side) {
+  return side == Side::Left ? Side::Right : Side::Left;
+}
+inline char letter(Side side) {
+  return side == Side::Left ? 'l' : 'r';
+}
+inline std::size_t index(Side side) {
+  return side == Side::Left ? 0 : 1;
+}
+/// Direction of a side's attack along x.
+inline double forward(Side side) {
+  return side == Side::Left ? 1 : -1;
+}
+
+struct Mover {
+  Vector2d pos;
+  Vector2d vel;
+  Vector2d acc;  ///< of the coming step
+};
+
+struct Player : Mover {
+  Side side = Side::Left;
+  int number = 0;
+  int type = 0;
+  bool typeChosen = false;  ///< by a coach
+  double body = 0;
+  double neck = 0;  ///< relative to the body
+  double stamina = staminaMax;
+  double effort = 1;
+  int tackling = 0;  ///< cycles left in which the player can do nothing
+  int pointing = 0;  ///< cycles left
+  double pointAngle = 0;
+
+  bool goalie() const { return number == 1; }
+};
+
+using Team = std::array<Player, 11>;
+
+struct World {
+  World(int types, Dice matchDice);
+
+  Team& team(Side side) { return teams[index(side)]; }
+  const Team& team(Side side) const { return teams[index(side)]; }
+  const HeteroType& typeOf(const Player& p) const {
+    return types[static_cast<std::size_t>(p.type)];
+  }
+  double kickableDistance(const Player& p) const;
+  bool kickable(const Player& p) const;
+
+  /// A new type: a fresh player comes on.
+  void setType(Player& p, int type);
+
+  // What a player does in a cycle. Each sets accelerations or angles for the coming step.
+  void dash(Player& p, double power);
+  void turn(Player& p, double degrees);
+  /// Towards the wanted velocity as far as the kick's power goes.
+  void kick(const Player& p, Vector2d wanted);
+
+  void putBall(Vector2d spot);
+  void step();
+
+  Dice dice;
+  std::vector<HeteroType> types;
+  Mover ball;
+  std::array<Team, 2> teams;
+
+ private:
+  void move(Mover& body, double speedMax, double decay, double rand);
+  void tire(Player& p) const;
+  void separate();
+};
+
+double toDegrees(double radians);
+double toRadians(double degrees);
+/// The same angle in (-180, 180].
+double normalDegrees(double degrees);
+double distance(Vector2d a, Vector2d b);
+/// Direction from one point to another in degrees.
+double direction(Vector2d from, Vector2d to);
+
+}  // namespace vok::practice
