@@ -1,9 +1,11 @@
 // One server datagram -> one SensorData.
 //
-// The parser never looks behind the end of the text and moves only over what it has read. Messages
-// that it does not understand give false; the connection reports them.
+// The parser never looks behind the end of the text (its first NUL byte is one, too) and moves only
+// over what it has read. Messages that it does not understand give false; the connection reports
+// them.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,13 +63,34 @@ class Parser {
   static const std::vector<Token> playerParamTokens;
 
  private:
-  bool parseExact();
-  bool parseHear();
-  bool parseCoachMsg();
+  struct TokenIndex;
+  struct GlobalObject;
+
+  bool timedHead(std::string_view head, sensor_data_type type);
+  bool plainHead(std::string_view head, sensor_data_type type);
+  bool parsePlayerChanged();
+  bool parseClangVersions();
   bool parsePlayerType();
+  bool parseExact();
+  bool parseObject(const GlobalObject& object, std::size_t& players, std::size_t& goals);
+  bool parseHear();
+  bool parseReferee();
+  bool parseVoice();
+  bool parseCoachMsg();
+  bool readItems(std::string_view text, std::string_view head, const TokenIndex& index);
+  bool readItem(const TokenIndex& index);
   // The players' own messages; nobody here reads them.
   bool parseSee() { return false; }
   bool parseSenseBody() { return false; }
+
+  /// 1..11, or -1.
+  static int shirtNumber(int number) { return number >= 1 && number <= 11 ? number : -1; }
+  /// Copies what fits, and a terminator.
+  static void copyText(std::string_view text, HeardText& into);
+  /// A text for a diagnostic, which stays one line whatever was sent.
+  static std::string_view firstLine(std::string_view text) {
+    return text.substr(0, text.find_first_of("\r\n"));
+  }
 
   std::string team;
   playing_side side = SIDE_LEFT;

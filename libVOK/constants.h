@@ -170,9 +170,12 @@ inline std::array<double, NUM_GOALS> goal_y{};
 inline std::array<double, NUM_FLAGS> flag_x{};
 inline std::array<double, NUM_FLAGS> flag_y{};
 
-/// Computes `HALF_TIME_IN_CYCLES` and the positions from the defaults; one runs before `main`.
+/// Computes `HALF_TIME_IN_CYCLES` and the positions from the defaults, before `main`. It stands in
+/// the header so that the linker cannot leave it out.
 struct ConstantsInit {
   ConstantsInit();
 };
+
+inline const ConstantsInit constantsInit;
 
 }  // namespace vok

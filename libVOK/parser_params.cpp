@@ -1,5 +1,7 @@
-// The parameter tables: which items of server_param and player_param go where.
-#include <iterator>
+// The parameter messages: tables of which items go where, and their reading.
+#include <algorithm>
+#include <iostream>
+#include <utility>
 
 #include "Parser.h"
 #include "constants.h"
@@ -207,5 +209,164 @@ const std::vector<Token> Parser::playerParamTokens = {
     {" (stamina_inc_max_delta_factor %lf)%n", &playerParams.stamina_inc_max_delta_factor,
      DT_DOUBLE},
 };
+
+namespace {
+
+/// What the conversion of a format has read; which member by the conversion.
+struct Value {
+  double real = 0;
+  int integer = 0;
+  short flag = 0;
+  std::string_view text;
+};
+
+bool convert(std::string_view conversion, Scanner& at, Value& value) {
+  if (conversion == "d") return at.integer(value.integer);
+  if (conversion == "hd") return at.integer(value.flag);
+  if (conversion == "lf") return at.real(value.real);
+  if (conversion == "s") return at.word(value.text);
+  return conversion == "[^)]" && at.until(')', value.text);
+}
+
+/// How far a format came.
+struct Reading {
+  Value value;
+  int stored = 0;            ///< conversions that were not suppressed
+  std::size_t consumed = 0;  ///< 0 when the end of the item was not reached
+};
+
+Reading scan(std::string_view format, Scanner at) {
+  Reading reading;
+  const std::size_t before = at.rest().size();
+  while (!format.empty()) {
+    const std::size_t mark = std::min(format.find('%'), format.size());
+    if (!at.pattern(format.substr(0, mark))) return reading;
+    format.remove_prefix(mark);
+    if (format.starts_with("%n")) {
+      reading.consumed = before - at.rest().size();
+      return reading;
+    }
+    const bool isSkipped = format.starts_with("%*");
+    format.remove_prefix(std::min<std::size_t>(isSkipped ? 2 : 1, format.size()));
+    const std::size_t length = format.starts_with("[^)]") ? 4 : format.find_first_of(")%");
+    if (!convert(format.substr(0, length), at, reading.value)) return reading;
+    if (!isSkipped) ++reading.stored;
+    format.remove_prefix(std::min(length, format.size()));
+  }
+  return reading;
+}
+
+/// The key of an item or of a format: letters and '_' behind the parenthesis.
+std::string_view keyOf(Scanner at) {
+  std::string_view key;
+  if (at.pattern(" (")) at.run([](char c) { return isLetter(c) || c == '_'; }, key);
+  return key;
+}
+
+}  // namespace
+
+/// The rows of a table by key. A row of a text value is tried for other keys, too: its format does
+/// not say where the key ends.
+struct Parser::TokenIndex {
+  using Row = std::pair<std::string_view, const Token*>;
+
+  std::vector<Row> byKey;
+  std::vector<const Token*> textRows;
+
+  explicit TokenIndex(const std::vector<Token>& rows) {
+    for (const Token& row : rows) {
+      const std::string_view format(row.fmt);
+      byKey.emplace_back(keyOf(Scanner(format)), &row);
+      if (format.find(" %") == Scanner::NO_LIMIT) textRows.push_back(&row);
+    }
+    std::sort(byKey.begin(), byKey.end());
+  }
+
+  const Token* find(std::string_view key) const {
+    const auto row =
+        std::lower_bound(byKey.begin(), byKey.end(), key,
+                         [](const Row& r, std::string_view wanted) { return r.first < wanted; });
+    return row != byKey.end() && row->first == key ? row->second : nullptr;
+  }
+};
+
+int Parser::readToken(const Token& token) {
+  if (token.dt < DT_NONE || token.dt > DT_BOOL) {
+    std::cerr << "Parser::readToken: unknown data type " << token.dt << "\n";
+    return -1;
+  }
+  const Reading reading = scan(token.fmt, msg);
+  if (token.dt == DT_NONE ? reading.consumed == 0 : reading.stored != 1) return 1;
+
+  if (token.dt == DT_INT) *static_cast<int*>(token.ptr) = reading.value.integer;
+  if (token.dt == DT_DOUBLE) *static_cast<double*>(token.ptr) = reading.value.real;
+  if (token.dt == DT_BOOL) *static_cast<bool*>(token.ptr) = reading.value.flag != 0;
+  if (token.dt == DT_STRING) copyText(reading.value.text, *static_cast<HeardText*>(token.ptr));
+  msg.advance(reading.consumed);
+  return 0;
+}
+
+/// Reads the item at the position by the row that takes it, as if all were tried in order; false
+/// when the reading gets no further.
+bool Parser::readItem(const TokenIndex& index) {
+  const std::size_t before = msg.rest().size();
+  const Token* byKey = index.find(keyOf(msg));
+  if (byKey != nullptr && readToken(*byKey) == 0) return msg.rest().size() < before;
+  return std::any_of(index.textRows.begin(), index.textRows.end(),
+                     [this](const Token* row) { return readToken(*row) == 0; });
+}
+
+bool Parser::parseServerParam(std::string_view text) {
+  static const TokenIndex index(serverParamTokens);
+  return readItems(text, "(server_param ", index);
+}
+
+bool Parser::parsePlayerParam(std::string_view text) {
+  static const TokenIndex index(playerParamTokens);
+  return readItems(text, "(player_param ", index);
+}
+
+/// As many items as the table has rows.
+bool Parser::readItems(std::string_view text, std::string_view head, const TokenIndex& index) {
+  if (!text.starts_with(head)) return false;
+  msg = Scanner(text.substr(0, text.find('\0')));
+  msg.advance(head.size());
+  for (std::size_t items = 0; items < index.byKey.size(); ++items)
+    if (!readItem(index)) break;
+  return true;
+}
+
+bool Parser::parsePlayerType() {
+  PlayerType& type = data->playerType;
+  const Token tokens[] = {
+      {" (id %d)%n", &type.player_type, DT_INT},
+      {" (player_speed_max %lf)%n", &type.player_speed_max, DT_DOUBLE},
+      {" (stamina_inc_max %lf)%n", &type.stamina_inc_max, DT_DOUBLE},
+      {" (player_decay %lf)%n", &type.player_decay, DT_DOUBLE},
+      {" (inertia_moment %lf)%n", &type.inertia_moment, DT_DOUBLE},
+      {" (dash_power_rate %lf)%n", &type.dash_power_rate, DT_DOUBLE},
+      {" (player_size %lf)%n", &type.player_size, DT_DOUBLE},
+      {" (kickable_margin %lf)%n", &type.kickable_margin, DT_DOUBLE},
+      {" (kick_rand %lf)%n", &type.kick_rand, DT_DOUBLE},
+      {" (extra_stamina %lf)%n", &type.extra_stamina, DT_DOUBLE},
+      {" (effort_max %lf)%n", &type.effort_max, DT_DOUBLE},
+      {" (effort_min %lf)%n", &type.effort_min, DT_DOUBLE},
+  };
+  for (std::size_t i = 0; i < std::size(tokens);) {
+    const int result = readToken(tokens[i]);
+    if (result < 0) return false;
+    if (result == 0) {
+      ++i;
+      continue;
+    }
+    std::string_view unknown;
+    Scanner ahead = msg;
+    if (!ahead.pattern(" (") || !ahead.until(')', unknown) || !ahead.pattern(") ")) return false;
+    std::cerr << "Parser::parsePlayerType: skipping unknown token at " << i << " ("
+              << firstLine(unknown) << ")\n";
+    msg = ahead;
+  }
+  return true;
+}
 
 }  // namespace vok

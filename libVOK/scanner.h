@@ -5,8 +5,9 @@
 // the position where it was (white space that a number may be preceded by included). So a format
 // is a chain of steps with &&, tried on a copy when it may fail half way.
 //
-// Two kinds of number are none here although scanf takes them: what does not fit the type or is
-// not finite, and hexadecimal reals.
+// Two kinds of number are none here although scanf takes them: what is too large for its type or
+// not finite, and hexadecimal reals. What is too small for a double is 0: a player who stands for
+// 800 cycles has such a velocity.
 #pragma once
 
 #include <charconv>
@@ -64,6 +65,19 @@ class Scanner {
     return true;
   }
 
+  /// These characters, where a blank stands for any run of white space, also none.
+  bool pattern(std::string_view words) {
+    Scanner ahead = *this;
+    for (const char c : words) {
+      if (c == ' ')
+        ahead.skipBlanks();
+      else if (!ahead.literal(c))
+        return false;
+    }
+    *this = ahead;
+    return true;
+  }
+
   /// Exactly the next character, white space included.
   bool character(char& c) {
     if (left.empty()) return false;
@@ -85,7 +99,7 @@ class Scanner {
 
   /// The longest run without `stop`, at least one character.
   bool until(char stop, std::string_view& found) {
-    const std::size_t n = left.find(stop) == NO_LIMIT ? left.size() : left.find(stop);
+    const std::size_t n = left.substr(0, left.find(stop)).size();
     if (n == 0) return false;
     found = left.substr(0, n);
     left.remove_prefix(n);
@@ -101,35 +115,52 @@ class Scanner {
     return true;
   }
 
-  bool integer(int& value) { return number(value); }
-  bool integer(long& value) { return number(value); }
-  bool integer(short& value) { return number(value); }
+  bool integer(int& value) { return number(value) == std::errc(); }
+  bool integer(long& value) { return number(value) == std::errc(); }
+  bool integer(short& value) { return number(value) == std::errc(); }
 
   /// A finite real in decimal notation.
   bool real(double& value) {
     double read = 0;
     Scanner ahead = *this;
-    if (!ahead.number(read) || !std::isfinite(read)) return false;
+    if (ahead.number(read) != std::errc() || !std::isfinite(read)) return false;
     ahead.dropBareExponent(left.substr(0, left.size() - ahead.left.size()));
     value = read;
     *this = ahead;
     return true;
   }
 
+  /// True where `real` refuses a number because it is too large or not finite.
+  bool atUnfitReal() const {
+    double read = 0;
+    const std::errc error = Scanner(left).number(read);
+    return error == std::errc::result_out_of_range || !std::isfinite(read);
+  }
+
  private:
   template <typename Number>
-  bool number(Number& value) {
+  std::errc number(Number& value) {
     const char* p = left.data();
     const char* end = p + left.size();
     while (p != end && isBlank(*p)) ++p;
     if (p != end && *p == '+') {
       ++p;
-      if (p != end && *p == '-') return false;
+      if (p != end && *p == '-') return std::errc::invalid_argument;
     }
     const auto [behind, error] = std::from_chars(p, end, value);
-    if (error != std::errc()) return false;
+    if (error == std::errc::result_out_of_range && isTiny(p, behind))
+      value = 0;
+    else if (error != std::errc())
+      return error;
     left.remove_prefix(static_cast<std::size_t>(behind - left.data()));
-    return true;
+    return std::errc();
+  }
+
+  /// Of a number out of range: its exponent is negative.
+  static bool isTiny(const char* begin, const char* end) {
+    const std::string_view text(begin, static_cast<std::size_t>(end - begin));
+    const std::size_t mark = text.find_first_of("eE");
+    return mark != NO_LIMIT && text.substr(mark + 1).starts_with('-');
   }
 
   /// "1e" and "1e+" are the number 1, and the exponent's mark goes with it.

@@ -151,6 +151,7 @@ bool Worldmodel::adjustExact(const SensorData& data) {
     ball.pos = toOurFrame(data.exactball.x, data.exactball.y);
     ball.v = toOurFrame(data.exactball.x_vel, data.exactball.y_vel);
     ball.age = 0;
+    ball.state = VISUAL;
   }
   for (const ExactPlayer& seen : data.exactplayer) {
     if (!seen.valid || !isShirtNumber(seen.number)) continue;

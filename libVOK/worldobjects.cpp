@@ -15,10 +15,6 @@ constexpr double GOAL_LINE_X = -52.5;
 constexpr double PENALTY_AREA_X = -36.0;
 constexpr double PENALTY_AREA_HALF_WIDTH = 20.16;
 
-Vector2d polar(double length, double radians) {
-  return {length * std::cos(radians), length * std::sin(radians)};
-}
-
 double squared(const Vector2d& v) {
   return v * v;
 }
@@ -85,7 +81,9 @@ void WMovedObject::calcVelocity(const WMovedObject& relObject, double distChange
 void WMovedObject::setPos(const SensorObject& object, const WPlayer& my) {
   const double lower = lowerDistLimit(object.dist, QUANTIZE_STEP);
   const double upper = upperDistLimit(object.dist, QUANTIZE_STEP);
-  pos = my.pos + polar((lower + upper) * 0.5, my.faceDir + object.dir);
+  Vector2d away;
+  away.setRadAng((lower + upper) * 0.5, my.faceDir + object.dir);
+  pos = my.pos + away;
 }
 
 WBall::WBall(Vector2d newPos, Vector2d newV) : WMovedObject(newPos, newV) {

@@ -2,7 +2,6 @@
 // moves, the ball collides, stamina recovers, everything grows a cycle older.
 
 #include <algorithm>
-#include <cmath>
 #include <numbers>
 
 #include "constants.h"
@@ -18,7 +17,9 @@ constexpr double DEGREE = std::numbers::pi / 180;
 constexpr double TOUCH = 1e-9;
 
 Vector2d polar(double length, double radians) {
-  return {length * std::cos(radians), length * std::sin(radians)};
+  Vector2d v;
+  v.setRadAng(length, radians);
+  return v;
 }
 
 }  // namespace
@@ -123,7 +124,7 @@ void Worldmodel::moveAll() {
 void Worldmodel::collideWithBall() {
   collState = CollisionState::NONE;
   if (my.number <= 0) return;
-  const double range = my.size + ball.size;
+  const double range = my.size + BALL_SIZE;
   const double dist = my.distTo(ball.pos);
   if (dist >= range - TOUCH) return;
 

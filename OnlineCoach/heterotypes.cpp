@@ -1,0 +1,135 @@
+// The choice of our players' heterogeneous types, made once, and its report.
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <iostream>
+#include <sstream>
+
+#include "Config.h"
+#include "constants.h"
+#include "mcommand.h"
+#include "vokcoach.h"
+
+namespace vok {
+
+namespace {
+
+constexpr int FIRST_FIELD_PLAYER = 2;  // the goalie keeps the default type
+constexpr int LAST_PLAYER = 11;
+constexpr int PLAYERS_PER_TYPE = 3;
+constexpr int DEFAULT_TYPE = 0;
+constexpr int LAST_AWAITED_TYPE = 6;
+
+struct WishKey {
+  const char* pattern;
+  double DesiredType::*wish;
+};
+
+constexpr WishKey WISH_KEYS[] = {
+    {"player%d_decay_inertia_delta", &DesiredType::decay_inertia_delta},
+    {"player%d_decay_inertia_weight", &DesiredType::decay_inertia_weight},
+    {"player%d_kickmargin_rand_delta", &DesiredType::kickmargin_rand_delta},
+    {"player%d_kickmargin_rand_weight", &DesiredType::kickmargin_rand_weight},
+    {"player%d_dpr_stamina_inc_max_delta", &DesiredType::dpr_stamina_inc_max_delta},
+    {"player%d_dpr_stamina_inc_max_weight", &DesiredType::dpr_stamina_inc_max_weight},
+    {"player%d_extra_stamina_effort_delta", &DesiredType::extra_stamina_effort_delta},
+    {"player%d_extra_stamina_effort_weight", &DesiredType::extra_stamina_effort_weight},
+};
+
+/// 1 for what was wished, 0 at `range` from it and negative beyond.
+double closeness(double wished, double actual, double range) {
+  return 1 - std::abs(wished - actual) / range;
+}
+
+}  // namespace
+
+void VokCoach::initSubs() {
+  numSubs = static_cast<unsigned>(numSubsMax());
+  numPlTypes = numPlayerTypes();
+  numPlType.assign(static_cast<std::size_t>(numPlTypes), PLAYERS_PER_TYPE);
+  initDone = false;
+}
+
+void VokCoach::readAgentConf() {
+  std::array<char, 64> key{};
+  for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
+    for (const WishKey& item : WISH_KEYS) {
+      std::snprintf(key.data(), key.size(), item.pattern, n);
+      desiredType[static_cast<std::size_t>(n)].*item.wish = Config::getValueAsDouble(key.data());
+    }
+  }
+}
+
+bool VokCoach::knowsHeteroTypes() const {
+  const auto& types = world->playerType;
+  if (types.size() <= LAST_AWAITED_TYPE) return false;
+  return std::all_of(types.begin() + 1, types.begin() + 1 + LAST_AWAITED_TYPE,
+                     [](const WPlayerType& type) { return type.state != -1; });
+}
+
+void VokCoach::chooseHeterogenousPlayers() {
+  readAgentConf();
+  initSubs();
+  // The offenders choose first and so get the scarce types. Any head count may be configured.
+  const int offenders = std::clamp(tactical->ourSystem.numOffenders, 0, 10);
+  const int firstOffender = LAST_PLAYER + 1 - offenders;
+  for (int n = firstOffender; n <= LAST_PLAYER; ++n) choosePlayerType(n);
+  for (int n = FIRST_FIELD_PLAYER; n < firstOffender; ++n) choosePlayerType(n);
+}
+
+void VokCoach::choosePlayerType(int playerNumber) {
+  if (world->playMode != PLAY_MODE_BEFORE_KICK_OFF && numSubs == 0) return;
+  // The world was sized at the check-in; the server may have told other counts since.
+  const int types = std::min(numPlTypes, static_cast<int>(world->playerType.size()));
+  if (types == 0) return;
+
+  int bestType = DEFAULT_TYPE;
+  double best = calcUtility(playerNumber, DEFAULT_TYPE);
+  for (int type = 1; type < types; ++type) {
+    if (numPlType[static_cast<std::size_t>(type)] <= 0) continue;
+    const double utility = calcUtility(playerNumber, type);
+    if (utility < 0) std::cerr << "WARNING: utility < 0. Check agent.conf\n";
+    if (utility > best) {
+      best = utility;
+      bestType = type;
+    }
+  }
+  if (bestType != DEFAULT_TYPE) doSub(playerNumber, bestType);
+}
+
+double VokCoach::calcUtility(int playerNumber, int type) const {
+  const DesiredType& wish = desiredType[static_cast<std::size_t>(playerNumber)];
+  const WPlayerType& actual = world->playerType[static_cast<std::size_t>(type)];
+  const double decay = closeness(wish.decay_inertia_delta + PLAYER_DECAY, actual.playerDecay, 0.2);
+  const double kick =
+      closeness(wish.kickmargin_rand_delta + KICKABLE_MARGIN, actual.kickableMargin, 0.2);
+  const double dash =
+      closeness(wish.dpr_stamina_inc_max_delta + DASH_POWER_RATE, actual.dashPowerRate, 0.002);
+  const double stamina = closeness(wish.extra_stamina_effort_delta, actual.extraStamina, 100);
+  return kick * wish.kickmargin_rand_weight + decay * wish.decay_inertia_weight +
+         dash * wish.dpr_stamina_inc_max_weight + stamina * wish.extra_stamina_effort_weight;
+}
+
+void VokCoach::doSub(int playerNumber, int type) {
+  plType[static_cast<std::size_t>(playerNumber)] = type;
+  if (type != DEFAULT_TYPE) --numPlType[static_cast<std::size_t>(type)];
+  comm->sendChangePlayer(playerNumber, type);
+}
+
+void VokCoach::printStats() const {
+  const auto report = [](const auto&... parts) {
+    std::ostringstream text;
+    (text << ... << parts);
+    Comm::sendMCmd(MLog(text.str(), 0));
+  };
+  report("0 Coach hetero player status:");
+  const auto types = std::min(static_cast<std::size_t>(numPlTypes), world->playerType.size());
+  for (std::size_t type = 0; type < types; ++type) report("1 ", world->playerType[type]);
+  for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
+    report("2 Player ", n, " has type ", plType[static_cast<std::size_t>(n)]);
+  }
+}
+
+}  // namespace vok

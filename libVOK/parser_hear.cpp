@@ -1,0 +1,186 @@
+// Heard messages: the referee, the coaches and the players.
+#include <iostream>
+#include <numbers>
+
+#include "Parser.h"
+
+namespace vok {
+namespace {
+
+/// Characters of a coach's freeform text.
+bool isFreeform(char c) {
+  return isLetter(c) || isDigit(c) || std::string_view(" -.+*/?<>_").find(c) != Scanner::NO_LIMIT;
+}
+
+/// Characters of all other messages.
+bool isSpeech(char c) {
+  return isFreeform(c) || c == '(' || c == ')';
+}
+
+/// Characters of a speaker's name within parentheses.
+bool isName(char c) {
+  return isFreeform(c) || c == '"';
+}
+
+/// A quoted text, its closing quote not asked for.
+bool readQuoted(Scanner at, std::string_view& text) {
+  return at.pattern(" \"") && at.run(isSpeech, text);
+}
+
+/// A speaker's name in parentheses, blanks within them skipped, and the text behind.
+bool readNamedVoice(Scanner at, std::string_view& name, std::string_view& text) {
+  return at.pattern("( ") && at.until(')', name) && at.pattern(") ") && readQuoted(at, text);
+}
+
+/// The same with a name of few characters, which may be blank.
+bool readBlankVoice(Scanner at, std::string_view& name, std::string_view& text) {
+  return at.literal('(') && at.run(isName, name) && at.pattern(") ") && readQuoted(at, text);
+}
+
+struct CoachWord {
+  std::string_view word;
+  CoachMsgType type;
+};
+
+constexpr CoachWord coachWords[] = {
+    {"(advice", CMT_ADVICE}, {"(info", CMT_INFO}, {"(meta", CMT_META}, {"(define", CMT_DEFINE}};
+
+}  // namespace
+
+bool Parser::parseHear() {
+  data->sender = SENDER_SELF;
+  data->coachMsgType = CMT_NONE;
+  data->message[0] = '\0';
+  data->mode = PLAY_MODE_UNKNOWN;
+  data->penaltySide = SIDE_UNKNOWN;
+  data->sender_dir = NO_ANGLE;
+  data->sender_name[0] = '\0';
+  data->sender_num = -1;
+
+  const Scanner voice = msg;
+  std::string_view speaker;
+  if (!msg.word(speaker)) return false;
+  msg.skipBlanks();
+
+  std::string_view text;
+  if (speaker.starts_with("referee")) return parseReferee();
+  if (speaker.starts_with("coach")) {
+    data->sender = SENDER_COACH;
+    if (!msg.run(isSpeech, text)) return false;
+    copyText(text, data->message);
+    return true;
+  }
+  if (speaker.starts_with("self")) {
+    data->sender = SENDER_SELF;
+    if (!readQuoted(msg, text)) return false;
+    copyText(text, data->message);
+    return true;
+  }
+  if (speaker.starts_with("online_coach_left") || speaker.starts_with("online_coach_right")) {
+    data->sender = SENDER_ONLINECOACH;
+    return parseCoachMsg();
+  }
+  msg = voice;
+  return parseVoice();
+}
+
+/// A call: most name a play mode, and goals the score of their side.
+bool Parser::parseReferee() {
+  data->sender = SENDER_REFEREE;
+  std::string_view text;
+  if (!msg.run(isSpeech, text)) return false;
+  copyText(text, data->message);
+  const std::string_view call(data->message.data());
+
+  if (call.starts_with("penalty_onfield_l")) {
+    data->penaltySide = SIDE_LEFT;
+  } else if (call.starts_with("penalty_onfield_r")) {
+    data->penaltySide = SIDE_RIGHT;
+  } else if (!call.starts_with("penalty_foul_") && !call.starts_with("penalty_winner_") &&
+             !call.starts_with("penalty_draw")) {
+    data->mode = parsePlaymode(call, side);
+  }
+  if (data->mode != PLAY_MODE_GOAL_US && data->mode != PLAY_MODE_GOAL_THEM) return true;
+
+  Scanner goal(call);
+  char goalSide = '\0';
+  return goal.literal("goal_") && goal.character(goalSide) && goal.literal('_') &&
+         goal.integer(data->score);
+}
+
+/// A player's voice: what is known of the speaker depends on the distance and on who hears it.
+bool Parser::parseVoice() {
+  std::string_view name;
+  std::string_view text;
+  int number = -1;
+  double degrees = 0;
+
+  Scanner at = msg;
+  if (at.pattern(" our ") && at.integer(number)) {
+    data->sender = SENDER_PLAYER_US;
+    data->sender_num = shirtNumber(number);
+    return true;
+  }
+  if (msg.startsWith("opp)")) {
+    data->sender = SENDER_PLAYER_THEM;
+    return true;
+  }
+
+  at = msg;
+  if (at.real(degrees)) {
+    Scanner mate = at;
+    Scanner opponent = at;
+    if (mate.pattern(" our ") && mate.integer(number) && readQuoted(mate, text)) {
+      data->sender = SENDER_PLAYER_US;
+      data->sender_num = shirtNumber(number);
+    } else if (opponent.pattern(" opp ") && readQuoted(opponent, text)) {
+      data->sender = SENDER_PLAYER_THEM;
+    } else if (readQuoted(at, text)) {
+      data->sender = SENDER_DIR;
+    } else {
+      return false;
+    }
+    data->sender_dir = Angle::mod2pi(degrees * std::numbers::pi / 180);
+    copyText(text, data->message);
+    return true;
+  }
+
+  if (readNamedVoice(msg, name, text)) {
+    data->sender = SENDER_PLAYER;
+    copyText(text, data->message);
+    Scanner player(name);
+    std::string_view teamName;
+    if (!player.pattern("p \"") || !player.until('"', teamName)) return true;
+    copyText(teamName, data->sender_name);
+    if (player.literal('"') && player.integer(number)) data->sender_num = shirtNumber(number);
+    return true;
+  }
+  if (!readBlankVoice(msg, name, text)) return false;
+  data->sender = SENDER_PLAYER;
+  copyText(name, data->sender_name);
+  copyText(text, data->message);
+  return true;
+}
+
+/// An online coach's words. The coach language is kept as text.
+bool Parser::parseCoachMsg() {
+  data->coachMsgType = CMT_NONE;
+  Scanner at = msg;
+  std::string_view text;
+  if (at.pattern(" (freeform \"") && at.run(isFreeform, text) && at.literal("\")")) {
+    data->coachMsgType = CMT_FREEFORM;
+    copyText(text, data->message);
+    return true;
+  }
+  for (const CoachWord& row : coachWords) {
+    if (!msg.literal(row.word)) continue;
+    data->coachMsgType = row.type;
+    copyText(msg.rest(), data->message);
+    return true;
+  }
+  if (msg.literal("(unsupported_clang)")) return true;
+  std::cerr << "Parser: recvd unknown message from olcoach:\"" << firstLine(msg.rest()) << "\"\n";
+  return false;
+}
+
+}  // namespace vok

@@ -1,0 +1,106 @@
+#include "coordinates.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <random>
+
+namespace vok {
+namespace {
+
+constexpr double PI = std::numbers::pi;
+
+TEST(Angle, IsNormalisedFromMinusPiExclusiveToPi) {
+  for (const double odd : {PI, -PI, 3 * PI}) EXPECT_EQ(Angle::mod2pi(odd), PI) << odd;
+  EXPECT_DOUBLE_EQ(Angle::mod2pi(-1.5 * PI), 0.5 * PI);
+  EXPECT_EQ(Angle(3.0) + 0.5, 3.5 - 2 * PI);
+  for (const double far : {1000.5, -9.87e6}) {
+    EXPECT_LE(std::abs(Angle::mod2pi(far)), PI);
+    EXPECT_NEAR(std::cos(Angle::mod2pi(far)), std::cos(far), 1e-8);
+    EXPECT_NEAR(std::sin(Angle::mod2pi(far)), std::sin(far), 1e-8);
+  }
+  EXPECT_LE(std::abs(Angle::mod2pi(-1e300)), PI);
+  EXPECT_EQ(Angle::mod2pi(-std::numeric_limits<double>::infinity()), 0);
+  EXPECT_EQ(Angle::mod2pi(std::numeric_limits<double>::quiet_NaN()), 0);
+}
+
+TEST(Vector2d, StretchesAndTurnsCounterClockwise) {
+  EXPECT_EQ(Vector2d(3, -4).stretch(10), Vector2d(6, -8));
+  EXPECT_EQ(Vector2d().stretch(10), Vector2d());
+  EXPECT_EQ((-Vector2d()).getAngle(), 0);
+  EXPECT_DOUBLE_EQ(Vector2d(5, 0).turn(2).getAngle(), 2);
+  EXPECT_DOUBLE_EQ(Vector2d(1, 1).perp().getAngle(), 0.75 * PI);
+}
+
+TEST(Intersections, OfDegenerateShapesWriteNoSolution) {
+  double a = 7, b = 7;
+  Vector2d p(7, 7), q(7, 7);
+  EXPECT_EQ(intersectLineCircle({0, 0}, {1, 1}, 5, a, b), Intersect::Instable);
+  EXPECT_EQ(intersectLineLine({1, 2}, {0, 5}, {-2, -4}, a, b), Intersect::Instable);
+  EXPECT_EQ(intersectCircleCircle(2, {0, 0}, 2, p, q), Intersect::R2larger);
+  EXPECT_EQ(intersectCircleCircle(3, {0, 0}, 2, p, q), Intersect::R1larger);
+  EXPECT_TRUE(a == 7 && b == 7 && p == Vector2d(7, 7) && q == p);
+
+  EXPECT_EQ(intersectLineCircle({1, 0}, {3, 2}, 2, a, b), Intersect::Valid);  // a tangent
+  EXPECT_TRUE(a == 3 && b == 3);
+  EXPECT_EQ(intersectCircleCircle(5, {8, 0}, 5, p, q), Intersect::Valid);
+  EXPECT_TRUE(p == Vector2d(4, 3) && q == Vector2d(4, -3));
+}
+
+TEST(Intersections, LieOnBothShapes) {
+  const auto near = [](double x, double y) { return std::abs(x - y) < 1e-8; };
+  std::mt19937 random(31);
+  std::uniform_real_distribution<double> coordinate(-10, 10), radius(0, 10);
+  for (int i = 0; i < 2000; ++i) {
+    const Vector2d c(coordinate(random), coordinate(random));
+    const Vector2d t(coordinate(random), coordinate(random));
+    const double r1 = radius(random), r2 = radius(random), dist = c.getLength();
+    Vector2d p, q;
+    const Intersect found = intersectCircleCircle(r1, c, r2, p, q);
+    ASSERT_EQ(found, dist > r1 + r2   ? Intersect::None
+                     : dist < r1 - r2 ? Intersect::R1larger
+                     : dist < r2 - r1 ? Intersect::R2larger
+                                      : Intersect::Valid);
+    for (const Vector2d& point : {p, q}) {
+      const bool onBoth = near(point.getLength(), r1) && near((point - c).getLength(), r2);
+      ASSERT_EQ(onBoth, found == Intersect::Valid) << i;
+    }
+    double a = 0, b = 0;
+    const bool meets = std::abs(crossProduct(t, c)) <= r1 * t.getLength();
+    ASSERT_EQ(intersectLineCircle(t, c, r1, a, b), meets ? Intersect::Valid : Intersect::None);
+    ASSERT_LE(a, b);
+    for (const double l : {a, b}) ASSERT_TRUE(!meets || near((l * t - c).getLength(), r1)) << i;
+    ASSERT_EQ(intersectLineLine(t, {r1, r2}, c, a, b), Intersect::Valid) << i;
+    ASSERT_LE((a * t - (Vector2d(r1, r2) + b * c)).getLength(), 1e-9 * (1 + std::abs(a))) << i;
+  }
+}
+
+TEST(FieldAreas, IncludeTheBorderOfTheFieldButNotOfThePenaltyAreas) {
+  EXPECT_TRUE(inField({52.5, 34}, 0) && inField({-53, 0}, -1) && inField({0, -33}, 1));
+  EXPECT_FALSE(inField({0, -33.5}, 1) || inField({-52.6, 0}, 0));
+  for (const Vector2d edge : {Vector2d(52.5, 0), Vector2d(36, 0), Vector2d(40, 20.16)}) {
+    EXPECT_FALSE(inOtherPenaltyArea(edge, 0) || inOurPenaltyArea(-edge, 0)) << edge.x;
+    EXPECT_TRUE(inOtherPenaltyArea(edge, -0.1) && inOurPenaltyArea(-edge, -0.1)) << edge.x;
+    EXPECT_FALSE(inOtherPenaltyArea(-edge, -0.1) || inOurPenaltyArea(edge, -0.1)) << edge.x;
+  }
+}
+
+TEST(DistanceLimits, HoldTheTrueDistance) {
+  EXPECT_NEAR(upperDistLimit(10.0, 0.1), std::exp(2.35), 1e-9);  // ln 10.05 = 2.308
+  EXPECT_NEAR(lowerDistLimit(10.0, 0.1), std::exp(2.25), 1e-9);  // ln 9.95 = 2.298
+  for (double dist = 0.3; dist < 120; dist *= 1.003) {
+    const double quantised = std::exp(std::rint(std::log(dist) / 0.1) * 0.1);
+    const double reported = std::rint(quantised * 10) / 10;
+    EXPECT_LE(lowerDistLimit(reported, 0.1), dist * (1 + 1e-9)) << reported;
+    EXPECT_GE(upperDistLimit(reported, 0.1), dist * (1 - 1e-9)) << reported;
+  }
+  EXPECT_EQ(lowerDistLimit(0.05, 0.1), 0);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(upperDistLimit(-0.05, 0.1), 1.0);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Illegal quantization result from server !\n");
+}
+
+}  // namespace
+}  // namespace vok
