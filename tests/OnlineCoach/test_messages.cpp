@@ -1,6 +1,7 @@
 // What the coach says to its players and when: short scripted matches in synchronous mode.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -16,6 +17,7 @@ namespace vok::test {
 namespace {
 
 using Texts = std::vector<std::string>;
+using Times = std::vector<long>;
 
 // Where the ball is in the server's frame: beside Alpha's 8, and beside its 5.
 constexpr const char* ballAt8 = "-33.34 5.81";
@@ -26,30 +28,30 @@ constexpr const char* ballAt5 = "-20.06 -3.02";
 std::string field(long time, const char* ball = ballAt8, bool run = false) {
   std::string text = "(see_global " + std::to_string(time) +
                      " ((g r) 52.5 0) ((g l) -52.5 0) ((b) " + ball + " 0 0)";
-  char player[100];
+  std::array<char, 100> player{};
   for (int n = 1; n <= 11; ++n) {
-    std::snprintf(player, sizeof player, " ((p \"Alpha\" %d%s) %d %d 0 0 0 0)", n,
+    std::snprintf(player.data(), player.size(), " ((p \"Alpha\" %d%s) %d %d 0 0 0 0)", n,
                   n == 7 ? " goalie" : "", -4 * n, 3 * n - 18);
-    text += player;
+    text += player.data();
   }
   for (int n = 1; n <= 11; ++n) {
     const bool runs = run && n == 9;
-    std::snprintf(player, sizeof player, " ((p \"Beta\" %d%s) %g %d %g 0 180 0)", n,
+    std::snprintf(player.data(), player.size(), " ((p \"Beta\" %d%s) %g %d %g 0 180 0)", n,
                   n == 1 ? " goalie" : "", 4 * n - (runs ? 0 : 0.5), 18 - 3 * n, runs ? 1.5 : 0.0);
-    text += player;
+    text += player.data();
   }
   return text + ")";
 }
 
 // A type like the server's default, but for two items.
 std::string announced(int id, double speed, int extraStamina) {
-  char text[400];
-  std::snprintf(text, sizeof text,
+  std::array<char, 400> text{};
+  std::snprintf(text.data(), text.size(),
                 "(player_type (id %d)(player_speed_max %g)(stamina_inc_max 45)(player_decay 0.4)"
                 "(inertia_moment 5)(dash_power_rate 0.006)(player_size 0.3)(kickable_margin 0.7)"
                 "(kick_rand 0.1)(extra_stamina %d)(effort_max 1)(effort_min 0.6))",
                 id, speed, extraStamina);
-  return text;
+  return text.data();
 }
 
 class Messages : public testing::Test {
@@ -96,8 +98,8 @@ class Messages : public testing::Test {
 
   // Runs the cycles from `first` to `last` in the situation called in the first one and returns the
   // cycles in which a whole message was sent.
-  std::vector<long> spokenIn(long first, long last, const std::string& call) {
-    std::vector<long> spoken;
+  Times spokenIn(long first, long last, const std::string& call) {
+    Times spoken;
     for (long time = first; time <= last; ++time) {
       for (const std::string& text : cycle(field(time), time == first ? call : "")) {
         EXPECT_TRUE(text.starts_with("(say (freeform \"vok")) << text;
@@ -113,8 +115,6 @@ class Messages : public testing::Test {
   std::optional<StderrCapture> errors{std::in_place};
   std::unique_ptr<VokCoach> coach;
 };
-
-using Times = std::vector<long>;
 
 std::string say(const std::string& message) {
   return "(say (freeform \"" + message + "\"))";
