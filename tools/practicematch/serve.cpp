@@ -124,8 +124,8 @@ class MatchService {
 
   void think() {
     desk.tookDone();  // one that came too late answers nothing
-    counter.session.send("(think)");
     const auto asked = Clock::now();
+    counter.session.send("(think)");
     bool done = false;
     serveUntil(asked + grace, [&] { return (done = desk.tookDone()) || desk.left(); });
     if (!desk.left() && stopRequested == 0) counter.book(done, asked);
@@ -179,21 +179,23 @@ class RecordingService {
       if (stopRequested != 0) return Ending::Interrupted;
       if (counter.missedInRow > maxMissedInRow) return Ending::NotAnswering;
 
+      done = false;
+      const auto sentAt = Clock::now();
       counter.session.send(entry.text);
       status.show(counter.report.cyclesSent,
                   std::to_string(++sent) + " of " + std::to_string(recording.texts.size()));
       if (entry.text.starts_with("(see_global ")) ++counter.report.cyclesSent;
       if (entry.text.ends_with(" referee time_over)")) over = true;
-      if (inStep && entry.text == "(think)") think();
+      if (inStep && entry.text == "(think)") waitForDone(sentAt);
     }
+    // A recording that breaks off in the match ends it here, so that the coach can leave in order.
+    if (!over) counter.session.send("(hear " + recording.lastTime() + " referee time_over)");
     waitUntil(Clock::now() + afterTheEnd);
     if (stopRequested != 0) return Ending::Interrupted;
     return left ? Ending::Stayed : Ending::Silent;
   }
 
-  void think() {
-    done = false;
-    const auto asked = Clock::now();
+  void waitForDone(Clock::time_point asked) {
     takeUntil(
         counter.session, asked + grace, [this](const Command& c) { take(c); },
         [this] { return done || left; });
