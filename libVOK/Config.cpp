@@ -1,7 +1,6 @@
 #include "Config.h"
 
-#undef NDEBUG  // a null key stops a release build, too
-#include <cassert>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -13,6 +12,9 @@
 #include <string_view>
 
 #include "scanner.h"
+
+#undef NDEBUG  // a null key stops a release build, too
+#include <cassert>
 
 namespace vok {
 
@@ -92,12 +94,13 @@ bool Config::readFile(const char* fileName) {
   if (!file) return false;
 
   // A line that does not fit is read on in further pieces, each a line of its own.
-  char line[PIECE_SIZE];
-  for (int lineNumber = 1; std::fgets(line, sizeof line, file.get()) != nullptr; ++lineNumber) {
+  std::array<char, PIECE_SIZE> line{};
+  for (int lineNumber = 1; std::fgets(line.data(), line.size(), file.get()) != nullptr;
+       ++lineNumber) {
     // A NUL byte in the file ends its line here, so that the text may even be empty.
-    const std::size_t length = std::strlen(line);
+    const std::size_t length = std::strlen(line.data());
     if (length > 0 && line[length - 1] == '\n') line[length - 1] = '\0';
-    parseLine(line, lineNumber);
+    parseLine(line.data(), lineNumber);
   }
   return std::ferror(file.get()) == 0;  // a directory can be opened, but not read
 }

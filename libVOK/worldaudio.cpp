@@ -56,8 +56,9 @@ bool positionOfIndex(int index, Vector2d& pos) {
 }
 
 int motionIndex(const WBall& ball) {
-  const double degrees = Angle(ball.v.getAngle()) * RADIAN;
-  const int angle = toNearestIndex((180 + degrees) * 0.5, ANGLES - 1);
+  // As a plain number: an Angle times a factor would be normalised.
+  const double direction = Angle(ball.v.getAngle());
+  const int angle = toNearestIndex((180 + direction * RADIAN) * 0.5, ANGLES - 1);
   const int speed = toNearestIndex(ball.v.getLength() * 10, SPEEDS - 1);
   const int age = toIndex(ball.age, NOT_SEEN - 1) + (ball.state == VISUAL ? 0 : NOT_SEEN);
   return angle + ANGLES * (speed + SPEEDS * age);

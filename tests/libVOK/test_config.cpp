@@ -28,15 +28,14 @@ TEST(Config, TakesTheFirstWordAsKeyAndTheRestAsValue) {
   EXPECT_STREQ(Config::getValue("Twice"), "");
 }
 
-TEST(Config, ReportsAndSkipsLinesInError) {
+TEST(Config, ReportsLinesInErrorAndReadsOn) {
   EXPECT_EQ(read("\n \t\nfoo bar\n=5\n \t = 3\n# no = line\nbehindErrors=1"),
             "error parsing config file. line 3: can't find '=' sign.\n"
             "error parsing config file. line 4: can't parse key\n"
             "error parsing config file. line 5: can't parse key\n");
   EXPECT_EQ(Config::getValueAsInt("behindErrors"), 1);
-}
 
-TEST(Config, ReadsALongLineInPiecesAndCutsLongTexts) {
+  // A line that is too long for one piece counts as several.
   const std::string longKey(255, 'k');
   EXPECT_EQ(read("long=" + std::string(1023 - 5, 'x') + "second=7\nbad\n" + longKey + "k=1"),
             "error parsing config file. line 1: value cut to 255 characters\n"

@@ -78,9 +78,8 @@ TEST(Intersections, LieOnBothShapes) {
 }
 
 TEST(FieldAreas, IncludeTheBorderOfTheFieldButNotOfThePenaltyAreas) {
-  EXPECT_TRUE(inField({52.5, 34}, 0));
-  EXPECT_TRUE(inField({-53, 0}, -1));
-  EXPECT_FALSE(inField({0, -33.5}, 1));
+  EXPECT_TRUE(inField({52.5, 34}, 0) && inField({-53, 0}, -1) && inField({0, -33}, 1));
+  EXPECT_FALSE(inField({0, -33.5}, 1) || inField({-52.6, 0}, 0));
   for (const Vector2d edge : {Vector2d(52.5, 0), Vector2d(36, 0), Vector2d(40, 20.16)}) {
     EXPECT_FALSE(inOtherPenaltyArea(edge, 0) || inOurPenaltyArea(-edge, 0)) << edge.x;
     EXPECT_TRUE(inOtherPenaltyArea(edge, -0.1) && inOurPenaltyArea(-edge, -0.1)) << edge.x;

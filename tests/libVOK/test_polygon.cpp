@@ -21,14 +21,13 @@ Polygon square(double x, double y) {
   return polygon({{x - 1, y - 1}, {x + 1, y - 1}, {x + 1, y + 1}, {x - 1, y + 1}});
 }
 
-/// `count` points on a circle in any, but counter-clockwise, directions.
-Polygon roundPolygon(Vector2d centre, std::size_t count, std::mt19937& random) {
-  std::uniform_real_distribution<double> turn(0, 2 * std::numbers::pi);
-  std::vector<double> directions(count);
-  for (double& direction : directions) direction = turn(random);
-  std::ranges::sort(directions);
+/// Points on a circle, `step` radians apart on the average.
+Polygon roundPolygon(Vector2d centre, double step, std::mt19937& random) {
+  std::uniform_real_distribution<double> turn(0, 2 * step);
   Points points;
-  for (const double d : directions) points.push_back(centre + Vector2d(2.5, 0).turn(d));
+  for (double d = turn(random); d < 2 * std::numbers::pi; d += turn(random)) {
+    points.push_back(centre + Vector2d(2.5, 0).turn(d));
+  }
   return polygon(points);
 }
 
@@ -70,9 +69,9 @@ TEST(Polygon, InsertsByDirection) {
 }
 
 TEST(Polygon, ExcludesTheSpokesFromItsInside) {
-  const Polygon p = square(0, 0);
-  EXPECT_TRUE(p.isInside({0.5, 0.2}) && p.isInside({-1, 0.3}) && p.isInside({0.2, -0.9}));
-  EXPECT_FALSE(p.isInside({0, 0}) || p.isInside({0.5, 0.5}) || p.isInside({0.3, 1.01}));
+  const Polygon p = square(3, 1);
+  EXPECT_TRUE(p.isInside({3.5, 1.2}) && p.isInside({2, 1.5}) && p.isInside({3.2, 0.1}));
+  EXPECT_FALSE(p.isInside({3, 1}) || p.isInside({3.5, 1.5}) || p.isInside({3.3, 2.01}));
   EXPECT_FALSE(Polygon().isInside({0, 0}));
 }
 
@@ -83,10 +82,10 @@ TEST(Polygon, ClippedHoldsExactlyWhatBothHold) {
   EXPECT_EQ((p ^= p).points(), square(0, 0).points());
 
   std::mt19937 random(37);
-  std::uniform_real_distribution<double> coordinate(-4, 4);
+  std::uniform_real_distribution<double> coordinate(-3, 3);
   int inside = 0;
   for (int i = 0; i < 10000; ++i) {
-    const Polygon a = roundPolygon({0, 1}, 7, random), b = roundPolygon({1, 0}, 5, random);
+    const Polygon a = roundPolygon({0, 1}, 0.8, random), b = roundPolygon({1, 0}, 1, random);
     const Vector2d point(coordinate(random), coordinate(random));
     const double expected = std::min(depth(a, point), depth(b, point));
     if (std::abs(expected) < 1e-6) continue;  // on a border either answer is right
@@ -98,15 +97,12 @@ TEST(Polygon, ClippedHoldsExactlyWhatBothHold) {
 
 TEST(Polygon, OfAnySizeIsClippedAndOneOperatorComplains) {
   std::mt19937 random(38);
-  Polygon large = roundPolygon({0, 0}, 1024, random);
+  Polygon large = roundPolygon({0, 0}, 0.005, random);
   testing::internal::CaptureStderr();
-  const Polygon clipped = large ^ square(1, 1);
+  const Points clipped = (large ^ square(1, 1)).points();
+  EXPECT_EQ((large ^= square(1, 1)).points(), clipped);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "Polygon::operator^(): To many points use opeartor^=() instead\n");
-  testing::internal::CaptureStderr();
-  large ^= square(1, 1);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-  EXPECT_EQ(large.points(), clipped.points());
 }
 
 }  // namespace

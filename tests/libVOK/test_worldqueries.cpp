@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <map>
 #include <numbers>
 
 #include "Config.h"
@@ -11,37 +12,34 @@ namespace {
 constexpr double PI = std::numbers::pi;
 
 /// A world in which nobody was ever seen.
-class WorldQueries : public testing::Test {
- protected:
-  static Worldmodel emptyWorld() {
-    setEntry("world_maxPlayersOurTeam", "11");
-    setEntry("world_maxPlayersOtherTeam", "11");
-    return Worldmodel(nullptr);
-  }
+Worldmodel emptyWorld() {
+  setEntry("world_maxPlayersOurTeam", "11");
+  setEntry("world_maxPlayersOtherTeam", "11");
+  return Worldmodel(nullptr);
+}
 
-  static void put(WPlayer& player, Vector2d pos, int age) {
-    player.pos = pos;
-    player.age = age;
-  }
+void put(WPlayer& player, Vector2d pos, int age) {
+  player.pos = pos;
+  player.age = age;
+}
 
+TEST(WorldQueries, RankPlayersByDistanceAndThenByNumber) {
   Worldmodel world = emptyWorld();
-};
-
-TEST_F(WorldQueries, RankPlayersByDistanceAndThenByNumber) {
   put(world.ourTeam[0], {0, 0}, 0);  // no player
   put(world.ourTeam[2], {3, 4}, 1);
   put(world.ourTeam[7], {-5, 0}, 1);  // as far as number 2
   put(world.ourTeam[9], {0, 1}, 1);
   put(world.ourTeam[11], {0, 0}, 2);  // too old
-  const int expected[] = {-1, 9, 2, 7, -1};
-  for (int index = 0; index <= 4; ++index) {
-    EXPECT_EQ(world.ourTeamClosestTo({0, 0}, 1, index), expected[index]) << index;
+  int index = 0;
+  for (const int number : {-1, 9, 2, 7, -1}) {
+    EXPECT_EQ(world.ourTeamClosestTo({0, 0}, 1, index++), number);
   }
   EXPECT_EQ(world.ourTeamClosestTo({0, 0}, NEVER, 12), -1);
   EXPECT_EQ(world.otherTeamClosestTo({0, 0}, 1, 1), -1);
 }
 
-TEST_F(WorldQueries, CountThePlayersInACorridor) {
+TEST(WorldQueries, CountThePlayersInACorridor) {
+  Worldmodel world = emptyWorld();
   put(world.ourTeam[0], {5, 0}, 0);
   put(world.ourTeam[3], {5, 0.9}, 0);
   put(world.ourTeam[4], {5, -1.1}, 0);   // beside the band
@@ -52,7 +50,8 @@ TEST_F(WorldQueries, CountThePlayersInACorridor) {
   EXPECT_EQ(world.otherTeamInCorridor({0, 0}, {10, 0}, 2, PI / 4, 2), 0);
 }
 
-TEST_F(WorldQueries, OurOffsideLineFollowsTheSecondLastOpponentOrTheBall) {
+TEST(WorldQueries, OurOffsideLineFollowsTheSecondLastOpponentOrTheBall) {
+  Worldmodel world = emptyWorld();
   world.playMode = PLAY_MODE_PLAY_ON;
   world.ball.pos = {-10, 0};
   EXPECT_EQ(world.ourOffsideLine(4), 0);
@@ -71,39 +70,37 @@ TEST_F(WorldQueries, OurOffsideLineFollowsTheSecondLastOpponentOrTheBall) {
   EXPECT_EQ(world.ourOffsideLine(10), 0);
 }
 
-TEST_F(WorldQueries, OtherOffsideLineFollowsOurSecondLastOrTheBall) {
-  world.playMode = PLAY_MODE_PLAY_ON;
-  world.ball.pos = {20, 0};
+TEST(WorldQueries, OtherOffsideLineKnowsTheSetPlaysAndElseOurSecondLastOrTheBall) {
+  Worldmodel world = emptyWorld();
   put(world.ourTeam[1], {-50, 0}, 0);
   EXPECT_EQ(world.otherOffsideLine(4), 0);
   put(world.ourTeam[2], {-40, 0}, 4);  // not moved on
   put(world.ourTeam[3], {-30, 0}, 0);
-  EXPECT_EQ(world.otherOffsideLine(4), -40);
   EXPECT_EQ(world.otherOffsideLine(3), -30);
-  world.ball.pos = {-45, 0};
+  world.ball.pos = {-45, 30};
   EXPECT_EQ(world.otherOffsideLine(4), -45);
-}
 
-TEST_F(WorldQueries, OtherOffsideLineKnowsTheSetPlays) {
-  const struct {
-    play_mode playMode;
-    double ballX;
-    double line;
-  } cases[] = {
-      {PLAY_MODE_KICK_IN_US, -20, -30},     {PLAY_MODE_FREE_KICK_US, 15, 0},
-      {PLAY_MODE_KICK_IN_THEM, -40, -52.5}, {PLAY_MODE_FREE_KICK_THEM, 15, -5},
-      {PLAY_MODE_CORNER_KICK_US, -20, 0},   {PLAY_MODE_CORNER_KICK_THEM, -52, 0},
-      {PLAY_MODE_GOAL_KICK_THEM, -20, 0},   {PLAY_MODE_GOAL_KICK_US, -50, -36},
-      {PLAY_MODE_BEFORE_KICK_OFF, -3, -3},
+  world.ball.pos = {-20, 30};
+  const std::map<play_mode, double> lines = {
+      {PLAY_MODE_KICK_IN_US, -30},      {PLAY_MODE_FREE_KICK_US, -30},
+      {PLAY_MODE_KICK_IN_THEM, -40},    {PLAY_MODE_FREE_KICK_THEM, -40},
+      {PLAY_MODE_CORNER_KICK_US, 0},    {PLAY_MODE_CORNER_KICK_THEM, 0},
+      {PLAY_MODE_GOAL_KICK_US, -36},    {PLAY_MODE_GOAL_KICK_THEM, 0},
+      {PLAY_MODE_BEFORE_KICK_OFF, -40},
   };
-  for (const auto& c : cases) {
-    world.playMode = c.playMode;
-    world.ball.pos = {c.ballX, 30};
-    EXPECT_EQ(world.otherOffsideLine(0), c.line) << c.playMode;
+  for (const auto& [playMode, line] : lines) {
+    world.playMode = playMode;
+    EXPECT_EQ(world.otherOffsideLine(4), line) << playMode;
   }
+  world.playMode = PLAY_MODE_KICK_IN_THEM;
+  world.ball.pos.x = -40;
+  EXPECT_EQ(world.otherOffsideLine(4), -52.5);
+  world.ball.pos.x = 25;
+  EXPECT_EQ(world.otherOffsideLine(4), 0);
 }
 
-TEST_F(WorldQueries, ADirectionIsAsOldAsItsFreshestLook) {
+TEST(WorldQueries, ADirectionIsAsOldAsItsFreshestLook) {
+  Worldmodel world = emptyWorld();
   EXPECT_EQ(world.dirAge(0.5), NEVER);
   world.vDir[3] = PI;
   world.vAngle[3] = Worldmodel::getViewAngle(VIEW_WIDTH_NORMAL);
@@ -116,10 +113,10 @@ TEST_F(WorldQueries, ADirectionIsAsOldAsItsFreshestLook) {
   EXPECT_EQ(world.dirAge(2.2), NEVER);
 }
 
-TEST_F(WorldQueries, LookingAroundEndsWithNineFreshDirectionsOfSixteen) {
+TEST(WorldQueries, LookingAroundEndsWithNineFreshDirectionsOfSixteen) {
+  Worldmodel world = emptyWorld();
   EXPECT_FALSE(world.lookAroundFinished());
-  world.my.bodyDir = 3.0;
-  world.vDir[0] = world.my.bodyDir;
+  world.my.bodyDir = world.vDir[0] = 3.0;
   world.vAge[0] = 7;
   world.vAngle[0] = 4.1 * PI / 8;
   EXPECT_TRUE(world.lookAroundFinished());

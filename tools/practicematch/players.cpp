@@ -8,6 +8,8 @@ namespace vok::practice {
 namespace {
 
 constexpr double cruising = 0.85;  // metres a cycle that a runner makes, roughly
+constexpr double fullPower = 100;
+constexpr double easyPower = 55;  // hardly more than stamina comes back
 constexpr double tackleReach = 1.6;
 
 /// Where the ball will be after so many cycles if nobody touches it.
@@ -40,9 +42,19 @@ double nearestOpponent(const World& world, Side side, Vector2d place) {
   return nearest;
 }
 
+/// How far the opponents are from the ball's way, those near its end counting more.
+double laneRoom(const World& world, Side side, Vector2d from, Vector2d to) {
+  double room = 1000;
+  for (const double share : {0.2, 0.4, 0.6, 0.8, 1.0}) {
+    const Vector2d place = from + share * (to - from);
+    room = std::min(room, nearestOpponent(world, side, place) / (0.4 + 0.6 * share));
+  }
+  return room;
+}
+
 /// The ball's first speed for a pass that still rolls when it arrives.
 double passSpeed(double way) {
-  return std::min(ballSpeedMax, 0.8 + (1 - ballDecay) * way);
+  return std::min(ballSpeedMax, 1 + (1 - ballDecay) * way);
 }
 
 Vector2d velocity(double speed, double degrees) {
@@ -54,7 +66,9 @@ Vector2d velocity(double speed, double degrees) {
 }  // namespace
 
 void Players::act(World& world, Referee& referee, std::vector<std::string>& calls) {
-  for (const Side side : {Side::Left, Side::Right}) {
+  // Neither side is always the last to touch a ball that both kick.
+  const Side first = referee.time() % 2 == 0 ? Side::Left : Side::Right;
+  for (const Side side : {first, other(first)}) {
     Player* runner = chaser(world, referee, side);
     for (Player& p : world.team(side)) {
       moveHead(world, p);
@@ -62,12 +76,12 @@ void Players::act(World& world, Referee& referee, std::vector<std::string>& call
       if (referee.mayKick(p) && world.kickable(p)) {
         actWithBall(world, p, referee, calls);
       } else if (&p != runner) {
-        runTo(world, p, formationPlace(world, referee, p));
+        runTo(world, p, formationPlace(world, referee, p), easyPower);
       } else if (!tackles(world, p, referee, calls)) {
         const Vector2d place = meetBall(world, p).place;
         // Stop short of a resting ball, so that the body does not push it.
         const bool there = referee.setPlay() && distance(p.pos, place) < 0.8;
-        runTo(world, p, there ? p.pos : place);
+        runTo(world, p, there ? p.pos : place, fullPower);
       }
     }
   }
@@ -106,27 +120,28 @@ Vector2d Players::formationPlace(const World& world, const Referee& referee, con
   static constexpr std::array<Home, 11> homes = {{{-50, 0, 0.03, -51, -46},
                                                   {-30, -6, 0.55, -45, 5},
                                                   {-30, 6, 0.55, -45, 5},
-                                                  {-28, -18, 0.6, -44, 15},
-                                                  {-28, 18, 0.6, -44, 15},
+                                                  {-28, -21, 0.6, -44, 15},
+                                                  {-28, 21, 0.6, -44, 15},
                                                   {-13, 0, 0.65, -38, 25},
-                                                  {-8, -12, 0.7, -34, 32},
-                                                  {-8, 12, 0.7, -34, 32},
-                                                  {6, -17, 0.75, -18, 44},
-                                                  {6, 17, 0.75, -18, 44},
-                                                  {8, 0, 0.75, -15, 46}}};
+                                                  {-8, -15, 0.7, -34, 32},
+                                                  {-8, 15, 0.7, -34, 32},
+                                                  {6, -22, 0.75, -18, 48},
+                                                  {6, 22, 0.75, -18, 48},
+                                                  {8, 0, 0.75, -15, 48}}};
   const Home& home = homes[static_cast<std::size_t>(p.number - 1)];
   const double way = forward(p.side);
   const Vector2d ball = way * world.ball.pos;
-  Vector2d place(home.x + home.follow * ball.x + (p.side == control && !p.goalie() ? 6 : 0),
-                 p.goalie() ? 0.12 * ball.y : 0.8 * home.y + 0.35 * ball.y);
+  Vector2d place(home.x + home.follow * ball.x + (p.side == control && !p.goalie() ? 8 : 0),
+                 p.goalie() ? 0.12 * ball.y : home.y + 0.3 * ball.y);
   place.x = std::clamp(place.x, home.deepest, home.highest);
   place.y = std::clamp(place.y, -halfWidth + 1, halfWidth - 1);
 
-  // Now and then somebody does not look along the line.
-  const bool careless = (referee.time() / 50 + p.number) % 4 == 0;
-  if (!careless) {
-    while (place.x > 0 && Referee::offsidePlace(world, p.side, way * place)) place.x -= 1;
-  }
+  // Forwards lurk at the offside line; now and then somebody does not look along it.
+  const bool lurks = p.number >= 9 && p.side == control;
+  if (lurks) place.x = std::min(place.x + 15, home.highest);
+  while (place.x > 0 && Referee::offsidePlace(world, p.side, way * place)) place.x -= 1;
+  const bool careless = (referee.time() / 50 + p.number) % 2 == 0;
+  if (lurks && careless) place.x += 8;
   if (referee.mode() == Mode::KickOff) place.x = std::min(place.x, -1.0);
 
   place *= way;
@@ -142,12 +157,13 @@ void Players::face(World& world, Player& p, Vector2d point, double tolerance) co
   if (std::abs(off) > tolerance) world.turn(p, off);
 }
 
-void Players::runTo(World& world, Player& p, Vector2d target) const {
+void Players::runTo(World& world, Player& p, Vector2d target, double maxPower) const {
   const Vector2d way = target - p.pos - p.vel;
   if (way.getLength() < 0.5) return face(world, p, world.ball.pos, 25);
   const double off = normalDegrees(toDegrees(way.getAngle()) - p.body);
   if (std::abs(off) > 15) return world.turn(p, off);
-  world.dash(p, way.getLength() / (world.typeOf(p).dashPowerRate * p.effort));
+  const double power = way.getLength() / (world.typeOf(p).dashPowerRate * p.effort);
+  world.dash(p, std::min(power, maxPower));
 }
 
 void Players::moveHead(const World& world, Player& p) {
@@ -159,12 +175,12 @@ void Players::moveHead(const World& world, Player& p) {
 bool Players::tackles(World& world, Player& p, Referee& referee, std::vector<std::string>& calls) {
   const double reach = distance(p.pos, world.ball.pos);
   if (referee.mode() != Mode::PlayOn || control == p.side || p.goalie()) return false;
-  if (reach > tackleReach || !dice.chance(0.06)) return false;
+  if (reach > tackleReach || !dice.chance(0.1)) return false;
   p.tackling = 10;
-  if (dice.chance(0.2)) {
+  if (dice.chance(0.4)) {
     referee.foul(world, p, calls);
-  } else if (dice.chance(0.6)) {
-    world.kick(p, velocity(1.5, p.body));
+  } else if (dice.chance(0.75)) {
+    world.kick(p, velocity(2, p.body));
     control = p.side;
     referee.touched(world, p, calls);
   }
@@ -186,24 +202,29 @@ Vector2d Players::chooseKick(const World& world, const Player& p, bool setPlay) 
   const bool ownArea = way * ball.x < -halfLength + 16.5 && std::abs(ball.y) < 20;
 
   // A goalie that is hurried by a shot can only turn it aside, past the post.
-  if (p.goalie() && !setPlay && world.ball.vel.getLength() > 1 && dice.chance(0.6)) {
+  if (p.goalie() && !setPlay && world.ball.vel.getLength() > 1 && dice.chance(0.75)) {
     return velocity(2, direction(ball, {-way * (halfLength + 3), ball.y < 0 ? -16.0 : 16.0}));
   }
-  if (distance(ball, goal) < 22 && !setPlay) return velocity(ballSpeedMax, direction(ball, goal));
+  if (distance(ball, goal) < 31 && !setPlay) return velocity(ballSpeedMax, direction(ball, goal));
 
   const double room = nearestOpponent(world, p.side, ball);
   const Player* mate = bestMate(world, p, setPlay);
-  if (mate != nullptr && (setPlay || room < 3 || dice.chance(0.15))) {
-    const Vector2d target = mate->pos + Vector2d(way * 1.5, 0);
-    const double error = dice.between(-6, 6);
-    return velocity(passSpeed(distance(ball, target)), direction(ball, target) + error);
+  if (mate != nullptr && (setPlay || room < 4 || dice.chance(0.35))) {
+    const Vector2d target = mate->pos + Vector2d(way * (mate->number >= 9 ? 7 : 2), 0);
+    const double error = room < 2 ? dice.between(-40, 40) : dice.between(-5, 5);
+    return velocity(1.15 * passSpeed(distance(ball, target)), direction(ball, target) + error);
   }
-  if ((ownArea && room < 6) || setPlay) {  // far away, wherever
-    const double wide = ball.y < 0 ? -1 : 1;
+  const double wide = ball.y < 0 ? -1 : 1;
+  if (ownArea && room < 6 && !setPlay &&
+      dice.chance(0.6)) {  // anywhere, if need be behind the own line
+    return velocity(2, direction(ball, {ball.x - way * 5, wide * 30}));
+  }
+  if ((ownArea && room < 6) || setPlay) {  // far away
     return velocity(ballSpeedMax, direction(ball, {ball.x + way * 30, wide * 30}));
   }
-  // Dribble: a touch ahead, around the nearest opponent.
-  return velocity(0.9, direction(ball, {goal.x, ball.y * 0.7}) + dice.between(-25, 25));
+  // Dribble: a touch ahead, on the wing down the line and from there to the middle.
+  const double aim = way * ball.x < 38 ? 1.4 : 0.3;
+  return velocity(0.8, direction(ball, {goal.x, ball.y * aim}) + dice.between(-15, 15));
 }
 
 const Player* Players::bestMate(const World& world, const Player& p, bool setPlay) {
@@ -211,11 +232,11 @@ const Player* Players::bestMate(const World& world, const Player& p, bool setPla
   double bestScore = setPlay ? -1000 : -5;
   for (const Player& mate : world.team(p.side)) {
     const double way = distance(p.pos, mate.pos);
-    if (&mate == &p || mate.goalie() || way < 5 || way > 30) continue;
-    if (Referee::offsidePlace(world, p.side, mate.pos) && dice.chance(0.85)) continue;
+    if (&mate == &p || mate.goalie() || way < 5 || way > 35) continue;
+    if (Referee::offsidePlace(world, p.side, mate.pos) && dice.chance(0.1)) continue;
     const double progress = forward(p.side) * (mate.pos.x - p.pos.x);
-    const double room = std::min(8.0, nearestOpponent(world, p.side, mate.pos));
-    const double score = 0.4 * progress + 1.5 * room + dice.between(0, 8);
+    const double room = std::min(8.0, laneRoom(world, p.side, p.pos, mate.pos));
+    const double score = 1.2 * progress + 1.5 * room + dice.between(0, 8);
     if (score > bestScore) {
       best = &mate;
       bestScore = score;

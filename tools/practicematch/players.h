@@ -23,7 +23,7 @@ class Players {
  private:
   void actWithBall(World& world, Player& p, Referee& referee, std::vector<std::string>& calls);
   bool tackles(World& world, Player& p, Referee& referee, std::vector<std::string>& calls);
-  void runTo(World& world, Player& p, Vector2d target) const;
+  void runTo(World& world, Player& p, Vector2d target, double maxPower) const;
   void face(World& world, Player& p, Vector2d point, double tolerance) const;
   void moveHead(const World& world, Player& p);
   Player* chaser(World& world, const Referee& referee, Side side) const;

@@ -1,0 +1,125 @@
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+
+#include "Parser.h"
+#include "constants.h"
+#include "param_keeper.h"
+#include "support/server.h"
+
+namespace vok::test {
+namespace {
+
+class ParamsTest : public testing::Test {
+ protected:
+  ParamKeeper keeper;
+  Parser parser{"Alpha", CLIENT_ONLINECOACH, 7, 8};
+  StderrCapture errors;
+};
+
+TEST_F(ParamsTest, ItemsAreTakenInAnyOrder) {
+  const int step = SIMULATOR_STEP;
+  const int port = PORT;
+  EXPECT_TRUE(
+      parser.parseServerParam("(server_param (wind_rand 0.5) (synch_mode 1)(port 6010)\n"
+                              "(game_log_directory \"./\")(half_time  60)(catch_ban_cycle 9))"));
+  EXPECT_EQ(WIND_RAND, 0.5);
+  EXPECT_TRUE(SYNCH_MODE);
+  EXPECT_EQ(HALF_TIME, 60);
+  EXPECT_EQ(CATCH_BAN_CYCLES, 9);
+  EXPECT_EQ(PORT, port) << "skipped";
+  EXPECT_EQ(SIMULATOR_STEP, step) << "not named";
+  EXPECT_TRUE(parser.parseServerParam("(server_param (synch_mode 0))"));
+  EXPECT_FALSE(SYNCH_MODE);
+
+  EXPECT_FALSE(parser.parseServerParam("(player_param (half_time 1))"));
+  EXPECT_FALSE(parser.parsePlayerParam("(server_param (pt_max 1))"));
+  EXPECT_EQ(HALF_TIME, 60);
+}
+
+TEST_F(ParamsTest, TheFirstItemThatNoRowTakesEndsTheReading) {
+  HALF_TIME = DROP_BALL_TIME = 1;
+  for (const std::string item :
+       {"(unknown 1)", "(synch_mode)", "(hear_max nan)", "(half_time 3000000000)", "( half_time 5)",
+        "(module_dir)", "(log_times 0 1)"}) {
+    EXPECT_TRUE(parser.parseServerParam("(server_param " + item + "(drop_ball_time 7))"));
+    EXPECT_EQ(DROP_BALL_TIME, 1) << item;
+    EXPECT_EQ(HALF_TIME, 1) << item;
+  }
+  EXPECT_TRUE(parser.parseServerParam("(server_param (half_time 300 s)(drop_ball_time 7))"));
+  EXPECT_EQ(HALF_TIME, 300) << "the number is stored all the same";
+  EXPECT_EQ(DROP_BALL_TIME, 1);
+
+  std::string tooMany = "(player_param ";
+  for (int i = 1; i <= 24; ++i) tooMany += "(subs_max " + std::to_string(i) + ")";
+  EXPECT_TRUE(parser.parsePlayerParam(tooMany));
+  EXPECT_EQ(playerParams.subs_max, 23) << "one item a row";
+  EXPECT_EQ(errors.take(), "");
+}
+
+TEST_F(ParamsTest, ATokenIsReadWholeOrTheTextStays) {
+  int number = 0;
+  HeardText text{};
+  parser.parseServerParam("(server_param (colour  dark red) (size 3))");
+  EXPECT_EQ(parser.readToken({" (size %d)%n", &number, DT_INT}), 1);
+  EXPECT_EQ(parser.readToken({" (colour %[^)])%n", &text, DT_STRING}), 0);
+  EXPECT_STREQ(text.data(), "dark red");
+  EXPECT_EQ(parser.readToken({" (size %d)%n", &number, static_cast<DataType>(7)}), -1);
+  EXPECT_EQ(errors.take(), "Parser::readToken: unknown data type 7\n");
+  EXPECT_EQ(parser.readToken({" (size %d)%n", &number, DT_INT}), 0);
+  EXPECT_EQ(number, 3);
+}
+
+TEST_F(ParamsTest, APlayerTypeIsReadOverUnknownItems) {
+  const std::string known =
+      "(player_type (id 3)(player_speed_max 1.05)(stamina_inc_max 45)(player_decay 0.4)"
+      "(inertia_moment 5)(dash_power_rate 0.006)(new one)(player_size 0.3)(kickable_margin 0.7)"
+      "(kick_rand 0.1)(extra_stamina 50)(effort_max 1)";
+  SensorData record;
+  EXPECT_TRUE(parser.parseServerString(known + "(effort_min 0.6))", record));
+  EXPECT_EQ(record.type, SENSOR_TYPE_PLAYER_TYPE);
+  EXPECT_EQ(record.playerType.player_type, 3);
+  EXPECT_EQ(record.playerType.dash_power_rate, 0.006);
+  EXPECT_EQ(record.playerType.player_size, 0.3);
+  EXPECT_EQ(record.playerType.effort_min, 0.6);
+  EXPECT_EQ(errors.take(), "Parser::parsePlayerType: skipping unknown token at 6 (new one)\n");
+
+  EXPECT_FALSE(parser.parseServerString(known + ")", record)) << "an item is missing";
+  EXPECT_FALSE(parser.parseServerString(known + "()(effort_min 0.6))", record));
+  EXPECT_FALSE(parser.parseServerString("(player_type ", record));
+}
+
+TEST_F(ParamsTest, CountsAreUsableAsSizes) {
+  playerParams.player_types = -1;
+  playerParams.subs_max = 2000000000;
+  EXPECT_EQ(numPlayerTypes(), 0);
+  EXPECT_EQ(numSubsMax(), 1000);
+  playerParams.player_types = 18;
+  EXPECT_EQ(numPlayerTypes(), 18);
+}
+
+TEST(Constants, TheFieldIsMarkedBeforeAnythingRuns) {
+  EXPECT_EQ(HALF_TIME_IN_CYCLES, 3000);
+  const struct {
+    flag_type flag;
+    double x, y;
+  } rows[] = {{FLAG_TOP_LEFT, -52.5, -34},
+              {FLAG_P_RIGHT_BOTTOM, 36, 20.16},
+              {FLAG_GOAL_LEFT_TOP, -52.5, -7.01},
+              {FLAG_TOP_LEFT_50, -50, -39},
+              {FLAG_TOP_0, 0, -39},
+              {FLAG_BOTTOM_RIGHT_50, 50, 39},
+              {FLAG_LEFT_BOTTOM_30, -57.5, 30},
+              {FLAG_RIGHT_TOP_10, 57.5, -10}};
+  for (const auto& row : rows) {
+    const auto at = static_cast<std::size_t>(row.flag);
+    EXPECT_DOUBLE_EQ(flag_x[at], row.x) << row.flag;
+    EXPECT_DOUBLE_EQ(flag_y[at], row.y) << row.flag;
+  }
+  EXPECT_EQ(goal_x[GOAL_LEFT], -52.5);
+  EXPECT_EQ(goal_x[GOAL_RIGHT], 52.5);
+}
+
+}  // namespace
+}  // namespace vok::test

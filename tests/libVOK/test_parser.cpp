@@ -1,0 +1,247 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "Parser.h"
+#include "support/server.h"
+
+namespace vok::test {
+namespace {
+
+using std::string_view_literals::operator""sv;
+constexpr double PI = 3.14159265358979323846;
+
+/// The coach of "Alpha", and what it writes.
+class ParserTest : public testing::Test {
+ protected:
+  bool parse(std::string_view text) {
+    record = SensorData();
+    return parser.parseServerString(text, record);
+  }
+
+  Parser parser{"Alpha", CLIENT_ONLINECOACH, 7, 8};
+  SensorData record;
+  StderrCapture errors;
+};
+
+TEST_F(ParserTest, TheHeadDecidesTypeAndTime) {
+  const struct {
+    const char* text;
+    sensor_data_type type;
+    long time;
+  } rows[] = {
+      {"(see 12)", SENSOR_TYPE_STRANGE, 12},
+      {"(see_global 5 ((b) 0 0 0 0))", SENSOR_TYPE_EXACT, 5},
+      {"(ok look 6 ((b) 0 0 0 0))", SENSOR_TYPE_EXACT, 6},
+      {"(fullstate 7 (x))", SENSOR_TYPE_ERROR, 7},
+      {"(hear 8 our 3)", SENSOR_TYPE_HEAR, 8},
+      {"(ok eye on)", SENSOR_TYPE_OK, -1},
+      {"(think)", SENSOR_TYPE_OK, -1},
+      {"(clang (ver (p \"Alpha\" 10) 7 8))", SENSOR_TYPE_CLANG_VER, -1},
+      {"(error no_such_team)", SENSOR_TYPE_ERROR, -1},
+      {"(warning no_subs_left)", SENSOR_TYPE_WARNING, -1},
+  };
+  for (const auto& row : rows) {
+    EXPECT_TRUE(parse(row.text)) << row.text;
+    EXPECT_EQ(record.type, row.type) << row.text;
+    EXPECT_EQ(record.time, row.time) << row.text;
+    EXPECT_EQ(record.think, row.text == "(think)"sv) << row.text;
+  }
+  EXPECT_EQ(errors.take(), "Parser: fullstate message received!\n");
+}
+
+TEST_F(ParserTest, RefusesWhatItDoesNotUnderstand) {
+  for (const char* text : {"", "(", "hello", "(think", " (ok eye on)", "(see 99999999999)",
+                           "(see 1 ", "(sense_body 1 (x))", "(hear 3", "(hear 3 ", "(init l ok)"})
+    EXPECT_FALSE(parse(text)) << text;
+  EXPECT_FALSE(parse("(see_global 5 ((b) 0 0 0 0\0))"sv)) << "a text ends at its NUL byte";
+
+  Parser player("Alpha", CLIENT_FIELDPLAYER, 7, 8);
+  errors.take();
+  EXPECT_FALSE(player.parseServerString("(see_global 5 ((b) 0 0 0 0))", record));
+  EXPECT_EQ(errors.take(), "Parser: received see message for coach\n");
+}
+
+TEST_F(ParserTest, ATypeChangeIsOursOnlyBehindAComma) {
+  const struct {
+    const char* text;
+    int number, type;
+    bool ours;
+  } rows[] = {{"(change_player_type 3 5)", 3, -1, false},
+              {"(change_player_type 3, 5)", 3, 5, true},
+              {"(change_player_type 4)", 4, -1, false},
+              {"(change_player_type 12, 5)", -1, 5, true},
+              {"(change_player_type x)", -1, -1, false}};
+  for (const auto& row : rows) {
+    EXPECT_TRUE(parse(row.text));
+    EXPECT_EQ(record.number, row.number) << row.text;
+    EXPECT_EQ(record.heteroType, row.type) << row.text;
+    EXPECT_EQ(record.ourTeamChanged, row.ours) << row.text;
+  }
+}
+
+TEST_F(ParserTest, PlayModesAreNamedForEachSide) {
+  const struct {
+    std::string name;
+    play_mode us;
+  } rows[] = {{"kick_off", PLAY_MODE_KICK_OFF_US},
+              {"kick_in", PLAY_MODE_KICK_IN_US},
+              {"free_kick", PLAY_MODE_FREE_KICK_US},
+              {"corner_kick", PLAY_MODE_CORNER_KICK_US},
+              {"goal_kick", PLAY_MODE_GOAL_KICK_US},
+              {"offside", PLAY_MODE_OFFSIDE_US},
+              {"goal", PLAY_MODE_GOAL_US},
+              {"free_kick_fault", PLAY_MODE_FREEKICK_FAULT_US},
+              {"goalie_catch_ball", PLAY_MODE_GOALIE_CATCH_US},
+              {"penalty_kick", PLAY_MODE_PENALTY_KICK_US},
+              {"foul_charge", PLAY_MODE_FOUL_CHARGE_US},
+              {"foul_push", PLAY_MODE_FOUL_PUSH_US},
+              {"foul_multiple_attack", PLAY_MODE_FOUL_MULTIPLE_ATTACK_US},
+              {"foul_ballout", PLAY_MODE_FOUL_BALLOUT_US},
+              {"back_pass", PLAY_MODE_BACKPASS_US},
+              {"penalty_setup", PLAY_MODE_PENALTY_SETUP_US},
+              {"penalty_ready", PLAY_MODE_PENALTY_READY_US},
+              {"penalty_taken", PLAY_MODE_PENALTY_TAKEN_US},
+              {"penalty_miss", PLAY_MODE_PENALTY_MISS_US},
+              {"penalty_score", PLAY_MODE_PENALTY_SCORE_US},
+              {"indirect_free_kick", PLAY_MODE_FREE_KICK_US},
+              {"catch_fault", PLAY_MODE_FREEKICK_FAULT_US},
+              {"illegal_defense", PLAY_MODE_FREEKICK_FAULT_US}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(Parser::parsePlaymode(row.name + "_l_1)", SIDE_LEFT), row.us) << row.name;
+    EXPECT_EQ(Parser::parsePlaymode(row.name + "_l", SIDE_RIGHT), row.us + 1) << row.name;
+    EXPECT_EQ(Parser::parsePlaymode(row.name + "_r", SIDE_LEFT), row.us + 1) << row.name;
+    EXPECT_EQ(Parser::parsePlaymode(row.name + "_r", SIDE_RIGHT), row.us) << row.name;
+  }
+  EXPECT_EQ(Parser::parsePlaymode("foul_r", SIDE_LEFT), PLAY_MODE_FREE_KICK_US);
+  EXPECT_EQ(Parser::parsePlaymode("foul_l", SIDE_LEFT), PLAY_MODE_FREE_KICK_THEM);
+  EXPECT_EQ(Parser::parsePlaymode("foul_l", SIDE_RIGHT), PLAY_MODE_FREE_KICK_US);
+  EXPECT_EQ(Parser::parsePlaymode("time_up", SIDE_LEFT), PLAY_MODE_TIME_OVER);
+  EXPECT_EQ(Parser::parsePlaymode("first_half_over", SIDE_LEFT), PLAY_MODE_HALF_TIME);
+  EXPECT_EQ(errors.take(), "");
+  EXPECT_EQ(Parser::parsePlaymode("yellow_card_l_5", SIDE_LEFT), PLAY_MODE_UNKNOWN);
+  EXPECT_EQ(errors.take(), "Unknown Playmode: yellow_card_l_5\n");
+}
+
+TEST_F(ParserTest, AGlobalViewHoldsBallGoalsAndPlayers) {
+  parser.setSide(SIDE_RIGHT);
+  ASSERT_TRUE(
+      parse("(see_global 5 ((g l) -52.5 0) ((G r) 52.5 0) ((b) 1 -2 0.5 0.25)"
+            " ((p \"Alpha\" 1 goalie) -50 0 0 0 45 10) ((p \"Beta\" 7) 1 2 3 4 270 0 90 t)"
+            " ((p \"Beta\" 12) 1 2 3 4 5 6 t))"));
+  EXPECT_EQ(record.exactgoal[0].which, GOAL_LEFT);
+  EXPECT_EQ(record.exactgoal[0].team, TEAM_THEM);
+  EXPECT_EQ(record.exactgoal[1].team, TEAM_US);
+  EXPECT_EQ(record.exactball.y_vel, 0.25);
+
+  const ExactPlayer& keeper = record.exactplayer[0];
+  EXPECT_EQ(keeper.team, TEAM_US);
+  EXPECT_EQ(keeper.number, 1);
+  EXPECT_EQ(keeper.goalie, GOALIE_TRUE);
+  EXPECT_DOUBLE_EQ(keeper.body_dir, PI / 4);
+  EXPECT_DOUBLE_EQ(keeper.face_dir, PI / 18);
+  EXPECT_EQ(keeper.pointto_dir, NO_ANGLE);
+
+  EXPECT_DOUBLE_EQ(record.exactplayer[1].body_dir, -PI / 2);
+  EXPECT_DOUBLE_EQ(record.exactplayer[1].pointto_dir, PI / 2);
+  EXPECT_TRUE(record.exactplayer[1].tackle);
+  EXPECT_EQ(record.exactplayer[2].number, -1) << "there is no shirt 12";
+  EXPECT_TRUE(record.exactplayer[2].tackle);
+  EXPECT_EQ(record.exactplayer[2].pointto_dir, NO_ANGLE);
+}
+
+TEST_F(ParserTest, AViewEndsAtTheFirstObjectThatIsNone) {
+  std::string crowd = "(see_global 1";
+  for (int i = 0; i < 23; ++i) crowd += " ((p \"Beta\" 1) 0 0 0 0 0 0)";
+  const struct {
+    std::string text, error;
+  } rows[] = {
+      {crowd + ")", "Parser: to manny players!\n"},
+      {"(see_global 1 ((g l) 0 0) ((g r) 0 0) ((g l) 0 0))", "Parser: to manny goals!\n"},
+      {"(see_global 1 ((f c) 0 0))", ""},
+      {"(see_global 1)", "Parser: malformed object: l=0 len=0\n')'\n"},
+      {"(see_global 1 ((b)))", "Parser: malformed object: l=4 len=0\n'((b)))'\n"},
+      {"(see_global 1 ((b) 0 nan 0 0))",
+       "Parser: malformed object: l=5 len=15\n'((b) 0 nan 0 0))'\n"},
+      {"(see_global 1 ((b) 1e999 0\n))", "Parser: malformed object: l=5 len=14\n'((b) 1e999 0'\n"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_FALSE(parse(row.text)) << row.text;
+    EXPECT_EQ(errors.take(), row.error);
+  }
+  EXPECT_FALSE(parse("(see_global 1 ((b) 3 0 0 0) ((" + std::string(8000, 'p') + ") 0 0"));
+  EXPECT_EQ(record.exactball.x, 3) << "what was read stays";
+}
+
+TEST_F(ParserTest, LandmarksAreToldByTheLongestName) {
+  const struct {
+    const char* name;
+    flag_type flag;
+  } rows[] = {{"f l t 30", FLAG_LEFT_TOP_30},   {"f l t", FLAG_TOP_LEFT},
+              {"f r b", FLAG_BOTTOM_RIGHT},     {"f r 0", FLAG_RIGHT_0},
+              {"f p r c", FLAG_P_RIGHT_CENTER}, {"f g l b", FLAG_GOAL_LEFT_BOTTOM},
+              {"f c t", FLAG_TOP_CENTER},       {"f c", FLAG_CENTER},
+              {"f t l", FLAG_UNKNOWN}};
+  for (const auto& row : rows) {
+    SensorFlag flag;
+    Parser::parseFlag(row.name, flag);
+    EXPECT_EQ(flag.which, row.flag) << row.name;
+  }
+  SensorLine line;
+  Parser::parseLine("l r", line);
+  EXPECT_EQ(line.which, LINE_RIGHT);
+  Parser::parseLine("l", line);
+  EXPECT_EQ(line.which, LINE_UNKNOWN);
+  EXPECT_EQ(Parser::determineObject("B"), OT_NONE);
+  EXPECT_EQ(Parser::determineObject("f c"), OT_FLAG);
+}
+
+TEST_F(ParserTest, TheRefereeTellsModesScoresAndPenaltySides) {
+  EXPECT_TRUE(parse("(hear 120 referee goal_l_2)"));
+  EXPECT_EQ(record.sender, SENDER_REFEREE);
+  EXPECT_EQ(record.mode, PLAY_MODE_GOAL_US);
+  EXPECT_EQ(record.score, 2);
+  EXPECT_FALSE(parse("(hear 120 referee goal_l)")) << "a goal has a count";
+
+  EXPECT_TRUE(parse("(hear 3000 referee penalty_onfield_r)"));
+  EXPECT_EQ(record.penaltySide, SIDE_RIGHT);
+  EXPECT_EQ(record.mode, PLAY_MODE_UNKNOWN);
+  EXPECT_TRUE(parse("(hear 3000 referee penalty_winner_r)"));
+  EXPECT_EQ(errors.take(), "");
+  EXPECT_TRUE(parse("(hear 51 referee hello_all)"));
+  EXPECT_EQ(errors.take(), "Unknown Playmode: hello_all)\n");
+}
+
+TEST_F(ParserTest, AVoiceTellsItsDirectionAndFitsItsRoom) {
+  EXPECT_TRUE(parse("(hear 80 -190 our 7 \"abc\")"));
+  EXPECT_NEAR(record.sender_dir, 170 * PI / 180, 1e-12);
+
+  const std::string flood(8000, 'a');
+  EXPECT_TRUE(parse("(hear 1 (p \"" + flood + "\" 3) \"" + flood + "\")"));
+  EXPECT_EQ(std::string_view(record.sender_name.data()).size(), 512U);
+  EXPECT_EQ(std::string_view(record.message.data()).size(), 512U);
+}
+
+TEST_F(ParserTest, ACoachSpeaksFreelyOrInItsLanguage) {
+  const std::string head = "(hear 138 online_coach_left ";
+  EXPECT_TRUE(parse(head + "(freeform \"a b\"))"));
+  EXPECT_EQ(record.coachMsgType, CMT_FREEFORM);
+  for (const std::string text : {"(freeform \"a(b\"))", "(freeform \"ab", "(freeform \"ab\" )"}) {
+    EXPECT_FALSE(parse(head + text));
+    EXPECT_EQ(record.coachMsgType, CMT_NONE);
+    EXPECT_EQ(errors.take(), "Parser: recvd unknown message from olcoach:\"" + text + "\"\n");
+  }
+
+  const std::string advice = " (6000 (true) (do our {3} (hold)))";
+  EXPECT_TRUE(parse(head + "(advice" + advice + ")"));
+  EXPECT_EQ(record.coachMsgType, CMT_ADVICE);
+  EXPECT_EQ(record.message.data(), advice + ")");
+  EXPECT_TRUE(parse(head + "(info" + std::string(700, 'x')));
+  EXPECT_EQ(record.message.data(), std::string(512, 'x'));
+  EXPECT_TRUE(parse(head + "(unsupported_clang))"));
+  EXPECT_EQ(record.coachMsgType, CMT_NONE);
+}
+
+}  // namespace
+}  // namespace vok::test

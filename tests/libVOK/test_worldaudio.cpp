@@ -1,0 +1,187 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstring>
+#include <string>
+
+#include "Config.h"
+#include "constants.h"
+#include "worldmodel.h"
+
+namespace vok {
+namespace {
+
+bool near(const Vector2d& a, const Vector2d& b) {
+  return (a - b).getLength() < 1e-6;
+}
+
+class WorldAudio : public testing::Test {
+ protected:
+  ~WorldAudio() override { playerParams = {}; }
+
+  static Worldmodel newWorld() {
+    playerParams.player_types = 7;
+    setEntry("world_maxPlayersOurTeam", "11");
+    setEntry("world_maxPlayersOtherTeam", "11");
+    return Worldmodel(nullptr);
+  }
+
+  static std::string encoded(const Worldmodel& from, MessageType type, const WBall& comball = {}) {
+    char text[] = "..........";
+    from.encodeAudio(type, text, comball);
+    return text;
+  }
+
+  /// What the coach says at time 50 of a world with known goalies.
+  AudioMsg coachMessage(int ourGoalie, int otherGoalie) {
+    Worldmodel seen = newWorld();
+    seen.ourGoalieNo = ourGoalie;
+    seen.otherGoalieNo = otherGoalie;
+    seen.ball.pos = {10, -5};
+    seen.ourTeam[1].pos = {-50, 0};
+    seen.otherTeam[1].pos = {50, 0};
+    seen.otherTeam[11].pos = {3.5, 33};
+    std::array<int, 12> types;
+    types.fill(-1);
+    types[4] = 6;
+    types[5] = 7;  // was never announced
+    AudioMsg msg(0, 50, true);
+    msg << true << seen << types.data();
+    EXPECT_TRUE(msg.getState());
+    return msg;
+  }
+
+  Worldmodel world = newWorld();
+};
+
+TEST_F(WorldAudio, CoachWritesGoaliesBallAndPlayersInOrder) {
+  const AudioMsg msg = coachMessage(1, -1);
+  EXPECT_EQ(std::string(msg.getEncoding() + AudioMsg::HEADER_LENGTH, 15), "bcaKHoFmyaG0NaG");
+  EXPECT_EQ(msg.getWritePos(), 1u + 2 + 4 + 88 + 11);
+  AudioMsg playersMessage(0, 50, false);
+  playersMessage << world;
+  EXPECT_EQ(playersMessage.getWritePos(), 0u);
+}
+
+TEST_F(WorldAudio, PlayerTakesTheCoachsPictureButKeepsItself) {
+  world.time = 51;
+  world.my.number = 3;
+  world.my.pos = {7, 7};
+  world.ball.v = {1, 1};
+  AudioMsg msg = coachMessage(5, 2);
+  ASSERT_TRUE(world.feedbackAudio(msg));
+  EXPECT_TRUE(near(world.ball.pos, {10, -5}));
+  EXPECT_TRUE(near(world.ball.v, {0, 0}));
+  EXPECT_EQ(world.ball.state, VISUAL);
+  EXPECT_EQ(world.ball.age, 0);
+  EXPECT_TRUE(near(world.otherTeam[11].pos, {3.5, 33}));
+  EXPECT_TRUE(near(world.ourTeam[3].pos, {7, 7}));
+  EXPECT_EQ(world.ourTeam[5].tacticalNo, 1);
+  EXPECT_EQ(world.otherTeam[2].isGoalie, GOALIE_TRUE);
+  EXPECT_EQ(world.otherTeam[3].type, -1);
+  EXPECT_EQ(world.otherTeam[4].type, 6);
+  EXPECT_EQ(world.otherTeam[5].type, -1);
+}
+
+TEST_F(WorldAudio, GoaliesAreLearntOnceAndOnlyWhenTheyAreShirtNumbers) {
+  for (const int told : {-1, 0, 12, 11, 4}) {
+    AudioMsg msg = coachMessage(told, told);
+    EXPECT_TRUE(world.feedbackAudio(msg));
+    EXPECT_EQ(world.ourGoalieNo, told == 11 || told == 4 ? 11 : -1) << told;
+    EXPECT_EQ(world.otherGoalieNo, world.ourGoalieNo) << told;
+  }
+}
+
+TEST_F(WorldAudio, OnlyWholeFreshMessagesOfTheCoachAreTaken) {
+  world.time = 52;
+  AudioMsg old = coachMessage(1, 1);
+  AudioMsg empty(0, 52, true);
+  empty << false;
+  AudioMsg players(0, 52, false);
+  players << true;
+  for (AudioMsg* msg : {&old, &empty, &players}) EXPECT_FALSE(world.feedbackAudio(*msg));
+  EXPECT_EQ(world.ourGoalieNo, -1);
+  EXPECT_EQ(world.ball.age, NEVER);
+
+  world.time = 51;
+  AudioMsg torn = coachMessage(1, 1);
+  torn.setWritePos(1 + 2 + 4 + 5);  // in the first opponent's position
+  EXPECT_FALSE(world.feedbackAudio(torn));
+  EXPECT_EQ(world.ourTeam[1].age, 0);
+  EXPECT_EQ(world.otherTeam[1].age, NEVER);
+}
+
+TEST_F(WorldAudio, PlayersMessageIsTwoNumbersAndADistance) {
+  world.my.pos = {-3, 4};
+  world.ball = WBall({0, 0}, {0, 2});
+  world.ball.age = 1;
+  world.ball.state = VISUAL;
+  // 4 + 10 * 135 + 1800 * 20 + 50400 = 64 + 74 * (1 + 74 * 16); 210 + 421 * 136; 5 * 73 / 64
+  EXPECT_EQ(encoded(world, MSGTYPE_BALL), ".bqQKk...g");
+
+  world.my.pos = {60, 45};
+  world.ball = WBall({-60, 40}, {-3, 0});  // all beyond the scales, the ball was never seen
+  EXPECT_EQ(encoded(world, MSGTYPE_ACTION), "NU I?u... ");
+
+  world.my.pos = {0, 0};
+  WBall planned({52.5, 34}, {0.3, -0.4});
+  planned.age = 0;
+  planned.state = VISUAL;
+  EXPECT_EQ(encoded(world, MSGTYPE_SIM_ACTION, planned), "m4bk u...a");
+
+  world.my.pos = {10.1, -5.3};
+  world.my.stamina = 5000;
+  EXPECT_EQ(encoded(world, MSGTYPE_POSITION), "RwhV*i....");
+}
+
+TEST_F(WorldAudio, HeardBallReplacesOnlyAnOlderOne) {
+  const struct {
+    const char* text;
+    int sender, ageBefore, ageAfter;
+  } cases[] = {
+      {".bqQKk...a", 4, 2, 1},
+      {".bqQKk...a", 4, 1, 1},
+      {".bqQKk...a", 0, 2, 2},
+      {".bqQKk...a", 12, 2, 2},
+      // A planned ball, a place beyond the grid, no such type.
+      {"m4bk u...a", 4, 2, 2},
+      {".bq   ...a", 4, 2, 2},
+      {"   QKk...a", 4, 2, 2},
+  };
+  for (const auto& c : cases) {
+    world.ball = WBall({30, 30}, {});
+    world.ball.age = c.ageBefore;
+    world.decodeAudio(c.text, c.sender, NO_ANGLE);
+    EXPECT_EQ(world.ball.age, c.ageAfter) << c.text << c.sender;
+    const bool taken = c.ageAfter < c.ageBefore;
+    EXPECT_TRUE(near(world.ball.pos, taken ? Vector2d(0, 0) : Vector2d(30, 30)));
+    EXPECT_TRUE(near(world.ball.v, taken ? Vector2d(0, 2) : Vector2d(0, 0)));
+    EXPECT_EQ(world.ball.state, taken ? FUZZY : UNSAFE);
+  }
+}
+
+TEST_F(WorldAudio, SpeakerIsWhereHeSaysOrWhereHisVoiceMeetsHisDistance) {
+  SensorData data;
+  data.type = SENSOR_TYPE_HEAR;
+  data.sender = SENDER_PLAYER_US;
+  data.sender_num = 6;
+  std::strcpy(data.message.data(), "RwhV*i....");
+  world.adjust(data);
+  EXPECT_TRUE(near(world.ourTeam[6].pos, {10, -5.25}));
+  EXPECT_EQ(world.ourTeam[6].age, 0);
+  EXPECT_EQ(world.ourTeam[6].state, FUZZY);
+  std::strcpy(data.message.data(), "RwhV*i...");  // a character short
+  data.sender_num = 9;
+  world.adjust(data);
+  EXPECT_EQ(world.ourTeam[9].age, NEVER);
+
+  world.my.number = 2;
+  world.my.pos = {3, 4};
+  world.decodeAudio(".bqQKk... ", 8, 0);  // 64 m from the centre on the line y = 4
+  EXPECT_TRUE(near(world.ourTeam[8].pos, {63.874877, 4}));
+  world.decodeAudio(".bqQKk...a", 9, 0);  // the line does not meet the circle
+  EXPECT_EQ(world.ourTeam[9].age, NEVER);
+}
+
+}  // namespace
+}  // namespace vok

@@ -1,0 +1,254 @@
+#include "worldmodel.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <numbers>
+
+#include "Comm.h"
+#include "Config.h"
+#include "constants.h"
+
+namespace vok {
+namespace {
+
+constexpr double PI = std::numbers::pi;
+
+bool near(const Vector2d& a, const Vector2d& b) {
+  return (a - b).getLength() < 1e-6;
+}
+
+SensorData message(sensor_data_type type, long time = -1) {
+  SensorData data;
+  data.type = type;
+  data.time = time;
+  return data;
+}
+
+ExactPlayer seenPlayer(team_number team, int number, goalie_player goalie = GOALIE_FALSE) {
+  ExactPlayer player;
+  player.valid = true;
+  player.team = team;
+  player.number = number;
+  player.goalie = goalie;
+  return player;
+}
+
+/// A world of three player types and substitution rings of eleven.
+class World : public testing::Test {
+ protected:
+  ~World() override { playerParams = {}; }
+
+  static Worldmodel newWorld(Comm* comm = nullptr, const char* teamSize = "11") {
+    playerParams.player_types = 3;
+    setEntry("world_maxPlayersOurTeam", teamSize);
+    setEntry("world_maxPlayersOtherTeam", teamSize);
+    return Worldmodel(comm);
+  }
+
+  void view(long time, const ExactPlayer& player = {}) {
+    SensorData data = message(SENSOR_TYPE_EXACT, time);
+    data.exactplayer[21] = player;
+    world.adjust(data);
+  }
+
+  void change(bool ours, int number, int type) {
+    SensorData data = message(SENSOR_TYPE_PLAYER_CHANGED);
+    data.ourTeamChanged = ours;
+    data.number = number;
+    data.heteroType = type;
+    world.adjust(data);
+  }
+
+  /// One cycle in which our number 7 sends a command.
+  void act(CycleCommand command, double param1, double param2 = 0) {
+    my.number = 7;
+    world.action.store({0, command, param1, param2});
+    world.simCycle();
+  }
+
+  Worldmodel world = newWorld();
+  WPlayer& my = world.my;
+  WBall& ball = world.ball;
+};
+
+TEST_F(World, ConfiguredTeamSizesAreCutToATeam) {
+  EXPECT_EQ(newWorld(nullptr, "15").maxPlayersOurTeam, 11);
+  EXPECT_EQ(newWorld(nullptr, "-3").maxPlayersOtherTeam, 0);
+}
+
+TEST_F(World, ViewIsTurnedForATeamOnTheRight) {
+  world.ourSide = SIDE_RIGHT;
+  SensorData data = message(SENSOR_TYPE_EXACT, 3);
+  data.exactball = {true, 10, 5, 1, -2};
+  data.exactplayer[0] = seenPlayer(TEAM_US, 4);
+  data.exactplayer[0].x = 20;
+  data.exactplayer[0].y_vel = 0.5;
+  data.exactplayer[0].body_dir = 7;
+  data.exactplayer[1] = seenPlayer(TEAM_THEM, 12);
+  data.exactgoal[0].valid = true;
+  data.exactgoal[0].x = 52;
+  data.exactgoal[0].team = TEAM_US;
+  world.adjust(data);
+  EXPECT_TRUE(near(ball.pos, {-10, -5}));
+  EXPECT_TRUE(near(ball.v, {-1, 2}));
+  const WPlayer& player = world.ourTeam[4];
+  EXPECT_TRUE(near(player.pos, {-20, 0}));
+  EXPECT_TRUE(near(player.v, {0, -0.5}));
+  EXPECT_NEAR(player.bodyDir, 7 - 2 * PI, 1e-9);  // directions stay as they were sent
+  EXPECT_EQ(player.age + ball.age + world.ourGoal.age + world.visualAge, 0);
+  EXPECT_TRUE(near(world.ourGoal.pos, {-52, 0}));
+  EXPECT_EQ(world.otherGoal.age, NEVER);
+}
+
+TEST_F(World, ViewIsReachedByPredictionAndNeverGoesBack) {
+  const struct {
+    long viewTime, time;
+    int age;  // of a player that the view does not hold
+  } cases[] = {{9, 10, 5}, {10, 10, 6}, {13, 13, 8}, {2000000000, 2000000000, NEVER}};
+  for (const auto& c : cases) {
+    world.time = 10;
+    world.ourTeam[2].age = 5;
+    view(c.viewTime);
+    EXPECT_EQ(world.time, c.time) << c.viewTime;
+    EXPECT_EQ(world.ourTeam[2].age, c.age) << c.viewTime;
+  }
+}
+
+TEST_F(World, FirstGoalieSetsTheTacticalNumbers) {
+  view(1, seenPlayer(TEAM_US, 5, GOALIE_TRUE));
+  view(2, seenPlayer(TEAM_US, 1, GOALIE_TRUE));
+  view(3, seenPlayer(TEAM_THEM, 3, GOALIE_TRUE));
+  view(4, seenPlayer(TEAM_THEM, 4, GOALIE_TRUE));
+  const int expected[] = {-1, 2, 3, 4, 5, 1, 6, 7, 8, 9, 10, 11};
+  for (std::size_t n = 0; n <= 11; ++n) EXPECT_EQ(world.ourTeam[n].tacticalNo, expected[n]) << n;
+  EXPECT_EQ(world.otherGoalieNo, 3);
+  EXPECT_EQ(world.otherTeam[9].isGoalie, GOALIE_FALSE);
+}
+
+TEST_F(World, ChangedPlayersTakeAnnouncedTypesAndAreCounted) {
+  for (const int id : {-1, 1, 3}) {
+    SensorData data = message(SENSOR_TYPE_PLAYER_TYPE);
+    data.playerType = {id, 1.1, 40, 0.4, 5, 0.006, 0.3, 0.8, 0, 50, 1, 0.6};
+    world.adjust(data);
+  }
+  EXPECT_DOUBLE_EQ(world.playerType[1].playerSpeedMax, 1.0);  // 100 * 0.006 / (1 - 0.4)
+  my.number = 8;
+  change(true, 8, 1);
+  EXPECT_EQ(world.ourTeam[8].type, 1);
+  EXPECT_DOUBLE_EQ(world.ourTeam[8].kickableMargin, 0.8);
+  EXPECT_DOUBLE_EQ(my.kickableMargin, 0.8);
+  testing::internal::CaptureStderr();
+  change(true, 4, 2);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Nr. 8 : Player 4 was changed to type 2, but I don't know that type!\n");
+  EXPECT_EQ(world.ourTeam[4].type, -1);
+  EXPECT_EQ(world.numOurSubs, 1);
+
+  world.time = 30;
+  world.otherTeam[1].setType(world.playerType[1]);
+  for (const int number : {0, 12}) change(false, number, -1);
+  change(false, 3, 3);  // no such type
+  for (int number = 0; number <= 11; ++number) change(false, number % 11 + 1, -1);
+  EXPECT_DOUBLE_EQ(world.otherTeam[1].kickableMargin, KICKABLE_MARGIN);
+  EXPECT_EQ(world.numOtherSubs, 12);  // so the ring of eleven came round
+  EXPECT_EQ(world.otherSubs[0].number, 1);
+  EXPECT_EQ(world.otherSubs[1].number, 2);
+  EXPECT_EQ(world.otherSubs[10].time, 30);
+}
+
+TEST_F(World, DashIsLimitedByStaminaAndCostsDoubleBackwards) {
+  const struct {
+    double power, stamina, x, staminaAfter;
+  } cases[] = {
+      // The tired have lost some recovery: 0.998 * 45.
+      {100, 4000, 0.6, 3945},
+      {-100, 4000, -0.6, 3845},
+      {100, 50, 0.3, 44.91},
+      {-100, 50, -0.15, 44.91},
+  };
+  for (const auto& c : cases) {
+    world = newWorld();
+    ball.pos = {20, 0};
+    my.stamina = c.stamina;
+    act(DASH_COMMAND, c.power);
+    EXPECT_TRUE(near(my.pos, {c.x, 0})) << my.pos.x;
+    EXPECT_TRUE(near(my.v, {c.x * 0.4, 0})) << my.v.x;
+    EXPECT_NEAR(my.stamina, c.staminaAfter, 1e-9) << c.power;
+    EXPECT_NEAR(my.effort, c.stamina > 1000 ? 1 : 0.995, 1e-9) << c.power;
+    EXPECT_TRUE(near(world.ourTeam[7].pos, my.pos));
+  }
+}
+
+TEST_F(World, KickNeedsTheBallInReachAndTurnLosesToInertia) {
+  ball.pos = {0.5, 0};
+  act(KICK_COMMAND, 100, PI / 2);  // 100 * 0.027 * (1 - 0.25 * 0.115 / 0.7)
+  EXPECT_TRUE(near(ball.v, {0, 2.5891071 * 0.94})) << ball.v.y;
+  act(KICK_COMMAND, 100, PI / 2);  // out of reach
+  EXPECT_TRUE(near(ball.v, {0, 2.5891071 * 0.94 * 0.94})) << ball.v.y;
+  my.v = {0.4, 0};
+  act(TURN_COMMAND, PI / 2);  // divided by 1 + 5 * 0.4
+  EXPECT_NEAR(my.bodyDir, PI / 6, 1e-9);
+}
+
+TEST_F(World, CaughtBallStopsAtTheGoaliesNextPlace) {
+  my.isGoalie = GOALIE_TRUE;
+  my.pos = {-45, 0};
+  my.v = {0.1, 0};
+  ball = WBall({-44, 0}, {1, 0});
+  act(CATCH_COMMAND, 0);
+  EXPECT_TRUE(near(my.v, {0.04, 0})) << my.v.x;  // touching is no collision
+  EXPECT_TRUE(near(ball.pos, {-44.515, 0})) << ball.pos.x;
+  EXPECT_EQ(ball.v, Vector2d());
+}
+
+TEST_F(World, BallBouncesOffAPlayerButNotOffTheCoach) {
+  for (const int number : {0, 7}) {
+    my.number = number;
+    my.pos = {};
+    ball = WBall({1.2, 0}, {-1, 0});
+    world.simCycle();
+    // At a distance of 0.2 pushed apart to 1.0001 * 0.385 around their middle.
+    EXPECT_TRUE(near(my.pos, {number == 7 ? 0.1 - 0.19251925 : 0, 0})) << my.pos.x;
+    EXPECT_TRUE(near(ball.pos, {number == 7 ? 0.1 + 0.19251925 : 0.2, 0})) << ball.pos.x;
+    EXPECT_TRUE(near(ball.v, {number == 7 ? 0.094 : -0.94, 0})) << ball.v.x;
+  }
+}
+
+TEST_F(World, OurPlayersTireAndTheOthersRest) {
+  world.ourTeam[3].stamina = 1210;
+  world.otherTeam[3].stamina = 1000;
+  world.simCycle();
+  EXPECT_DOUBLE_EQ(world.ourTeam[1].stamina, 3945);
+  EXPECT_DOUBLE_EQ(world.ourTeam[3].stamina, 1200);
+  EXPECT_DOUBLE_EQ(world.otherTeam[1].stamina, 4000);
+  EXPECT_DOUBLE_EQ(world.otherTeam[3].stamina, 1045);
+}
+
+TEST_F(World, QueueIsFoldedInBehindTheTypesItHadToDrop) {
+  setEntry("async_waitForSeeTime", "40");
+  Comm comm("Alpha", CLIENT_ONLINECOACH, "127.0.0.1", 6002, 0, false, 7, 8, SIDE_RIGHT);
+  comm.async->setStates(0, 0, PLAY_MODE_KICK_OFF_THEM, SIDE_RIGHT, false);
+  comm.async->otherScore = 2;
+  testing::internal::CaptureStderr();
+  SensorData type = message(SENSOR_TYPE_PLAYER_TYPE);
+  for (int i = 0; i < SensorDataStore::SIZE - 1; ++i) {
+    type.playerType.player_type = i == 0 ? 1 : 2;
+    type.playerType.player_size = i;
+    comm.store->put(type);
+  }
+  comm.store->put(message(SENSOR_TYPE_EXACT, 5));  // drops the first
+  testing::internal::GetCapturedStderr();
+
+  Worldmodel told = newWorld(&comm);
+  told.adjust();
+  EXPECT_EQ(told.playerType[1].state, 1);
+  EXPECT_EQ(told.playerType[2].playerSize, SensorDataStore::SIZE - 2);
+  EXPECT_EQ(told.time, 5);
+  EXPECT_EQ(told.playMode, PLAY_MODE_KICK_OFF_THEM);
+  EXPECT_EQ(told.ourSide, SIDE_RIGHT);
+  EXPECT_EQ(told.otherScore, 2);
+}
+
+}  // namespace
+}  // namespace vok

@@ -1,0 +1,125 @@
+#include "worldobjects.h"
+
+#include <gtest/gtest.h>
+
+#include <numbers>
+#include <sstream>
+
+#include "constants.h"
+
+namespace vok {
+namespace {
+
+constexpr double PI = std::numbers::pi;
+
+WPlayer playerAt(Vector2d pos, double bodyDir) {
+  WPlayer player(pos, {});
+  player.bodyDir = bodyDir;
+  return player;
+}
+
+TEST(WorldObjects, CorridorIsABandInAConeWithADiscAtItsEnd) {
+  const struct {
+    Vector2d object, target;
+    double alpha, toLine;
+    bool inside;
+  } cases[] = {
+      {{5, 0.9}, {10, 0}, PI / 4, 0.9, true},
+      {{5, 1.1}, {10, 0}, PI / 4, 1.1, false},
+      {{10.9, 0}, {10, 0}, PI / 4, 0.9, true},
+      {{11.1, 0}, {10, 0}, PI / 4, 1.1, false},
+      {{-0.5, 0}, {10, 0}, PI / 4, 0.5, false},
+      {{0, 0}, {10, 0}, 0, 0, true},
+      {{0.5, 0.9}, {10, 0}, PI / 4, 0.9, false},
+      {{0.5, 0.9}, {10, 0}, PI / 2, 0.9, true},
+      // Directions on either side of pi, then corridors so short that they are a disc alone.
+      {{-5, -0.5}, {-10, 0}, 0.2, 0.5, true},
+      {{-0.1, 0}, {0.8, 0}, PI, 0.1, true},
+      {{-0.5, 0}, {0.8, 0}, PI, 0.5, false},
+  };
+  for (const auto& c : cases) {
+    const WObject object(c.object);
+    EXPECT_EQ(object.inCorridor({0, 0}, c.target, 2, c.alpha), c.inside) << c.object.x;
+    EXPECT_NEAR(object.distToLine({0, 0}, c.target), c.toLine, 1e-9) << c.object.x;
+  }
+}
+
+TEST(WorldObjects, BallCrossesTheGoalLineOnlyWhenItRollsBeyondIt) {
+  const struct {
+    Vector2d pos, v;
+    double distance;
+    bool crosses;
+  } cases[] = {
+      // Crosses at y = 2.5; stops on the line; lies on it; rolls away.
+      {{-50, 0}, {-2.5, 2.5}, 2.6, true}, {{-50, 0}, {-2.5, 2.5}, 2.4, false},
+      {{-50, 0}, {-1.25, 0}, 7, false},   {{-52.5, 0}, {-1, 0}, 7, false},
+      {{-50, 0}, {2.5, 0}, 7, false},
+  };
+  for (const auto& c : cases) {
+    WBall ball(c.pos, c.v);
+    ball.decay = 0.5;  // rolls twice its speed
+    EXPECT_EQ(ball.willCrossOurGoalLine(c.distance), c.crosses) << c.pos.x << " " << c.v.x;
+  }
+}
+
+TEST(WorldObjects, CatchReachesARectangleAheadInOurPenaltyArea) {
+  const struct {
+    Vector2d keeper, ball;
+    double bodyDir, catchAngle;
+    bool catchable;
+  } cases[] = {
+      {{-45, 0}, {-43.5, 0.4}, 0, 0, true},  {{-45, 0}, {-43.5, 0.6}, 0, 0, false},
+      {{-45, 0}, {-42.9, 0}, 0, 0, false},   {{-45, 0}, {-45.1, 0}, 0, 0, false},
+      {{-45, 0}, {-45, 1.5}, 0, 0, false},   {{-45, 0}, {-45, 1.5}, 0, PI / 2, true},
+      {{-37, 0}, {-35.9, 0}, 0, 0, false},   {{-37, 0}, {-36, 0}, 0, 0, true},
+      {{-40, 20}, {-39, 20.16}, 0, 0, true}, {{-52, 0}, {-53, 0}, PI, 0, true},
+  };
+  for (const auto& c : cases) {
+    const WPlayer keeper = playerAt(c.keeper, c.bodyDir);
+    EXPECT_EQ(keeper.ballCatchable(WBall(c.ball, {}), c.catchAngle), c.catchable) << c.ball.x;
+  }
+}
+
+TEST(WorldObjects, KickIsWeakerAsideAndAwayFromTheBody) {
+  // A quarter of the circle aside and 0.3 m of the 0.7 m margin away; touching ahead.
+  const WPlayer player = playerAt({0, 0}, 0);
+  EXPECT_NEAR(player.kickPowerRate(WBall({0, 0.685}, {})), 0.0207321, 1e-6);
+  EXPECT_NEAR(player.kickPowerRate(WBall({0.385, 0}, {})), 0.027, 1e-9);
+}
+
+TEST(WorldObjects, TackleFailsWithTheDistanceInEachDirection) {
+  const struct {
+    Vector2d ball;
+    double bodyDir;
+    int exponent;
+    double prob;
+  } cases[] = {
+      {{1.25, 0}, 0, 6, 0.984375},
+      {{-0.25, 0}, 0, 6, 0.984375},
+      {{0, -0.625}, 0, 6, 0.984375},
+      {{0, 1.25}, PI / 2, 6, 0.984375},
+      {{0, 0}, 0, 6, 1},
+      {{2.6, 0}, 0, 6, 0},
+      {{1.25, 0}, 0, 3, 0.875},
+      {{-0.25, 0}, 0, 3, 1},
+      {{0, 0}, 0, 0, 0},
+  };
+  for (const auto& c : cases) {
+    TACKLE_EXP = c.exponent;
+    EXPECT_NEAR(playerAt({0, 0}, c.bodyDir).tackleProb(WBall(c.ball, {})), c.prob, 1e-9)
+        << c.ball.x << " " << c.ball.y << " " << c.exponent;
+  }
+  TACKLE_EXP = 6;
+}
+
+TEST(WorldObjects, TypeIsPrintedInItsGroups) {
+  std::ostringstream out;
+  out << WPlayerType{3, 1.2, 0.4, 0.3, 45, 5, 0.006, 0.7, 0.1, 50, 0.6, 1};
+  EXPECT_EQ(out.str(),
+            "(PlayerType 3 ((speed_max 1.2) (player_decay 0.4) (inertia_moment 5) "
+            "(dash_power_rate 0.006)) (player_size 0.3) ((kickable_margin 0.7) (kick_rand 0.1)) "
+            "((stamina_inc_max 45) (extra_stamina 50) (effort_max 1) (effort_min 0.6)))");
+}
+
+}  // namespace
+}  // namespace vok

@@ -1,0 +1,172 @@
+#include "coachdesk.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+
+#include "audiomsg.h"
+
+namespace vok::practice {
+
+namespace {
+
+constexpr std::size_t maxMessage = 128;
+constexpr int messagesPerGrant = 128;
+constexpr long grantPeriod = 6000;
+// In play the coach is heard at the beginning of every 600 cycles but the first.
+constexpr long waitPeriod = 600;
+constexpr long sendPeriod = 20;
+constexpr std::size_t viewsKept = 64;
+
+bool messageCharacter(char c) {
+  return std::isalnum(static_cast<unsigned char>(c)) != 0 ||
+         std::string_view(" ().+-*/?<>_").find(c) != std::string_view::npos;
+}
+
+/// The whole numbers that a text consists of; nothing when there is anything else.
+std::optional<std::vector<int>> wholeNumbers(std::string_view text) {
+  std::vector<int> numbers;
+  while (true) {
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    if (text.empty()) return numbers;
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc()) return std::nullopt;
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    if (!text.empty() && text.front() != ' ') return std::nullopt;
+    numbers.push_back(number);
+  }
+}
+
+/// "(word ...)" gives the word; empty when the text has no parentheses.
+std::string_view commandWord(std::string_view text) {
+  if (text.size() < 2 || text.front() != '(' || text.back() != ')') return {};
+  return text.substr(1, text.find_first_of(" ()", 1) - 1);
+}
+
+}  // namespace
+
+std::string_view SayRules::judge(std::string_view command, long time, bool playOn,
+                                 std::string& text) {
+  const std::string_view head = "(say (freeform \"";
+  const std::string_view tail = "\"))";
+  text.clear();
+  if (!command.starts_with(head) || command.size() < head.size() + tail.size() ||
+      !command.ends_with(tail)) {
+    return "(error could_not_parse_say)";
+  }
+  const std::string_view message =
+      command.substr(head.size(), command.size() - head.size() - tail.size());
+  if (message.empty() || message.size() > maxMessage ||
+      !std::all_of(message.begin(), message.end(), messageCharacter)) {
+    return "(error could_not_parse_say)";
+  }
+  const bool windowOpen = time > waitPeriod && time % waitPeriod < sendPeriod;
+  if (playOn && !windowOpen) return "(error cannot_say_freeform_while_playon)";
+  if (said >= messagesPerGrant * (1 + time / grantPeriod)) {
+    return "(error said_too_many_freeform_messages)";
+  }
+  ++said;
+  text = message;
+  return "(ok say)";
+}
+
+std::optional<CoachMessage> decodeCoachMessage(const std::string& text, Side side) {
+  AudioMsg message(text.c_str());
+  if (!message.isChkSumsValid() || !message.isCoachMsg()) return std::nullopt;
+  CoachMessage decoded;
+  decoded.time = message.getServerTime();
+
+  bool worldFollows = false;
+  NodaChar goalie(0);
+  double x = 0;
+  double y = 0;
+  message >> worldFollows >> goalie >> goalie >> x >> y;
+  decoded.ball = forward(side) * Vector2d(x, y);
+  for (int i = 0; i < 4 * 11; ++i) message >> x;
+  for (std::size_t number = 1; number <= 11; ++number) {
+    NodaChar type(0);
+    message >> type;
+    decoded.opponentTypes[number] = type - 1;
+  }
+  Int3B tail;
+  message >> tail >> tail;  // the kicker and two opponents
+  return worldFollows && message.getState() ? std::optional(decoded) : std::nullopt;
+}
+
+void CoachDesk::take(const Command& command, std::vector<std::string>& answers) {
+  const std::string_view text = command.text;
+  const std::string_view word = commandWord(text);
+  if (!command.terminated) ++report.unterminated;
+
+  if (text == "(done)" || text == "(bye)") {
+    ++report.commands[std::string(word)];
+    (text == "(done)" ? done : bye) = true;
+    return;
+  }
+  if (!command.terminated && !lenient)
+    answers.emplace_back("(warning message_not_null_terminated)");
+  if (word.empty()) {
+    ++report.commands["without form"];
+    answers.emplace_back("(error illegal_command_form)");
+  } else if (text == "(eye on)" || text == "(eye off)") {
+    ++report.commands["eye"];
+    eye = text == "(eye on)";
+    answers.push_back("(ok " + std::string(text.substr(1)));
+  } else if (word == "say") {
+    ++report.commands["say"];
+    say(text, answers);
+  } else if (word == "change_player_type") {
+    ++report.commands["change_player_type"];
+    changeType(text.substr(word.size() + 1, text.size() - word.size() - 2), answers);
+  } else {
+    ++report.commands["unknown"];
+    answers.emplace_back("(error unknown_command)");
+  }
+}
+
+void CoachDesk::changeType(std::string_view text, std::vector<std::string>& answers) {
+  const auto numbers = wholeNumbers(text);
+  if (!numbers || numbers->size() != 2) {
+    answers.emplace_back("(error illegal_command_form)");
+    return;
+  }
+  match.changeType((*numbers)[0], (*numbers)[1], answers);
+}
+
+void CoachDesk::say(std::string_view text, std::vector<std::string>& answers) {
+  std::string message;
+  const std::string_view answer = rules.judge(text, match.time(), match.playOn(), message);
+  answers.emplace_back(answer);
+  if (message.empty()) {
+    // "(error reason)"
+    ++report.messagesRefused[std::string(answer.substr(7, answer.size() - 8))];
+    return;
+  }
+  ++report.messagesAccepted;
+  compare(message);
+}
+
+void CoachDesk::compare(const std::string& text) {
+  const auto message = decodeCoachMessage(text, match.settings().coachSide);
+  if (!message) return;
+  ++report.messagesDecoded;
+  report.lastTypes = message->opponentTypes;
+
+  // Positions travel in steps of 0.1 m, the views' numbers are rounded too.
+  constexpr double tolerance = 0.1 + 1e-4;
+  const bool right = std::any_of(balls.begin(), balls.end(), [&](const auto& view) {
+    const Vector2d error = view.second - message->ball;
+    return view.first == message->time && std::abs(error.x) <= tolerance &&
+           std::abs(error.y) <= tolerance;
+  });
+  if (right) ++report.ballsRight;
+}
+
+void CoachDesk::viewSent() {
+  balls.emplace_back(match.time(), match.state().ball.pos);
+  if (balls.size() > viewsKept) balls.pop_front();
+}
+
+}  // namespace vok::practice

@@ -1,0 +1,29 @@
+// The command line.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "match.h"
+
+namespace vok::practice {
+
+struct Options {
+  MatchSettings match;
+  int stepMs = 0;      ///< real time; 0: as fast as the coach answers
+  std::string replay;  ///< a recording instead of a simulated match
+  double speed = 0;    ///< of the recording; 0: in step with the coach where it was so
+  bool synch = false;  ///< asked for on the command line
+  std::string team;    ///< the only one that is let in; empty: any
+  int waitSeconds = 60;
+  bool lenient = false;
+  bool quiet = false;
+  bool help = false;
+};
+
+/// Nothing, and one line in `error`, when an argument is wrong.
+std::optional<Options> readOptions(int count, const char* const* arguments, std::string& error);
+
+std::string helpText();
+
+}  // namespace vok::practice

@@ -1,0 +1,29 @@
+// A recorded match: what a real server sent to a coach, sent again.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace vok::practice {
+
+struct RecordedText {
+  double milliseconds;  ///< since the recording began
+  std::string text;
+};
+
+struct Recording {
+  std::vector<RecordedText> texts;
+
+  /// Each line is a time in milliseconds, a tab and a text. False, with the reason in `error`, when
+  /// it is no such file or does not begin with a check-in.
+  bool read(std::istream& in, std::string& error);
+
+  bool synchronous() const;
+  /// The team whose coach was shown the match; empty when no view tells.
+  std::string team() const;
+  /// The cycle of the last view, as text.
+  std::string lastTime() const;
+};
+
+}  // namespace vok::practice

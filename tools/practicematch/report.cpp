@@ -1,0 +1,120 @@
+#include "report.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iomanip>
+#include <ostream>
+#include <string_view>
+
+namespace vok::practice {
+
+namespace {
+
+// In the order of Ending.
+constexpr std::array<std::string_view, 6> endings = {
+    "the coach stayed to the end and left with \"(bye)\"",
+    "the coach left before the end",
+    "the coach did not say \"(bye)\" after the end",
+    "the coach did not answer for too many cycles in a row",
+    "the coach did not switch its eye on",
+    "interrupted"};
+
+std::ostream& line(std::ostream& out, std::string_view title) {
+  return out << std::left << std::setw(10) << title << std::right;
+}
+
+void printCounts(std::ostream& out, const std::map<std::string, int>& counts) {
+  const char* separator = "";
+  for (const auto& [name, count] : counts) {
+    out << separator << name << ' ' << count;
+    separator = ", ";
+  }
+}
+
+/// The value below which a share of the sorted times lies.
+double percentile(const std::vector<double>& sorted, double share) {
+  const auto rank = static_cast<std::size_t>(std::ceil(share * static_cast<double>(sorted.size())));
+  return sorted[std::max<std::size_t>(rank, 1) - 1];
+}
+
+void printTypeRow(std::ostream& out, std::string_view title, const std::array<int, 12>& types) {
+  line(out, "") << std::left << std::setw(20) << title << std::right;
+  for (std::size_t number = 1; number < types.size(); ++number) {
+    out << std::setw(4);
+    if (types[number] < 0) {
+      out << '-';
+    } else {
+      out << types[number];
+    }
+  }
+  out << '\n';
+}
+
+std::array<int, 12> typesOf(const Team& team) {
+  std::array<int, 12> types{};
+  for (const Player& p : team) types[static_cast<std::size_t>(p.number)] = p.type;
+  return types;
+}
+
+}  // namespace
+
+void Report::print(std::ostream& out, const Match* match, bool synch) const {
+  if (match != nullptr) {
+    line(out, "match") << match->name(Side::Left) << ' ' << match->goals(Side::Left) << " : "
+                       << match->goals(Side::Right) << ' ' << match->name(Side::Right) << ", "
+                       << match->time() << " of " << match->settings().cycles
+                       << " cycles played, seed " << match->settings().seed << '\n';
+  }
+  line(out, "cycles") << cyclesSent << " sent";
+  if (synch) out << ", " << answerTimes.size() << " answered, " << cyclesMissed << " missed";
+  out << '\n';
+  if (!answerTimes.empty()) printAnswerTimes(out);
+  line(out, "commands");
+  printCounts(out, commands);
+  if (commands.empty()) out << "none";
+  if (unterminated > 0) out << " (" << unterminated << " without a terminator)";
+  out << '\n';
+  if (match != nullptr) {
+    printMessages(out);
+    printTypes(out, *match);
+  }
+  line(out, "end") << endings[static_cast<std::size_t>(ending)] << std::endl;
+}
+
+void Report::printAnswerTimes(std::ostream& out) const {
+  std::vector<double> sorted = answerTimes;
+  std::sort(sorted.begin(), sorted.end());
+  line(out, "answers") << std::fixed << std::setprecision(3) << percentile(sorted, 0.5)
+                       << " ms median, " << percentile(sorted, 0.99) << " ms 99th percentile, "
+                       << sorted.back() << " ms maximum, from \"(think)\" to \"(done)\"\n"
+                       << std::defaultfloat << std::setprecision(6);
+}
+
+void Report::printMessages(std::ostream& out) const {
+  int refused = 0;
+  for (const auto& [reason, count] : messagesRefused) refused += count;
+  line(out, "messages") << messagesAccepted << " accepted, " << refused << " refused";
+  if (refused > 0) {
+    out << " (";
+    printCounts(out, messagesRefused);
+    out << ')';
+  }
+  out << '\n';
+  line(out, "") << messagesDecoded << " decoded with a valid checksum, " << ballsRight
+                << " of them with the ball within 0.1 m of the truth\n";
+}
+
+void Report::printTypes(std::ostream& out, const Match& match) const {
+  std::array<int, 12> numbers{};
+  for (std::size_t number = 1; number < numbers.size(); ++number) {
+    numbers[number] = static_cast<int>(number);
+  }
+  const Side side = match.settings().coachSide;
+  line(out, "types") << "(- is unknown)\n";
+  printTypeRow(out, "number", numbers);
+  printTypeRow(out, match.name(side), typesOf(match.state().team(side)));
+  printTypeRow(out, match.name(other(side)), typesOf(match.state().team(other(side))));
+  if (messagesDecoded > 0) printTypeRow(out, "in the last message", lastTypes);
+}
+
+}  // namespace vok::practice

@@ -1,0 +1,41 @@
+// What happened on the connection, counted, and the page about it at the end.
+#pragma once
+
+#include <array>
+#include <iosfwd>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "match.h"
+
+namespace vok::practice {
+
+/// Why a session ended.
+enum class Ending { Stayed, LeftEarly, Silent, NotAnswering, NoEye, Interrupted };
+
+struct Report {
+  int cyclesSent = 0;
+  int cyclesMissed = 0;
+  std::vector<double> answerTimes;  ///< milliseconds from "(think)" to "(done)"
+  std::map<std::string, int> commands;
+  int unterminated = 0;
+
+  int messagesAccepted = 0;
+  std::map<std::string, int> messagesRefused;  ///< by the server's answer
+  int messagesDecoded = 0;                     ///< coach messages with a valid checksum
+  int ballsRight = 0;
+  std::array<int, 12> lastTypes{};  ///< the opponents' types by number in the last one
+
+  Ending ending = Ending::Interrupted;
+
+  /// A page for a person; `match` is null for a recording.
+  void print(std::ostream& out, const Match* match, bool synch) const;
+
+ private:
+  void printAnswerTimes(std::ostream& out) const;
+  void printMessages(std::ostream& out) const;
+  void printTypes(std::ostream& out, const Match& match) const;
+};
+
+}  // namespace vok::practice
