@@ -59,7 +59,7 @@ TEST_F(Opponents, ATeamWithoutAUsableSpreadIsNotCounted) {
   world->otherTeam[5].age = 20;
   team->Update();
   EXPECT_EQ(team->GetTeamVar().x, 0) << "the variance of these three rounds to below zero";
-  stand({1e300, 14, 6, 6});
+  stand({1.4e154, 14, 6, 6});  // whose square is too great, but not that of the centre
   team->Update();
   EXPECT_EQ(team->aCount, 0);
 }
