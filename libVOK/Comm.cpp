@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstdint>
 #include <cstdlib>
+#include <ctime>
 #include <iostream>
 #include <string_view>
 
@@ -21,6 +22,9 @@ constexpr unsigned MAX_DATAGRAM = 8192;
 constexpr int MAX_DRAIN = 1000;
 
 constexpr unsigned MSG_QUEUE_SIZE = 20;
+
+constexpr long STOP_ALARM_NS = 50'000'000;
+timer_t stopTimer{};
 
 }  // namespace
 
@@ -67,10 +71,17 @@ void Comm::stopOnSignals() {
   sigemptyset(&action.sa_mask);
   action.sa_handler = [](int) {};
   sigaction(SIGALRM, &action, nullptr);
-  // A request that comes just before a wait would not interrupt it: the alarm does so later.
+
+  sigevent alarm{};
+  alarm.sigev_notify = SIGEV_SIGNAL;
+  alarm.sigev_signo = SIGALRM;
+  if (timer_create(CLOCK_MONOTONIC, &alarm, &stopTimer) != 0) return;
+
+  // A request that comes just before a wait does not interrupt it: repeated alarms do so then.
   action.sa_handler = [](int) {
     stopRequested = 1;
-    alarm(1);
+    const itimerspec soon{{0, STOP_ALARM_NS}, {0, STOP_ALARM_NS}};
+    timer_settime(stopTimer, 0, &soon, nullptr);
   };
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);

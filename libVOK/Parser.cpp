@@ -1,6 +1,5 @@
 #include "Parser.h"
 
-#include <algorithm>
 #include <array>
 #include <iostream>
 
@@ -17,7 +16,7 @@ struct PlaymodeName {
 
 // A name matches by its beginning, so the order matters: "goal_kick_l" stands before "goal_l". A
 // foul is a free kick of the other side.
-constexpr PlaymodeName playmodeNames[] = {
+constexpr auto playmodeNames = std::to_array<PlaymodeName>({
     {"before_kick_off", PLAY_MODE_BEFORE_KICK_OFF},
     {"time_over", PLAY_MODE_TIME_OVER},
     {"time_up", PLAY_MODE_TIME_OVER},
@@ -77,7 +76,7 @@ constexpr PlaymodeName playmodeNames[] = {
     {"catch_fault_r", PLAY_MODE_FREEKICK_FAULT_US, SIDE_RIGHT},
     {"illegal_defense_l", PLAY_MODE_FREEKICK_FAULT_US, SIDE_LEFT},
     {"illegal_defense_r", PLAY_MODE_FREEKICK_FAULT_US, SIDE_RIGHT},
-};
+});
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 #include "constants.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 
 namespace vok {
@@ -36,7 +37,7 @@ ConstantsInit::ConstantsInit() {
   goal_y = {0, 0};
 
   const double post = GOAL_WIDTH / 2;
-  const FlagPosition marks[] = {
+  const auto marks = std::to_array<FlagPosition>({
       {FLAG_TOP_LEFT, -52.5, -34},
       {FLAG_TOP_CENTER, 0, -34},
       {FLAG_TOP_RIGHT, 52.5, -34},
@@ -54,7 +55,7 @@ ConstantsInit::ConstantsInit() {
       {FLAG_GOAL_LEFT_BOTTOM, -52.5, post},
       {FLAG_GOAL_RIGHT_TOP, 52.5, -post},
       {FLAG_GOAL_RIGHT_BOTTOM, 52.5, post},
-  };
+  });
   for (const FlagPosition& mark : marks) setFlag(mark.flag, mark.x, mark.y);
 
   // The outer flags stand 5 m outside the lines, every 10 m; their values are in that order.

@@ -1,5 +1,4 @@
 // The global view, and the names of the objects.
-#include <algorithm>
 #include <array>
 #include <iostream>
 #include <numbers>
@@ -73,7 +72,7 @@ struct FlagName {
 };
 
 // A name matches by its beginning: longer names before their beginnings.
-constexpr FlagName flagNames[] = {
+constexpr auto flagNames = std::to_array<FlagName>({
     {"f t l 50", FLAG_TOP_LEFT_50},
     {"f t l 40", FLAG_TOP_LEFT_40},
     {"f t l 30", FLAG_TOP_LEFT_30},
@@ -127,7 +126,7 @@ constexpr FlagName flagNames[] = {
     {"f c b", FLAG_BOTTOM_CENTER},
     {"f r b", FLAG_BOTTOM_RIGHT},
     {"f c", FLAG_CENTER},
-};
+});
 
 }  // namespace
 
@@ -150,8 +149,8 @@ bool Parser::parseExact() {
 bool Parser::parseObject(const GlobalObject& object, std::size_t& players, std::size_t& goals) {
   ObjectNumbers numbers;
   if (object.size == 0 || !readNumbers(Scanner(object.numbers), numbers)) {
-    std::cerr << "Parser: malformed object: l=" << object.nameSize << " len=" << object.size << " '"
-              << firstLine(msg.rest()) << "'\n";
+    std::cerr << "Parser: malformed object: l=" << object.nameSize << " len=" << object.size
+              << "\n'" << firstLine(msg.rest()) << "'\n";
     return false;
   }
 
@@ -222,9 +221,12 @@ void Parser::parseGoal(std::string_view name, goal_type& which, team_number& goa
 }
 
 void Parser::parseFlag(std::string_view name, SensorFlag& flag) {
-  const auto* row = std::find_if(std::begin(flagNames), std::end(flagNames),
-                                 [&](const FlagName& f) { return name.starts_with(f.name); });
-  flag.which = row == std::end(flagNames) ? FLAG_UNKNOWN : row->flag;
+  flag.which = FLAG_UNKNOWN;
+  for (const FlagName& row : flagNames) {
+    if (!name.starts_with(row.name)) continue;
+    flag.which = row.flag;
+    return;
+  }
 }
 
 void Parser::parseLine(std::string_view name, SensorLine& line) {
@@ -232,8 +234,8 @@ void Parser::parseLine(std::string_view name, SensorLine& line) {
     std::string_view name;
     line_type line;
   };
-  constexpr LineName lineNames[] = {
-      {"l t", LINE_TOP}, {"l l", LINE_LEFT}, {"l r", LINE_RIGHT}, {"l b", LINE_BOTTOM}};
+  constexpr auto lineNames = std::to_array<LineName>(
+      {{"l t", LINE_TOP}, {"l l", LINE_LEFT}, {"l r", LINE_RIGHT}, {"l b", LINE_BOTTOM}});
   line.which = LINE_UNKNOWN;
   for (const LineName& row : lineNames)
     if (name.starts_with(row.name)) line.which = row.line;

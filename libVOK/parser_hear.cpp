@@ -1,4 +1,5 @@
 // Heard messages: the referee, the coaches and the players.
+#include <array>
 #include <iostream>
 #include <numbers>
 
@@ -42,8 +43,8 @@ struct CoachWord {
   CoachMsgType type;
 };
 
-constexpr CoachWord coachWords[] = {
-    {"(advice", CMT_ADVICE}, {"(info", CMT_INFO}, {"(meta", CMT_META}, {"(define", CMT_DEFINE}};
+constexpr auto coachWords = std::to_array<CoachWord>(
+    {{"(advice", CMT_ADVICE}, {"(info", CMT_INFO}, {"(meta", CMT_META}, {"(define", CMT_DEFINE}});
 
 }  // namespace
 

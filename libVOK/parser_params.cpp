@@ -1,5 +1,6 @@
 // The parameter messages: tables of which items go where, and their reading.
 #include <algorithm>
+#include <array>
 #include <iostream>
 #include <utility>
 
@@ -338,7 +339,7 @@ bool Parser::readItems(std::string_view text, std::string_view head, const Token
 
 bool Parser::parsePlayerType() {
   PlayerType& type = data->playerType;
-  const Token tokens[] = {
+  const auto tokens = std::to_array<Token>({
       {" (id %d)%n", &type.player_type, DT_INT},
       {" (player_speed_max %lf)%n", &type.player_speed_max, DT_DOUBLE},
       {" (stamina_inc_max %lf)%n", &type.stamina_inc_max, DT_DOUBLE},
@@ -351,8 +352,8 @@ bool Parser::parsePlayerType() {
       {" (extra_stamina %lf)%n", &type.extra_stamina, DT_DOUBLE},
       {" (effort_max %lf)%n", &type.effort_max, DT_DOUBLE},
       {" (effort_min %lf)%n", &type.effort_min, DT_DOUBLE},
-  };
-  for (std::size_t i = 0; i < std::size(tokens);) {
+  });
+  for (std::size_t i = 0; i < tokens.size();) {
     const int result = readToken(tokens[i]);
     if (result < 0) return false;
     if (result == 0) {

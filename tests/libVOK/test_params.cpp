@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 
 #include "Parser.h"
@@ -22,7 +23,7 @@ TEST_F(ParamsTest, ItemsAreTakenInAnyOrder) {
   const int port = PORT;
   EXPECT_TRUE(
       parser.parseServerParam("(server_param (wind_rand 0.5) (synch_mode 1)(port 6010)\n"
-                              "(game_log_dir \"./\")(half_time  60)(catch_ban_cycle 9))"));
+                              "(game_log_directory \"./\")(half_time  60)(catch_ban_cycle 9))"));
   EXPECT_EQ(WIND_RAND, 0.5);
   EXPECT_TRUE(SYNCH_MODE);
   EXPECT_EQ(HALF_TIME, 60);
@@ -112,8 +113,9 @@ TEST(Constants, TheFieldIsMarkedBeforeAnythingRuns) {
               {FLAG_LEFT_BOTTOM_30, -57.5, 30},
               {FLAG_RIGHT_TOP_10, 57.5, -10}};
   for (const auto& row : rows) {
-    EXPECT_DOUBLE_EQ(flag_x[row.flag], row.x) << row.flag;
-    EXPECT_DOUBLE_EQ(flag_y[row.flag], row.y) << row.flag;
+    const auto at = static_cast<std::size_t>(row.flag);
+    EXPECT_DOUBLE_EQ(flag_x[at], row.x) << row.flag;
+    EXPECT_DOUBLE_EQ(flag_y[at], row.y) << row.flag;
   }
   EXPECT_EQ(goal_x[GOAL_LEFT], -52.5);
   EXPECT_EQ(goal_x[GOAL_RIGHT], 52.5);

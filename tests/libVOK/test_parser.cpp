@@ -83,27 +83,42 @@ TEST_F(ParserTest, ATypeChangeIsOursOnlyBehindAComma) {
 
 TEST_F(ParserTest, PlayModesAreNamedForEachSide) {
   const struct {
-    const char* name;
-    play_mode left, right;
-  } rows[] = {
-      {"play_on)", PLAY_MODE_PLAY_ON, PLAY_MODE_PLAY_ON},
-      {"time_up", PLAY_MODE_TIME_OVER, PLAY_MODE_TIME_OVER},
-      {"first_half_over", PLAY_MODE_HALF_TIME, PLAY_MODE_HALF_TIME},
-      {"goal_l_1", PLAY_MODE_GOAL_US, PLAY_MODE_GOAL_THEM},
-      {"goal_kick_l", PLAY_MODE_GOAL_KICK_US, PLAY_MODE_GOAL_KICK_THEM},
-      {"foul_r", PLAY_MODE_FREE_KICK_US, PLAY_MODE_FREE_KICK_THEM},
-      {"foul_l", PLAY_MODE_FREE_KICK_THEM, PLAY_MODE_FREE_KICK_US},
-      {"foul_charge_l", PLAY_MODE_FOUL_CHARGE_US, PLAY_MODE_FOUL_CHARGE_THEM},
-      {"free_kick_fault_r", PLAY_MODE_FREEKICK_FAULT_THEM, PLAY_MODE_FREEKICK_FAULT_US},
-      {"penalty_score_r", PLAY_MODE_PENALTY_SCORE_THEM, PLAY_MODE_PENALTY_SCORE_US},
-      {"indirect_free_kick_r", PLAY_MODE_FREE_KICK_THEM, PLAY_MODE_FREE_KICK_US},
-      {"catch_fault_l", PLAY_MODE_FREEKICK_FAULT_US, PLAY_MODE_FREEKICK_FAULT_THEM},
-      {"illegal_defense_r", PLAY_MODE_FREEKICK_FAULT_THEM, PLAY_MODE_FREEKICK_FAULT_US},
-  };
+    std::string name;
+    play_mode us;
+  } rows[] = {{"kick_off", PLAY_MODE_KICK_OFF_US},
+              {"kick_in", PLAY_MODE_KICK_IN_US},
+              {"free_kick", PLAY_MODE_FREE_KICK_US},
+              {"corner_kick", PLAY_MODE_CORNER_KICK_US},
+              {"goal_kick", PLAY_MODE_GOAL_KICK_US},
+              {"offside", PLAY_MODE_OFFSIDE_US},
+              {"goal", PLAY_MODE_GOAL_US},
+              {"free_kick_fault", PLAY_MODE_FREEKICK_FAULT_US},
+              {"goalie_catch_ball", PLAY_MODE_GOALIE_CATCH_US},
+              {"penalty_kick", PLAY_MODE_PENALTY_KICK_US},
+              {"foul_charge", PLAY_MODE_FOUL_CHARGE_US},
+              {"foul_push", PLAY_MODE_FOUL_PUSH_US},
+              {"foul_multiple_attack", PLAY_MODE_FOUL_MULTIPLE_ATTACK_US},
+              {"foul_ballout", PLAY_MODE_FOUL_BALLOUT_US},
+              {"back_pass", PLAY_MODE_BACKPASS_US},
+              {"penalty_setup", PLAY_MODE_PENALTY_SETUP_US},
+              {"penalty_ready", PLAY_MODE_PENALTY_READY_US},
+              {"penalty_taken", PLAY_MODE_PENALTY_TAKEN_US},
+              {"penalty_miss", PLAY_MODE_PENALTY_MISS_US},
+              {"penalty_score", PLAY_MODE_PENALTY_SCORE_US},
+              {"indirect_free_kick", PLAY_MODE_FREE_KICK_US},
+              {"catch_fault", PLAY_MODE_FREEKICK_FAULT_US},
+              {"illegal_defense", PLAY_MODE_FREEKICK_FAULT_US}};
   for (const auto& row : rows) {
-    EXPECT_EQ(Parser::parsePlaymode(row.name, SIDE_LEFT), row.left) << row.name;
-    EXPECT_EQ(Parser::parsePlaymode(row.name, SIDE_RIGHT), row.right) << row.name;
+    EXPECT_EQ(Parser::parsePlaymode(row.name + "_l_1)", SIDE_LEFT), row.us) << row.name;
+    EXPECT_EQ(Parser::parsePlaymode(row.name + "_l", SIDE_RIGHT), row.us + 1) << row.name;
+    EXPECT_EQ(Parser::parsePlaymode(row.name + "_r", SIDE_LEFT), row.us + 1) << row.name;
+    EXPECT_EQ(Parser::parsePlaymode(row.name + "_r", SIDE_RIGHT), row.us) << row.name;
   }
+  EXPECT_EQ(Parser::parsePlaymode("foul_r", SIDE_LEFT), PLAY_MODE_FREE_KICK_US);
+  EXPECT_EQ(Parser::parsePlaymode("foul_l", SIDE_LEFT), PLAY_MODE_FREE_KICK_THEM);
+  EXPECT_EQ(Parser::parsePlaymode("foul_l", SIDE_RIGHT), PLAY_MODE_FREE_KICK_US);
+  EXPECT_EQ(Parser::parsePlaymode("time_up", SIDE_LEFT), PLAY_MODE_TIME_OVER);
+  EXPECT_EQ(Parser::parsePlaymode("first_half_over", SIDE_LEFT), PLAY_MODE_HALF_TIME);
   EXPECT_EQ(errors.take(), "");
   EXPECT_EQ(Parser::parsePlaymode("yellow_card_l_5", SIDE_LEFT), PLAY_MODE_UNKNOWN);
   EXPECT_EQ(errors.take(), "Unknown Playmode: yellow_card_l_5\n");
@@ -145,11 +160,11 @@ TEST_F(ParserTest, AViewEndsAtTheFirstObjectThatIsNone) {
       {crowd + ")", "Parser: to manny players!\n"},
       {"(see_global 1 ((g l) 0 0) ((g r) 0 0) ((g l) 0 0))", "Parser: to manny goals!\n"},
       {"(see_global 1 ((f c) 0 0))", ""},
-      {"(see_global 1)", "Parser: malformed object: l=0 len=0 ')'\n"},
-      {"(see_global 1 ((b)))", "Parser: malformed object: l=4 len=0 '((b)))'\n"},
+      {"(see_global 1)", "Parser: malformed object: l=0 len=0\n')'\n"},
+      {"(see_global 1 ((b)))", "Parser: malformed object: l=4 len=0\n'((b)))'\n"},
       {"(see_global 1 ((b) 0 nan 0 0))",
-       "Parser: malformed object: l=5 len=15 '((b) 0 nan 0 0))'\n"},
-      {"(see_global 1 ((b) 1e999 0\n))", "Parser: malformed object: l=5 len=14 '((b) 1e999 0'\n"},
+       "Parser: malformed object: l=5 len=15\n'((b) 0 nan 0 0))'\n"},
+      {"(see_global 1 ((b) 1e999 0\n))", "Parser: malformed object: l=5 len=14\n'((b) 1e999 0'\n"},
   };
   for (const auto& row : rows) {
     EXPECT_FALSE(parse(row.text)) << row.text;

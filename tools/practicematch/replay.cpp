@@ -45,6 +45,15 @@ bool Recording::synchronous() const {
   return false;
 }
 
+std::string Recording::lastTime() const {
+  constexpr std::string_view head = "(see_global ";
+  for (auto entry = texts.rbegin(); entry != texts.rend(); ++entry) {
+    if (!entry->text.starts_with(head)) continue;
+    return entry->text.substr(head.size(), entry->text.find(' ', head.size()) - head.size());
+  }
+  return "0";
+}
+
 std::string Recording::team() const {
   const bool left = texts.front().text.starts_with("(init l");
   for (const RecordedText& entry : texts) {

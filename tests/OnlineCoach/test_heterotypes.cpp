@@ -1,0 +1,138 @@
+// The choice of our players' types, by the shipped wishes and a made-up set of types.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <thread>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "constants.h"
+#include "support/server.h"
+#include "vokcoach.h"
+
+namespace vok::test {
+namespace {
+
+// Decay, kickable margin, dash rate, extra stamina: the default type, what 10 and 11 wish, what 2
+// and 5 wish, what 6 and 7 wish, the default again, and a type for strikers and nobody else.
+constexpr double types[7][4] = {{0.4, 0.7, 0.006, 0},     {0.5, 0.75, 0.0076, 40},
+                                {0.45, 0.75, 0.0072, 50}, {0.45, 0.85, 0.0066, 60},
+                                {0.4, 0.7, 0.006, 0},     {0.4, 0.7, 0.006, 0},
+                                {0.6, 0.5, 0.008, 100}};
+
+const std::string negativeUtility = "WARNING: utility < 0. Check agent.conf\n";
+
+class HeteroTypes : public testing::Test {
+ protected:
+  HeteroTypes() {
+    std::thread checkIn([this] { server.checkIn(); });
+    coach =
+        std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
+    checkIn.join();
+    coach->world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
+    for (int id = 0; id < 7; ++id) {
+      WPlayerType& type = coach->world->playerType.at(static_cast<std::size_t>(id));
+      type.state = id;
+      type.playerDecay = types[id][0];
+      type.kickableMargin = types[id][1];
+      type.dashPowerRate = types[id][2];
+      type.extraStamina = types[id][3];
+    }
+  }
+
+  // The changes that the server was asked for: "number:type " each.
+  std::string changes() {
+    std::string all;
+    for (std::string text; !(text = server.receive(50)).empty();) {
+      int number = 0;
+      int type = 0;
+      if (std::sscanf(text.c_str(), "(change_player_type %d %d)", &number, &type) == 2) {
+        all += std::to_string(number) + ":" + std::to_string(type) + " ";
+      }
+    }
+    return all;
+  }
+
+  ScriptedServer server;
+  std::unique_ptr<VokCoach> coach;
+};
+
+TEST_F(HeteroTypes, UtilityWeighsHowCloseATypeComesToTheWishes) {
+  coach->readAgentConf();
+  const std::tuple<int, int, double> rows[] = {
+      {2, 2, 1},
+      {6, 3, 1},
+      {11, 1, 1},
+      {2, 0, 0.15 * 0.75 + 0.15 * 0.75 + 0.45 * 0.4 + 0.25 * 0.5},
+      {4, 0, 0.15 * 0.75 + 0.35 * 0.5 + 0.3 * 0.6 + 0.2 * 0.6},
+      {6, 0, 0.1 * 0.75 + 0.45 * 0.25 + 0.2 * 0.7 + 0.25 * 0.4},
+      {10, 0, 0.2 * 0.5 + 0.15 * 0.75 + 0.5 * 0.2 + 0.15 * 0.6},
+      {10, 6, 0.2 * 0.5 + 0.15 * -0.25 + 0.5 * 0.8 + 0.15 * 0.4},
+      {6, 6, 0.1 * 0.25 + 0.45 * -0.75 + 0.2 * 0.3 + 0.25 * 0.6},
+  };
+  for (const auto& [player, type, utility] : rows) {
+    EXPECT_NEAR(coach->calcUtility(player, type), utility, 1e-9) << player << " " << type;
+  }
+}
+
+TEST_F(HeteroTypes, OffendersChooseFirstAndATypeServesThreePlayers) {
+  const std::pair<int, const char*> rows[] = {{2, "10:1 11:1 2:2 3:3 4:3 5:2 6:3 7:2 8:1 "},
+                                              {4, "8:2 9:2 10:1 11:1 2:2 3:3 4:3 5:1 6:3 "},
+                                              {-3, "2:2 3:3 4:3 5:2 6:3 7:2 8:1 9:1 10:1 11:6 "},
+                                              {20, "2:2 3:3 4:3 5:2 6:3 7:2 8:1 9:1 10:1 11:6 "}};
+  for (const auto& [offenders, asked] : rows) {
+    coach->tactical->ourSystem.numOffenders = offenders;
+    coach->chooseHeterogenousPlayers();
+    EXPECT_EQ(changes(), asked) << offenders << " offenders";
+  }
+  EXPECT_EQ(coach->plType[11], 6);
+  EXPECT_EQ(coach->numPlType, (std::vector<int>{3, 0, 0, 0, 3, 3, 2}));
+}
+
+TEST_F(HeteroTypes, WithoutAWishNothingBeatsTheDefaultType) {
+  coach->choosePlayerType(2);  // before any wish was read
+  EXPECT_EQ(changes(), "");
+}
+
+TEST_F(HeteroTypes, AfterKickOffAChangeNeedsASubstitution) {
+  coach->readAgentConf();
+  coach->world->playMode = PLAY_MODE_FREE_KICK_US;
+  coach->choosePlayerType(2);
+  EXPECT_EQ(changes(), "2:2 ");
+  coach->numSubs = 0;
+  coach->choosePlayerType(3);
+  EXPECT_EQ(changes(), "");
+  coach->world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
+  coach->choosePlayerType(3);
+  EXPECT_EQ(changes(), "3:3 ");
+}
+
+TEST_F(HeteroTypes, TypesAreKnownWhenAllSixAreAnnounced) {
+  coach->world->playerType[0].state = -1;  // the default type needs no announcement
+  EXPECT_TRUE(coach->knowsHeteroTypes());
+  coach->world->playerType[6].state = -1;
+  EXPECT_FALSE(coach->knowsHeteroTypes());
+  coach->world->playerType.resize(6);
+  EXPECT_FALSE(coach->knowsHeteroTypes());
+}
+
+TEST_F(HeteroTypes, TheReportListsTypesAndPlayers) {
+  StderrCapture errors;
+  playerParams.player_types = 1000;  // grown since the world was made
+  coach->chooseHeterogenousPlayers();
+  EXPECT_EQ(errors.take(), negativeUtility + negativeUtility) << "type 6 for players 6 and 7";
+  coach->printStats();  // without remote control the monitor's commands are shown instead
+  const auto reported = lines(errors.take());
+  const std::string head = "Not in ZELTRAmode dropping cmd: \"(log ";
+  ASSERT_EQ(reported.size(), 1U + 7U + 10U);
+  EXPECT_EQ(reported[0], head + "0 Coach hetero player status:)\"");
+  EXPECT_TRUE(reported[4].starts_with(head + "1 (PlayerType 3 ((speed_max ")) << reported[4];
+  EXPECT_EQ(reported[8], head + "2 Player 2 has type 2)\"");
+  EXPECT_EQ(reported[15], head + "2 Player 9 has type 0)\"");
+}
+
+}  // namespace
+}  // namespace vok::test
