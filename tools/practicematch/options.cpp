@@ -59,7 +59,7 @@ const std::array<Row, 15> rows = {{
        return readNumber<std::uint64_t>(v, 0, UINT64_MAX, o.match.seed);
      },
      Goes::WithMatch,
-     "chooses the match: a whole number; the same one, the same match (default 1)"},
+     "chooses the match: a whole number; the same one, the same match (default 2)"},
     {"--side", "l|r", readSide, Goes::WithMatch, "the coach's side, l or r (default l)"},
     {"--types", "N",
      [](std::string_view v, Options& o) { return readNumber(v, 1, 100, o.match.types); },
