@@ -27,7 +27,7 @@ struct MatchSettings {
 
 class Match {
  public:
-  explicit Match(const MatchSettings& matchSettings);
+  explicit Match(MatchSettings matchSettings);
 
   /// All that a coach is told in one burst when it checks in.
   std::vector<std::string> checkIn() const;

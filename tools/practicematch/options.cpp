@@ -141,7 +141,8 @@ std::optional<Options> readOptions(int count, const char* const* arguments, std:
       value = arguments[i];
     }
     if (!row->read(value, options)) {
-      error = name + " cannot be \"" + value + "\": " + std::string(row->help);
+      error = name;
+      error.append(" cannot be \"").append(value).append("\": ").append(row->help);
       return std::nullopt;
     }
     given.insert(row);
