@@ -27,7 +27,7 @@ struct WishKey {
   double DesiredType::*wish;
 };
 
-constexpr WishKey WISH_KEYS[] = {
+constexpr auto WISH_KEYS = std::to_array<WishKey>({
     {"player%d_decay_inertia_delta", &DesiredType::decay_inertia_delta},
     {"player%d_decay_inertia_weight", &DesiredType::decay_inertia_weight},
     {"player%d_kickmargin_rand_delta", &DesiredType::kickmargin_rand_delta},
@@ -36,7 +36,7 @@ constexpr WishKey WISH_KEYS[] = {
     {"player%d_dpr_stamina_inc_max_weight", &DesiredType::dpr_stamina_inc_max_weight},
     {"player%d_extra_stamina_effort_delta", &DesiredType::extra_stamina_effort_delta},
     {"player%d_extra_stamina_effort_weight", &DesiredType::extra_stamina_effort_weight},
-};
+});
 
 /// 1 for what was wished, 0 at `range` from it and negative beyond.
 double closeness(double wished, double actual, double range) {

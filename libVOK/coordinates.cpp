@@ -38,7 +38,6 @@ double Vector2d::getLength() const {
 }
 
 double Vector2d::getAngle() const {
-  if (x == 0 && y == 0) return 0;  // atan2 gives +-pi for a negative zero
   return std::atan2(y, x);
 }
 

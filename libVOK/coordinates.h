@@ -46,7 +46,7 @@ struct Vector2d {
   void setXY(double newX, double newY) { *this = {newX, newY}; }
 
   double getLength() const;
-  /// Direction in radians; 0 for the zero vector.
+  /// Direction in radians.
   double getAngle() const;
   void setRadAng(double length, double radians);
 

@@ -149,8 +149,8 @@ bool Parser::parseExact() {
 bool Parser::parseObject(const GlobalObject& object, std::size_t& players, std::size_t& goals) {
   ObjectNumbers numbers;
   if (object.size == 0 || !readNumbers(Scanner(object.numbers), numbers)) {
-    std::cerr << "Parser: malformed object: l=" << object.nameSize << " len=" << object.size << " '"
-              << firstLine(msg.rest()) << "'\n";
+    std::cerr << "Parser: malformed object: l=" << object.nameSize << " len=" << object.size
+              << "\n'" << firstLine(msg.rest()) << "'\n";
     return false;
   }
 

@@ -160,11 +160,11 @@ TEST_F(ParserTest, AViewEndsAtTheFirstObjectThatIsNone) {
       {crowd + ")", "Parser: to manny players!\n"},
       {"(see_global 1 ((g l) 0 0) ((g r) 0 0) ((g l) 0 0))", "Parser: to manny goals!\n"},
       {"(see_global 1 ((f c) 0 0))", ""},
-      {"(see_global 1)", "Parser: malformed object: l=0 len=0 ')'\n"},
-      {"(see_global 1 ((b)))", "Parser: malformed object: l=4 len=0 '((b)))'\n"},
+      {"(see_global 1)", "Parser: malformed object: l=0 len=0\n')'\n"},
+      {"(see_global 1 ((b)))", "Parser: malformed object: l=4 len=0\n'((b)))'\n"},
       {"(see_global 1 ((b) 0 nan 0 0))",
-       "Parser: malformed object: l=5 len=15 '((b) 0 nan 0 0))'\n"},
-      {"(see_global 1 ((b) 1e999 0\n))", "Parser: malformed object: l=5 len=14 '((b) 1e999 0'\n"},
+       "Parser: malformed object: l=5 len=15\n'((b) 0 nan 0 0))'\n"},
+      {"(see_global 1 ((b) 1e999 0\n))", "Parser: malformed object: l=5 len=14\n'((b) 1e999 0'\n"},
   };
   for (const auto& row : rows) {
     EXPECT_FALSE(parse(row.text)) << row.text;

@@ -104,7 +104,7 @@ std::string StderrCapture::take() {
 }
 
 CoachProcess::CoachProcess(const std::vector<std::string>& arguments)
-    : errorFile(fileno(std::tmpfile())) {
+    : errorFile(open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)) {
   pid = fork();
   if (pid != 0) return;
   const std::string program = VOK_BIN_DIR "/onlinecoach";

@@ -76,24 +76,15 @@ std::size_t count(const std::string& text, const std::string& what) {
 TEST(Saydecode, PrintsWhatAPlayerReads) {
   const Result result = saydecode("'" + coachText() + "'");
   EXPECT_EQ(result.status, 0);
-  const std::vector<std::string> lines = {
-      "message 1, text 1",
-      "kind         coach, 126 characters",
-      "prefix       vok",
-      "sender       0 right",
-      "destination  all",
-      "checksum     holds",
-      "time         2345",
-      "goalies      ours 1, theirs unknown",
-      "kicker       9",
-      "opponents    10 and 7",
-      "ball         6.2  -18.4",
-      " 1        -1.0    1.0     1.0   -0.5     17",
-      " 2        -2.0    2.0     2.0   -1.0      -",
-      " 3        -3.0    3.0     3.0   -1.5     62",
-      "11       -11.0   11.0    11.0   -5.5      -",
-  };
-  for (const std::string& line : lines) EXPECT_EQ(count(result.output, line + "\n"), 1U) << line;
+  for (const char* line :
+       {"message 1, text 1", "kind         coach, 126 characters", "prefix       vok",
+        "sender       0 right", "destination  all", "checksum     holds", "time         2345",
+        "goalies      ours 1, theirs unknown", "kicker       9", "opponents    10 and 7",
+        "ball         6.2  -18.4", " 1        -1.0    1.0     1.0   -0.5     17",
+        " 2        -2.0    2.0     2.0   -1.0      -",
+        " 3        -3.0    3.0     3.0   -1.5     62",
+        "11       -11.0   11.0    11.0   -5.5      -"})
+    EXPECT_EQ(count(result.output, std::string(line) + "\n"), 1U) << line;
 }
 
 TEST(Saydecode, FindsMessagesWhereverTheyStand) {

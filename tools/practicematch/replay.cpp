@@ -45,6 +45,16 @@ bool Recording::synchronous() const {
   return false;
 }
 
+std::string Recording::lastTime() const {
+  constexpr std::string_view head = "(see_global ";
+  std::string time = "0";
+  for (const RecordedText& entry : texts) {
+    if (!entry.text.starts_with(head)) continue;
+    time = entry.text.substr(head.size(), entry.text.find(' ', head.size()) - head.size());
+  }
+  return time;
+}
+
 std::string Recording::team() const {
   const bool left = texts.front().text.starts_with("(init l");
   for (const RecordedText& entry : texts) {

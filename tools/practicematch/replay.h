@@ -22,6 +22,8 @@ struct Recording {
   bool synchronous() const;
   /// The team whose coach was shown the match; empty when no view tells.
   std::string team() const;
+  /// The cycle of the last view, as text.
+  std::string lastTime() const;
 };
 
 }  // namespace vok::practice

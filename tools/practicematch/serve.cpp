@@ -156,7 +156,7 @@ class RecordingService {
   RecordingService(const Options& serviceOptions, Session& session, const Recording& played)
       : recording(played),
         counter{session},
-        inStep(serviceOptions.synch || (serviceOptions.speed == 0 && recording.synchronous())),
+        inStep(serviceOptions.speed == 0 && recording.synchronous()),
         speed(serviceOptions.speed == 0 ? 1 : serviceOptions.speed) {}
 
   const Report& run() {
@@ -188,6 +188,8 @@ class RecordingService {
       if (entry.text.ends_with(" referee time_over)")) over = true;
       if (inStep && entry.text == "(think)") waitForDone(sentAt);
     }
+    // A recording that breaks off in the match ends it here, so that the coach can leave in order.
+    if (!over) counter.session.send("(hear " + recording.lastTime() + " referee time_over)");
     waitUntil(Clock::now() + afterTheEnd);
     if (stopRequested != 0) return Ending::Interrupted;
     return left ? Ending::Stayed : Ending::Silent;
