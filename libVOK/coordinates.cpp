@@ -131,4 +131,13 @@ double lowerDistLimit(double nodaDist, double qstep) {
   return std::exp(std::ceil(std::log(d) / qstep) * qstep - 0.5 * qstep);
 }
 
+double power(double base, int exponent) {
+  double result = 1;
+  for (; exponent > 0; exponent /= 2) {
+    if (exponent % 2 == 1) result *= base;
+    base *= base;
+  }
+  return result;
+}
+
 }  // namespace vok

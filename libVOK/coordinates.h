@@ -107,6 +107,9 @@ bool inField(const Vector2d& pos, double security);
 bool inOurPenaltyArea(const Vector2d& pos, double security);
 bool inOtherPenaltyArea(const Vector2d& pos, double security);
 
+/// By repeated squaring; 1 for an exponent that is not positive.
+double power(double base, int exponent);
+
 /// Largest and smallest true distance that the server reports as `nodaDist` (one decimal) after
 /// rounding the logarithm to steps of `qstep`. Metres.
 double upperDistLimit(double nodaDist, double qstep);

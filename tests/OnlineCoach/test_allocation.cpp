@@ -9,7 +9,7 @@
 #include <new>
 #include <thread>
 
-#include "libVOK/param_keeper.h"
+#include "support/param_keeper.h"
 #include "support/server.h"
 #include "vokcoach.h"
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "constants.h"
+#include "support/param_keeper.h"
 #include "support/server.h"
 #include "vokcoach.h"
 
@@ -56,6 +57,7 @@ class HeteroTypes : public testing::Test {
     return all;
   }
 
+  ParamKeeper keeper;
   ScriptedServer server;
   std::unique_ptr<VokCoach> coach;
 };

@@ -15,8 +15,8 @@
 #include <vector>
 
 #include "Parser.h"
-#include "param_keeper.h"
 #include "scanner.h"
+#include "support/param_keeper.h"
 #include "support/server.h"
 
 namespace vok::test {
