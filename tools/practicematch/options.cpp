@@ -50,7 +50,7 @@ bool readTeam(std::string_view text, Options& o) {
   return initTeam("(init " + o.team + " (version 9.00))").has_value();
 }
 
-const std::array<Row, 15> rows = {{
+const std::array<Row, 16> rows = {{
     {"--cycles", "N",
      [](std::string_view v, Options& o) { return readNumber(v, 2, 100000, o.match.cycles); },
      Goes::WithMatch, "length in two halves, 2 to 100000 cycles (default 6000)"},
@@ -89,6 +89,12 @@ const std::array<Row, 15> rows = {{
     {"--wait", "SECONDS",
      [](std::string_view v, Options& o) { return readNumber(v, 1, 86400, o.waitSeconds); },
      Goes::Always, "how long to wait for a coach, 1 to 86400 (default 60)"},
+    {"--log", "FILE",
+     [](std::string_view v, Options& o) {
+       o.log = v;
+       return !v.empty();
+     },
+     Goes::Always, "writes every command of the coach there, a line each"},
     {"--lenient", "", [](std::string_view, Options& o) { return o.lenient = true; },
      Goes::WithMatch, "no warning about commands without a terminator"},
     {"--quiet", "", [](std::string_view, Options& o) { return o.quiet = true; }, Goes::Always,

@@ -15,6 +15,7 @@ struct Options {
   double speed = 0;    ///< of the recording; 0: in step with the coach where it was so
   bool synch = false;  ///< asked for on the command line
   std::string team;    ///< the only one that is let in; empty: any
+  std::string log;     ///< the file that keeps the coach's commands; empty: none does
   int waitSeconds = 60;
   bool lenient = false;
   bool quiet = false;

@@ -62,6 +62,9 @@ int main(int argc, char** argv) {
   if (!session.open(options->match.port, error)) {
     return fail("port " + std::to_string(options->match.port) + ": " + error, 1);
   }
+  if (!options->log.empty() && !session.logTo(options->log)) {
+    return fail("--log " + options->log + ": cannot be opened", badArgument);
+  }
   return options->replay.empty() ? serveMatch(*options, session)
                                  : serveRecording(*options, recording, session);
 }

@@ -143,12 +143,19 @@ void Session::refuseLateComers() {
   }
 }
 
+bool Session::logTo(const std::string& file) {
+  log.open(file);
+  return log.is_open();
+}
+
 std::optional<Command> Session::receive(Clock::time_point deadline) {
   do {
     refuseLateComers();
     sockaddr_in from{};
     while (auto command = ownSocket.receive(from)) {
-      if (sameAddress(from, coach)) return command;
+      if (!sameAddress(from, coach)) continue;
+      if (log.is_open()) log << command->text << std::endl;
+      return command;
     }
   } while (wait(ownSocket, deadline));
   return std::nullopt;

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <fstream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -48,6 +49,8 @@ class Session {
  public:
   bool open(int port, std::string& error);
   int port() const { return publicSocket.port(); }
+  /// From now on every command is written to a file, a line each. False when it cannot be opened.
+  bool logTo(const std::string& file);
 
   /// Waits for a coach to ask for its place and returns the name of its team. With a `team`, all
   /// others are refused.
@@ -65,6 +68,7 @@ class Session {
   Socket publicSocket;
   Socket ownSocket;
   sockaddr_in coach{};
+  std::ofstream log;
 };
 
 /// The team's name in "(init NAME (version N))"; nothing when the text is no such command.
