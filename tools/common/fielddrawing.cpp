@@ -103,7 +103,7 @@ void drawLine(std::ostream& out, const DrawnLine& line) {
 void drawField(std::ostream& out, const FieldDrawing& drawing) {
   out << FIELD;
   if (!drawing.areas.empty()) {
-    out << "<g fill-opacity='0.13' stroke-opacity='0.7' stroke-width='0.15'>\n";
+    out << "<g fill-opacity='0.14' stroke-opacity='0.8' stroke-width='0.2'>\n";
     for (const DrawnArea& area : drawing.areas) drawArea(out, area);
     out << "</g>\n";
   }

@@ -47,29 +47,27 @@ int fail(const std::string& reason) {
   return 1;
 }
 
-const char* colourOf(Role role) {
-  switch (role) {
-    case Role::DEFENCE:
-      return "#2456c8";
-    case Role::MIDFIELD:
-      return "#c47f00";
-    case Role::ATTACK:
-      break;
-  }
-  return "#c4281f";
-}
+struct RoleColours {
+  const char* player;
+  const char* area;  ///< lighter: it lies translucent on the grass
+};
+
+/// By `Role`.
+constexpr RoleColours COLOURS[] = {
+    {"#2456c8", "#7aa2ff"}, {"#b87400", "#ffc24a"}, {"#c4281f", "#ff6a5e"}};
 
 FieldDrawing draw(const SettledTeam& team, Vector2d ball) {
   FieldDrawing drawing;
   for (const SettledPlace& place : team.places) {
+    const RoleColours& colours = COLOURS[static_cast<std::size_t>(place.role)];
     DrawnPlayer player;
     player.pos = place.pos;
     player.number = place.number;
-    player.colour = colourOf(place.role);
+    player.colour = colours.player;
     drawing.players.push_back(player);
-    drawing.areas.push_back({place.lo, place.hi, player.colour});
+    drawing.areas.push_back({place.lo, place.hi, colours.area});
   }
-  for (const double x : {team.minX, team.maxX}) drawing.lines.push_back({x, "#cfe3ff", false});
+  for (const double x : {team.minX, team.maxX}) drawing.lines.push_back({x, "#7fe0ff", false});
   drawing.lines.push_back({team.offsideLine, "#ffd83a", true});
   drawing.ball = ball;
 
