@@ -31,8 +31,7 @@ Result formationview(const std::string& arguments) {
   const std::string err = out + ".err";
   const std::string program = VOK_BIN_DIR "/formationview ";
   const int status = std::system((program + ">" + out + " 2>" + err + " " + arguments).c_str());
-  const Result result = {WIFEXITED(status) ? WEXITSTATUS(status) : -1, fileText(out),
-                         fileText(err)};
+  Result result = {WIFEXITED(status) ? WEXITSTATUS(status) : -1, fileText(out), fileText(err)};
   std::remove(out.c_str());
   std::remove(err.c_str());
   return result;

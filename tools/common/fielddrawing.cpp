@@ -147,8 +147,10 @@ void writeSheet(std::ostream& out, const std::vector<FieldDrawing>& drawings) {
   const int columns = count <= 4 ? std::min(count, 2) : 3;
   beginPicture(out, columns, (count + columns - 1) / columns, SHEET_WIDTH, SHEET_HEIGHT);
   for (int i = 0; i < count; ++i) {
-    out << "<g class='picture' transform='translate(" << i % columns * 2 * FRAME_X << ","
-        << i / columns * 2 * FRAME_Y << ")'>\n";
+    const int row = i / columns;
+    const int column = i % columns;
+    out << "<g class='picture' transform='translate(" << column * 2 * FRAME_X << ","
+        << row * 2 * FRAME_Y << ")'>\n";
     drawField(out, drawings[static_cast<std::size_t>(i)]);
     out << "</g>\n";
   }

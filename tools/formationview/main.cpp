@@ -1,4 +1,5 @@
 // Draws where the formations of a configuration place the players.
+#include <array>
 #include <fstream>
 #include <iomanip>
 #include <iostream>
@@ -53,8 +54,8 @@ struct RoleColours {
 };
 
 /// By `Role`.
-constexpr RoleColours COLOURS[] = {
-    {"#2456c8", "#7aa2ff"}, {"#b87400", "#ffc24a"}, {"#c4281f", "#ff6a5e"}};
+constexpr std::array<RoleColours, 3> COLOURS = {
+    {{"#2456c8", "#7aa2ff"}, {"#b87400", "#ffc24a"}, {"#c4281f", "#ff6a5e"}}};
 
 FieldDrawing draw(const SettledTeam& team, Vector2d ball) {
   FieldDrawing drawing;

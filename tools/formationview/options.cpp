@@ -1,6 +1,7 @@
 #include "options.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string_view>
 
@@ -77,7 +78,7 @@ struct OptionRow {
   Reason (*take)(Options&, const std::string& value);
 };
 
-constexpr OptionRow ROWS[] = {
+constexpr auto ROWS = std::to_array<OptionRow>({
     {"-f", [](Options& o,
               const std::string& v) { return takeName(o.configFile, "the configuration", v); }},
     {"--out", [](Options& o, const std::string& v) { return takeName(o.outFile, "--out", v); }},
@@ -85,7 +86,7 @@ constexpr OptionRow ROWS[] = {
     {"--form-off", [](Options& o, const std::string& v) { return takeFormation(o.formOff, v); }},
     {"--ball", takeBall},
     {"--offside", takeOffside},
-};
+});
 
 }  // namespace
 
@@ -100,9 +101,9 @@ std::optional<std::string> parse(const std::vector<std::string>& arguments, Opti
     const bool bare = !argument.starts_with("-");
     const std::string_view name = bare ? std::string_view("-f") : std::string_view(argument);
     const auto* const row =
-        std::find_if(std::begin(ROWS), std::end(ROWS),
+        std::find_if(ROWS.begin(), ROWS.end(),
                      [name](const OptionRow& candidate) { return candidate.name == name; });
-    if (row == std::end(ROWS)) return "unknown option '" + argument + "'";
+    if (row == ROWS.end()) return "unknown option '" + argument + "'";
     if (!bare && ++i == arguments.size()) return argument + " needs a value";
     if (name == "-f" && named) return "more than one configuration: '" + arguments[i] + "'";
     named = named || name == "-f";
