@@ -94,7 +94,7 @@ void Team::addSample(int opponent) {
   const Vector2d meanPos = mean(aSummePos[bank][k], n);
   const Vector2d variance = mean(aSummePosSq[bank][k], n) - squares(meanPos);
   aPos[k] = scaled(meanPos, TeamVar) + TeamCOG;
-  // By the spread, not by its square: kept.
+  // By the spread, not by its square, on purpose.
   aPosVar[k] = roots(scaled(variance, TeamVar));
 }
 

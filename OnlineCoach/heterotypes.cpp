@@ -27,7 +27,7 @@ struct WishKey {
   double DesiredType::*wish;
 };
 
-constexpr WishKey WISH_KEYS[] = {
+constexpr auto WISH_KEYS = std::to_array<WishKey>({
     {"player%d_decay_inertia_delta", &DesiredType::decay_inertia_delta},
     {"player%d_decay_inertia_weight", &DesiredType::decay_inertia_weight},
     {"player%d_kickmargin_rand_delta", &DesiredType::kickmargin_rand_delta},
@@ -36,7 +36,7 @@ constexpr WishKey WISH_KEYS[] = {
     {"player%d_dpr_stamina_inc_max_weight", &DesiredType::dpr_stamina_inc_max_weight},
     {"player%d_extra_stamina_effort_delta", &DesiredType::extra_stamina_effort_delta},
     {"player%d_extra_stamina_effort_weight", &DesiredType::extra_stamina_effort_weight},
-};
+});
 
 /// 1 for what was wished, 0 at `range` from it and negative beyond.
 double closeness(double wished, double actual, double range) {
@@ -46,7 +46,7 @@ double closeness(double wished, double actual, double range) {
 }  // namespace
 
 void VokCoach::initSubs() {
-  numSubs = static_cast<unsigned>(numSubsMax());
+  numSubs = static_cast<unsigned>(playerParams.subs_max);
   numPlTypes = numPlayerTypes();
   numPlType.assign(static_cast<std::size_t>(numPlTypes), PLAYERS_PER_TYPE);
   initDone = false;
@@ -125,7 +125,8 @@ void VokCoach::printStats() const {
     Comm::sendMCmd(MLog(text.str(), 0));
   };
   report("0 Coach hetero player status:");
-  const auto types = std::min(static_cast<std::size_t>(numPlTypes), world->playerType.size());
+  const std::size_t known = world == nullptr ? 0 : world->playerType.size();
+  const std::size_t types = std::min(static_cast<std::size_t>(numPlTypes), known);
   for (std::size_t type = 0; type < types; ++type) report("1 ", world->playerType[type]);
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
     report("2 Player ", n, " has type ", plType[static_cast<std::size_t>(n)]);

@@ -33,6 +33,7 @@ VokCoach::VokCoach(const char* team, const char* host, int port, const char* age
 }
 
 VokCoach::~VokCoach() {
+  // In the order of their making, not in the reverse one of the members.
   tactical.reset();
   goalShotEval.reset();
   passEval.reset();
@@ -110,7 +111,7 @@ int VokCoach::calcPlayerForKickUs() const {
   double bound = 10000.0;
   for (int n = 1; n <= 11; ++n) {
     if (!tactical->ourTeamMidfield(n)) continue;
-    const double dist = world->ourTeam[n].distTo(world->ball.pos);
+    const double dist = world->ourTeam[static_cast<std::size_t>(n)].distTo(world->ball.pos);
     if (dist < bound) {
       bound = dist;
       nearest = n;

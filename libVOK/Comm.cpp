@@ -96,22 +96,32 @@ int Comm::receiveTimeout() {
 
 void Comm::drainSocket() {
   if (async->act || async->answerDue()) return;
-  const int firstWait = ZELTRAmode ? -1 : receiveTimeout();
-  for (int received = 0; received < MAX_DRAIN; ++received) {
-    const char* text = nullptr;
-    try {
-      text = sock->recv(received == 0 ? firstWait : 0, &async->act);
-    } catch (const UDPAct&) {
-      return;
-    } catch (const UDPTimeOut& error) {
-      if (received == 0) serverLost(error);
-      return;
-    } catch (const UDPSocketError& error) {
-      if (error.number() != EINTR) serverLost(error);
-      return;
-    }
+  const char* text = receiveFirst();
+  for (int received = 1; text != nullptr; ++received) {
     receiveText(text);
-    if (async->act || async->answerDue()) return;
+    if (async->act || async->answerDue() || received == MAX_DRAIN) return;
+    text = receiveNext();
+  }
+}
+
+// Null when there is nothing to route, be it that the server is lost.
+const char* Comm::receiveFirst() {
+  try {
+    return sock->recv(ZELTRAmode ? -1 : receiveTimeout(), &async->act);
+  } catch (const UDPAct&) {
+    return nullptr;
+  } catch (const UDPSocketError& error) {
+    if (error.number() != EINTR) serverLost(error);
+    return nullptr;
+  }
+}
+
+const char* Comm::receiveNext() {
+  try {
+    return sock->tryRecv();
+  } catch (const UDPSocketError& error) {
+    serverLost(error);
+    return nullptr;
   }
 }
 
@@ -125,7 +135,7 @@ void Comm::receiveText(const char* text) {
   async->setRecvTime();
   SensorData data;
   if (!parser->parseServerString(text, data)) {
-    timedCommError() << "could not parse server string " << text << "\n";
+    timedCommError() << "could not parse server string " << firstLine(text) << "\n";
     return;
   }
   const bool newCycle = async->adjust(data);
@@ -154,16 +164,16 @@ void Comm::route(const SensorData& data, bool newCycle, const char* text) {
       feignNormalView(VIEW_WIDTH_NARROW);
       break;
     case SENSOR_TYPE_ERROR:
-      timedCommError() << "received error message from server: " << text << "\n";
+      timedCommError() << "received error message from server: " << firstLine(text) << "\n";
       break;
     case SENSOR_TYPE_WARNING:
-      timedCommError() << "received warning message from server: " << text << "\n";
+      timedCommError() << "received warning message from server: " << firstLine(text) << "\n";
       if (std::string_view(text).starts_with("(warning message_not_null_terminated)")) {
         terminateTexts = true;
       }
       break;
     case SENSOR_TYPE_STRANGE:
-      timedCommError() << "received strange message from server: " << text << "\n";
+      timedCommError() << "received strange message from server: " << firstLine(text) << "\n";
       break;
     case SENSOR_TYPE_CLANG_VER:
       break;

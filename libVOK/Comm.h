@@ -2,6 +2,7 @@
 #pragma once
 
 #include <csignal>
+#include <iosfwd>
 #include <memory>
 
 #include "Parser.h"
@@ -40,7 +41,8 @@ class Comm {
   comm_error connect();
 
   /// Receives and routes everything that is waiting; waits for the first datagram. Returns early
-  /// when a cycle is to be run. A server that stays silent is taken for dead.
+  /// when a cycle is to be run. A server that stays silent is taken for dead. Only when
+  /// `isServerAlive`.
   void drainSocket();
 
   /// Routes the text of one datagram as if it had come from the socket.
@@ -136,6 +138,8 @@ class Comm {
   void routeHear(const SensorData& data);
   void routeSenseBody(const SensorData& data, bool newCycle);
   void feignNormalView(view_width width);
+  const char* receiveFirst();
+  const char* receiveNext();
   void serverLost(const UDPSocketError& error);
   comm_error exchangeCheckin();
   bool parsePlayerCheckin(const char* msg, playing_side& side, play_mode& mode, int& number) const;

@@ -12,7 +12,7 @@ namespace vok {
 class Config {
  public:
   /// Reads a file into the process-wide store; a later definition of a key replaces an earlier
-  /// one. False when the file cannot be opened; a line in error is reported and skipped.
+  /// one. False when the file cannot be opened or read; a line in error is reported and skipped.
   static bool readFile(const char* fileName);
 
   /// The text of a key, or null after a warning line. Valid until the key is set again.

@@ -1,6 +1,5 @@
 #include "Parser.h"
 
-#include <array>
 #include <iostream>
 
 namespace vok {
@@ -113,7 +112,10 @@ bool Parser::parseServerString(std::string_view text, SensorData& record) {
   if (plainHead("(change_player_type ", SENSOR_TYPE_PLAYER_CHANGED)) return parsePlayerChanged();
   if (plainHead("(clang", SENSOR_TYPE_CLANG_VER)) return parseClangVersions();
   if (plainHead("(error ", SENSOR_TYPE_ERROR)) return true;
-  if (plainHead("(think)", SENSOR_TYPE_OK)) return data->think = true;
+  if (plainHead("(think)", SENSOR_TYPE_OK)) {
+    data->think = true;
+    return true;
+  }
   return plainHead("(warning ", SENSOR_TYPE_WARNING);
 }
 

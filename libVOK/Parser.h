@@ -87,10 +87,6 @@ class Parser {
   static int shirtNumber(int number) { return number >= 1 && number <= 11 ? number : -1; }
   /// Copies what fits, and a terminator.
   static void copyText(std::string_view text, HeardText& into);
-  /// A text for a diagnostic, which stays one line whatever was sent.
-  static std::string_view firstLine(std::string_view text) {
-    return text.substr(0, text.find_first_of("\r\n"));
-  }
 
   std::string team;
   playing_side side = SIDE_LEFT;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 
 namespace vok {
@@ -75,18 +76,23 @@ void UDPSocket::send(const char* msg, bool withTerminator) {
 const char* UDPSocket::recv(int timeout, const bool* flag) {
   recMsg[0] = '\0';
   if (flag != nullptr && *flag) throw UDPAct();
+  for (;;) {
+    waitReadable(sd, timeout);
+    // What the system called readable may turn out damaged and gone: then wait again.
+    if (const char* text = tryRecv()) return text;
+  }
+}
 
+const char* UDPSocket::tryRecv() {
+  recMsg[0] = '\0';
   sockaddr_in sender{};
   ssize_t received = -1;
-  // What the system called readable may turn out damaged and gone: then wait again.
   do {
-    waitReadable(sd, timeout);
-    do {
-      socklen_t size = sizeof sender;
-      received = recvfrom(sd, recMsg.data(), maxMsgSize - 1, MSG_DONTWAIT,
-                          reinterpret_cast<sockaddr*>(&sender), &size);
-    } while (received < 0 && errno == EINTR);
-  } while (received < 0 && (errno == EAGAIN || errno == EWOULDBLOCK));
+    socklen_t size = sizeof sender;
+    received = recvfrom(sd, recMsg.data(), maxMsgSize - 1, MSG_DONTWAIT,
+                        reinterpret_cast<sockaddr*>(&sender), &size);
+  } while (received < 0 && errno == EINTR);
+  if (received < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return nullptr;
   if (received < 0) throw UDPSocketError("recvfrom returned without data", -1);
 
   recMsg[static_cast<std::size_t>(received)] = '\0';

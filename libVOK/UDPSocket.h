@@ -3,6 +3,7 @@
 
 #include <netinet/in.h>
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,10 @@ class UDPSocket {
   /// Waits up to `timeout` milliseconds (negative: without limit) for one datagram and returns it
   /// as a text that the next call overwrites. Throws `UDPAct` without waiting when `*flag` is set.
   const char* recv(int timeout, const bool* flag);
+
+  /// Like `recv` without a wait, but returns null when nothing is waiting: for the drain, whose
+  /// usual end this is.
+  const char* tryRecv();
 
  private:
   int sd = -1;

@@ -74,11 +74,7 @@ bool AsyncCommInfo::adjust(const SensorData& data) {
   bool accounted = false;
   switch (data.type) {
     case SENSOR_TYPE_EXACT:
-      if (isStopped(playMode)) {
-        newTimestep();
-      } else if (!laterTime) {
-        idleView = true;
-      }
+      noteGlobalView(laterTime);
       break;
     case SENSOR_TYPE_SENSE_BODY:
       neckTwisted = false;
@@ -117,6 +113,18 @@ bool AsyncCommInfo::adjustTime(const SensorData& data) {
   serverTime = data.time;
   newTimestep();
   return true;
+}
+
+void AsyncCommInfo::noteGlobalView(bool laterTime) {
+  // The view of a cycle that is already answered is no cause for another answer.
+  const bool late = lateView && !laterTime;
+  lateView = false;
+  if (!late) viewCame = true;
+  if (isStopped(playMode)) {
+    newTimestep();
+  } else if (!laterTime && !late) {
+    idleView = true;
+  }
 }
 
 void AsyncCommInfo::hearReferee(const SensorData& data) {
@@ -162,6 +170,8 @@ bool AsyncCommInfo::takeAct() {
   nextTimestep = false;
   thinking = false;
   idleView = false;
+  lateView = !viewCame;
+  viewCame = false;
   updateAct();
   return true;
 }
@@ -173,6 +183,7 @@ bool AsyncCommInfo::answerDue() const {
 void AsyncCommInfo::takeAnswer() {
   thinking = false;
   idleView = false;
+  viewCame = false;
 }
 
 void AsyncCommInfo::setStates(int newNumber, long time, play_mode mode, playing_side newSide,

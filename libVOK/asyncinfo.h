@@ -126,6 +126,8 @@ class AsyncCommInfo {
   bool waitForSee = false;
   bool act = false;          ///< run the cycle now
   bool idleView = false;     ///< a global view came that opened no cycle
+  bool viewCame = false;     ///< a global view came since the last answer
+  bool lateView = false;     ///< the cycle was taken before its global view came
   timeval startTime{};       ///< wall clock at construction
   timeval cycleStartTime{};  ///< since `startTime`
   long recvTime = 0;         ///< arrival of the latest datagram, ms since `startTime`'s second
@@ -147,6 +149,7 @@ class AsyncCommInfo {
   void checkAsyncCommandCount(const SensorData& data);
   void hearReferee(const SensorData& data);
   void noteSee();
+  void noteGlobalView(bool laterTime);
 };
 
 }  // namespace vok

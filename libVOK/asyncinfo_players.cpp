@@ -1,6 +1,7 @@
 // The players' part of the cycle timing: how long to wait for a visual message, and whether the
-// commands that were sent were executed. A coach never comes here.
+// commands that were sent were executed. A coach is never sent the messages that lead here.
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstddef>
 #include <iostream>
@@ -73,7 +74,7 @@ void AsyncCommInfo::noteSee() {
 void AsyncCommInfo::startTimer() {
   timeval now{};
   gettimeofday(&now, nullptr);
-  const long step = static_cast<long>(SIMULATOR_STEP) * SLOW_DOWN_FACTOR;
+  const long step = std::min<long>(static_cast<long>(SIMULATOR_STEP) * SLOW_DOWN_FACTOR, INT_MAX);
   // The share of a cycle is an integer quotient: it is 0 for all allowed waits.
   const long maxCycle = 2 * step - (waitForSeeTime / 100) * step - 10;
   const long nowMs = toMs(now) - toMs(startTime);

@@ -65,13 +65,6 @@ unsigned lowBits(double whole) {
   return std::fabs(whole) < 1e9 ? static_cast<unsigned>(static_cast<int>(whole)) : 0;
 }
 
-double plusMinusPi(double radians) {
-  constexpr double pi = std::numbers::pi;
-  while (radians > pi) radians -= 2 * pi;
-  while (radians <= -pi) radians += 2 * pi;
-  return radians;
-}
-
 }  // namespace
 
 int decodeChar(char c) {
@@ -273,7 +266,7 @@ void AudioMsg::rewindRead() {
   setNumber(READ_POS, 0);
 }
 
-// A mark never lies beyond its position, so going back needs no look at the capacity.
+// A mark beyond its position is not gone to, so going back needs no look at the capacity.
 void AudioMsg::rollbackWrite() {
   if (writeMark > getWritePos()) writeMark = 0;
   if (writeMark >= getReadPos())
@@ -351,7 +344,7 @@ AudioMsg& AudioMsg::operator<<(double value) {
 /// Rounding may put an angle on the border of two steps into the lower one.
 AudioMsg& AudioMsg::operator<<(const Angle& value) {
   constexpr double pi = std::numbers::pi;
-  const double v = plusMinusPi(static_cast<double>(value) + pi);
+  const double v = Angle::mod2pi(static_cast<double>(value) + pi);
   const auto n = static_cast<unsigned>(static_cast<int>(std::floor(v * 4096 / (2 * pi))));
   const std::array characters{digit(n), digit(digitsOf(n, 1))};
   append(characters.data(), 2);
@@ -403,7 +396,7 @@ AudioMsg& AudioMsg::operator>>(Angle& value) {
   constexpr double pi = std::numbers::pi;
   if (const char* characters = take(2)) {
     const int n = (decodeChar(characters[0]) + decodeChar(characters[1])) * 128;
-    value = Angle(plusMinusPi(n * pi / 4096 - pi));
+    value = Angle(n * pi / 4096 - pi);
   }
   return *this;
 }

@@ -157,6 +157,8 @@ class AudioMsg {
   /// The opponents' types, entries 1..11, -1 for an unknown one.
   AudioMsg& operator<<(const int* types);
   AudioMsg& operator<<(int* types) { return *this << static_cast<const int*>(types); }
+  /// Any other pointer would pass for a bool.
+  AudioMsg& operator<<(const void*) = delete;
 
   AudioMsg& operator>>(Int3B& value);
   AudioMsg& operator>>(Val5B& value);

@@ -1,6 +1,8 @@
 // The check-in: one attempt to become the server's client.
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <iostream>
 #include <string_view>
@@ -51,7 +53,7 @@ comm_error Comm::exchangeCheckin() {
   const char* answer = receiveAtCheckin();
   const comm_error result = parseCheckinResponse(answer);
   if (result != COMM_OK) {
-    commError() << "cannot handle server checkin response " << answer << "\n";
+    commError() << "cannot handle server checkin response " << firstLine(answer) << "\n";
     return result;
   }
   if (ctype == CLIENT_GOALIE || ctype == CLIENT_FIELDPLAYER) {
@@ -64,7 +66,7 @@ comm_error Comm::exchangeCheckin() {
   const char* text = receiveAtCheckin();
   if (!parser->parseServerParam(text)) {
     if (!parser->parsePlayerParam(text)) {
-      commError() << "cannot parse server_param " << text << "\n";
+      commError() << "cannot parse server_param " << firstLine(text) << "\n";
       return COMM_ERROR_SERVER_INIT;
     }
     commError() << "got player_param instead of server_param\n";
@@ -72,7 +74,7 @@ comm_error Comm::exchangeCheckin() {
   text = receiveAtCheckin();
   if (!parser->parsePlayerParam(text)) {
     if (!parser->parseServerParam(text)) {
-      commError() << "cannot parse player_param " << text << "\n";
+      commError() << "cannot parse player_param " << firstLine(text) << "\n";
       return COMM_ERROR_SERVER_INIT;
     }
     commError() << "got server_param instead of player_param\n";
@@ -81,10 +83,15 @@ comm_error Comm::exchangeCheckin() {
 }
 
 const char* Comm::receiveAtCheckin() {
-  // An alarm from outside changes nothing: wait again. A request to stop ends the check-in.
+  using std::chrono::milliseconds;
+  using std::chrono::steady_clock;
+  // An alarm from outside changes nothing: wait for the rest of the time. A request to stop ends
+  // the check-in.
+  const auto deadline = steady_clock::now() + milliseconds(receiveTimeout());
   for (;;) {
+    const auto left = std::chrono::ceil<milliseconds>(deadline - steady_clock::now());
     try {
-      return sock->recv(receiveTimeout(), nullptr);
+      return sock->recv(static_cast<int>(std::max<long>(left.count(), 0)), nullptr);
     } catch (const UDPSocketError& error) {
       if (error.number() != EINTR || stopRequested != 0) throw;
     }

@@ -16,7 +16,7 @@ namespace {
 
 constexpr double DEGREES = 180.0 / std::numbers::pi;
 
-// The longest command text; a longer one is not sent.
+// Room for a command text with its terminator; a longer one is not sent.
 constexpr std::size_t COMMAND_SIZE = 8192;
 using CommandText = std::array<char, COMMAND_SIZE>;
 
@@ -60,8 +60,12 @@ void Comm::sendFormatted(const char* format, ...) {
   CommandText text;
   va_list values;
   va_start(values, format);
-  std::vsnprintf(text.data(), text.size(), format, values);
+  const int length = std::vsnprintf(text.data(), text.size(), format, values);
   va_end(values);
+  if (length >= static_cast<int>(text.size())) {
+    timedCommError() << "agent cannot send " << text.data() << "... to server\n";
+    return;
+  }
   sendText(text.data());
 }
 
@@ -256,9 +260,12 @@ void Comm::sendNotStaticMCmd(const MCommand& command) {
     return;
   }
   CommandText text;
-  std::snprintf(text.data(), text.size(), "(vokproxy %d %s)", command.duration,
-                command.encoded.c_str());
+  const int length = std::snprintf(text.data(), text.size(), "(vokproxy %d %s)", command.duration,
+                                   command.encoded.c_str());
   try {
+    if (sock == nullptr || length >= static_cast<int>(text.size())) {
+      throw UDPSocketError("no socket, or no room", -1);
+    }
     sock->send(text.data(), terminateTexts);
   } catch (const UDPSocketError&) {
     timedCommError() << "cannot send mcmd \"" << command.encoded << "\" to server.\n";

@@ -38,7 +38,6 @@ double Vector2d::getLength() const {
 }
 
 double Vector2d::getAngle() const {
-  if (x == 0 && y == 0) return 0;  // atan2 gives +-pi for a negative zero
   return std::atan2(y, x);
 }
 
@@ -130,6 +129,15 @@ double lowerDistLimit(double nodaDist, double qstep) {
   const double d = nodaDist - HALF_DIGIT;
   if (d <= 1e-10) return 0.0;
   return std::exp(std::ceil(std::log(d) / qstep) * qstep - 0.5 * qstep);
+}
+
+double power(double base, int exponent) {
+  double result = 1;
+  for (; exponent > 0; exponent /= 2) {
+    if (exponent % 2 == 1) result *= base;
+    base *= base;
+  }
+  return result;
 }
 
 }  // namespace vok

@@ -46,7 +46,7 @@ struct Vector2d {
   void setXY(double newX, double newY) { *this = {newX, newY}; }
 
   double getLength() const;
-  /// Direction in radians; 0 for the zero vector.
+  /// Direction in radians.
   double getAngle() const;
   void setRadAng(double length, double radians);
 
@@ -106,6 +106,9 @@ Intersect intersectLineLine(const Vector2d& l1dir, const Vector2d& l2offset, con
 bool inField(const Vector2d& pos, double security);
 bool inOurPenaltyArea(const Vector2d& pos, double security);
 bool inOtherPenaltyArea(const Vector2d& pos, double security);
+
+/// By repeated squaring; 1 for an exponent that is not positive.
+double power(double base, int exponent);
 
 /// Largest and smallest true distance that the server reports as `nodaDist` (one decimal) after
 /// rounding the logarithm to steps of `qstep`. Metres.

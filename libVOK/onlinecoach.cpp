@@ -11,7 +11,7 @@ namespace vok {
 
 namespace {
 
-// What a failed check-in tells the user, by `comm_error`.
+// What a failed check-in tells the user, by `comm_error`, of which there are seven.
 constexpr std::array<const char*, 7> checkinMessages = {
     nullptr,
     "Onlinecoach: unspecified error when initializing !",

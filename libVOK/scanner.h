@@ -33,6 +33,11 @@ constexpr bool isLetter(char c) {
   return isLower(c) || (c >= 'A' && c <= 'Z');
 }
 
+/// A text up to its first line end: foreign texts must not add lines to the diagnostics.
+inline std::string_view firstLine(std::string_view text) {
+  return text.substr(0, text.find_first_of("\r\n"));
+}
+
 class Scanner {
  public:
   static constexpr std::size_t NO_LIMIT = std::numeric_limits<std::size_t>::max();
@@ -42,7 +47,6 @@ class Scanner {
 
   /// The text from the position on.
   std::string_view rest() const { return left; }
-  bool atEnd() const { return left.empty(); }
   bool startsWith(std::string_view head) const { return left.starts_with(head); }
   void advance(std::size_t n) { left.remove_prefix(n < left.size() ? n : left.size()); }
 
@@ -116,7 +120,6 @@ class Scanner {
   }
 
   bool integer(int& value) { return number(value) == std::errc(); }
-  bool integer(long& value) { return number(value) == std::errc(); }
   bool integer(short& value) { return number(value) == std::errc(); }
 
   /// A finite real in decimal notation.
@@ -148,20 +151,18 @@ class Scanner {
       if (p != end && *p == '-') return std::errc::invalid_argument;
     }
     const auto [behind, error] = std::from_chars(p, end, value);
-    if (error == std::errc::result_out_of_range && isTiny(p, behind))
+    if (error == std::errc::result_out_of_range &&
+        isBelowOne({p, static_cast<std::size_t>(behind - p)})) {
       value = 0;
-    else if (error != std::errc())
+    } else if (error != std::errc()) {
       return error;
+    }
     left.remove_prefix(static_cast<std::size_t>(behind - left.data()));
     return std::errc();
   }
 
-  /// Of a number out of range: its exponent is negative.
-  static bool isTiny(const char* begin, const char* end) {
-    const std::string_view text(begin, static_cast<std::size_t>(end - begin));
-    const std::size_t mark = text.find_first_of("eE");
-    return mark != NO_LIMIT && text.substr(mark + 1).starts_with('-');
-  }
+  /// Of a number out of range: it is too small, not too large.
+  static bool isBelowOne(std::string_view number);
 
   /// "1e" and "1e+" are the number 1, and the exponent's mark goes with it.
   void dropBareExponent(std::string_view number) {

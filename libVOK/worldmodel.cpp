@@ -4,11 +4,13 @@
 #include <cmath>
 #include <cstring>
 #include <iostream>
+#include <limits>
 #include <sstream>
 
 #include "Comm.h"
 #include "Config.h"
 #include "constants.h"
+#include "datastore.h"
 #include "mcommand.h"
 
 namespace vok {
@@ -30,7 +32,7 @@ std::size_t subsRingSize() {
 
 void record(std::vector<Substitution>& ring, int& count, Substitution change) {
   ring[static_cast<std::size_t>(count) % ring.size()] = change;
-  ++count;
+  if (count < std::numeric_limits<int>::max()) ++count;
 }
 
 void recordVoice(std::array<Angle, 10>& dirs, std::array<long, 10>& ages, long& next, Angle dir) {
@@ -183,7 +185,8 @@ void Worldmodel::takePlayer(WPlayer& player, const ExactPlayer& seen) const {
   player.isGoalie = seen.goalie;
   player.pos = toOurFrame(seen.x, seen.y);
   player.v = toOurFrame(seen.x_vel, seen.y_vel);
-  // As they were sent: not turned for a team on the right, and the face relative to the body.
+  // As they were sent: not turned for a team on the right, and the face relative to the body. A
+  // direction that was not sent stays.
   if (seen.body_dir > NO_ANGLE) {
     player.bodyDir = seen.body_dir;
     player.bodyAge = 0;

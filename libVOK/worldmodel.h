@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "audiomsg.h"
-#include "datastore.h"
+#include "sensordata.h"
 #include "worldobjects.h"
 
 namespace vok {

@@ -24,16 +24,6 @@ double projection(const Vector2d& o, const Vector2d& source, const Vector2d& tar
   return ((source - o) * (source - target)) / squared(source - target);
 }
 
-/// By repeated squaring; 1 for an exponent that is not positive.
-double power(double base, int exponent) {
-  double result = 1.0;
-  for (; exponent > 0; exponent /= 2) {
-    if (exponent % 2 == 1) result *= base;
-    base *= base;
-  }
-  return result;
-}
-
 }  // namespace
 
 double WObject::distToLine(const Vector2d& source, const Vector2d& target) const {

@@ -9,16 +9,6 @@ namespace {
 
 constexpr double GOAL_LINE = 52.5;
 
-/// Power by repeated squaring; 1 for exponents that are not positive.
-double power(double base, int exponent) {
-  double result = 1;
-  for (int bits = exponent; bits > 0; bits >>= 1) {
-    if ((bits & 1) != 0) result *= base;
-    base *= base;
-  }
-  return result;
-}
-
 }  // namespace
 
 GoalShotEval::GoalShotEval()

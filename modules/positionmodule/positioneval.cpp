@@ -41,7 +41,7 @@ struct FormationKey {
   int& (*whole)(PlayerPos&);
 };
 
-constexpr FormationKey FORMATION_KEYS[] = {
+constexpr auto FORMATION_KEYS = std::to_array<FormationKey>({
     {"PosX", [](PlayerPos& p) -> double& { return p.Pos.x; }, nullptr},
     {"PosY", [](PlayerPos& p) -> double& { return p.Pos.y; }, nullptr},
     {"tact", nullptr, [](PlayerPos& p) -> int& { return p.tact; }},
@@ -56,7 +56,7 @@ constexpr FormationKey FORMATION_KEYS[] = {
     {"Watch1", nullptr, [](PlayerPos& p) -> int& { return p.Watches[0]; }},
     {"Watch2", nullptr, [](PlayerPos& p) -> int& { return p.Watches[1]; }},
     {"Watch3", nullptr, [](PlayerPos& p) -> int& { return p.Watches[2]; }},
-};
+});
 
 std::array<PlayerPos, PLACES_OF_HALF> readFormation(const std::string& prefix) {
   std::array<PlayerPos, PLACES_OF_HALF> places;

@@ -35,10 +35,10 @@ struct ObservedMotion {
     const double turned = std::abs(now.bodyDir - before.bodyDir);
     const double fullPower = std::max(MAXPOWER, MINPOWER);
     distance = way.getLength();
-    // Degrees over radians: kept.
+    // Degrees over radians, on purpose.
     inertiaBound = (std::abs(MAXMOMENT) / turned - 1) / before.v.getLength();
     dashRate = (way - before.v).getLength() / fullPower;
-    // The way over the speed that is left, not the reverse: kept.
+    // The way over the speed that is left, not the reverse, on purpose.
     decay = distance / now.v.getLength();
   }
 

@@ -1,10 +1,16 @@
 // The choice of our players' types, by the shipped wishes and a made-up set of types.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <memory>
+#include <string>
 #include <thread>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 #include "constants.h"
+#include "support/param_keeper.h"
 #include "support/server.h"
 #include "vokcoach.h"
 
@@ -37,6 +43,7 @@ class HeteroTypes : public testing::Test {
       type.extraStamina = types[id][3];
     }
   }
+
   // The changes that the server was asked for: "number:type " each.
   std::string changes() {
     std::string all;
@@ -50,17 +57,14 @@ class HeteroTypes : public testing::Test {
     return all;
   }
 
+  ParamKeeper keeper;
   ScriptedServer server;
   std::unique_ptr<VokCoach> coach;
 };
 
 TEST_F(HeteroTypes, UtilityWeighsHowCloseATypeComesToTheWishes) {
   coach->readAgentConf();
-  const struct {
-    int player;
-    int type;
-    double utility;
-  } rows[] = {
+  const std::tuple<int, int, double> rows[] = {
       {2, 2, 1},
       {6, 3, 1},
       {11, 1, 1},
@@ -71,24 +75,20 @@ TEST_F(HeteroTypes, UtilityWeighsHowCloseATypeComesToTheWishes) {
       {10, 6, 0.2 * 0.5 + 0.15 * -0.25 + 0.5 * 0.8 + 0.15 * 0.4},
       {6, 6, 0.1 * 0.25 + 0.45 * -0.75 + 0.2 * 0.3 + 0.25 * 0.6},
   };
-  for (const auto& row : rows) {
-    EXPECT_NEAR(coach->calcUtility(row.player, row.type), row.utility, 1e-9)
-        << row.player << " " << row.type;
+  for (const auto& [player, type, utility] : rows) {
+    EXPECT_NEAR(coach->calcUtility(player, type), utility, 1e-9) << player << " " << type;
   }
 }
 
 TEST_F(HeteroTypes, OffendersChooseFirstAndATypeServesThreePlayers) {
-  const struct {
-    int offenders;
-    const char* changes;
-  } rows[] = {{2, "10:1 11:1 2:2 3:3 4:3 5:2 6:3 7:2 8:1 "},
-              {4, "8:2 9:2 10:1 11:1 2:2 3:3 4:3 5:1 6:3 "},
-              {-3, "2:2 3:3 4:3 5:2 6:3 7:2 8:1 9:1 10:1 11:6 "},
-              {20, "2:2 3:3 4:3 5:2 6:3 7:2 8:1 9:1 10:1 11:6 "}};
-  for (const auto& row : rows) {
-    coach->tactical->ourSystem.numOffenders = row.offenders;
+  const std::pair<int, const char*> rows[] = {{2, "10:1 11:1 2:2 3:3 4:3 5:2 6:3 7:2 8:1 "},
+                                              {4, "8:2 9:2 10:1 11:1 2:2 3:3 4:3 5:1 6:3 "},
+                                              {-3, "2:2 3:3 4:3 5:2 6:3 7:2 8:1 9:1 10:1 11:6 "},
+                                              {20, "2:2 3:3 4:3 5:2 6:3 7:2 8:1 9:1 10:1 11:6 "}};
+  for (const auto& [offenders, asked] : rows) {
+    coach->tactical->ourSystem.numOffenders = offenders;
     coach->chooseHeterogenousPlayers();
-    EXPECT_EQ(changes(), row.changes) << row.offenders << " offenders";
+    EXPECT_EQ(changes(), asked) << offenders << " offenders";
   }
   EXPECT_EQ(coach->plType[11], 6);
   EXPECT_EQ(coach->numPlType, (std::vector<int>{3, 0, 0, 0, 3, 3, 2}));
@@ -113,9 +113,8 @@ TEST_F(HeteroTypes, AfterKickOffAChangeNeedsASubstitution) {
 }
 
 TEST_F(HeteroTypes, TypesAreKnownWhenAllSixAreAnnounced) {
+  coach->world->playerType[0].state = -1;  // the default type needs no announcement
   EXPECT_TRUE(coach->knowsHeteroTypes());
-  coach->world->playerType[0].state = -1;
-  EXPECT_TRUE(coach->knowsHeteroTypes()) << "the default type needs no announcement";
   coach->world->playerType[6].state = -1;
   EXPECT_FALSE(coach->knowsHeteroTypes());
   coach->world->playerType.resize(6);

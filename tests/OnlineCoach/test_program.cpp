@@ -1,5 +1,6 @@
 // The real coach program against a scripted server.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <csignal>
 
@@ -24,8 +25,10 @@ void endMatch(ScriptedServer& server, CoachProcess& coach, long time) {
   server.send("(hear " + std::to_string(time) + " referee time_over)");
   server.send(view(time));
   server.send("(think)");
-  EXPECT_EQ(answer(server), "(done)");
-  EXPECT_EQ(answer(server), "(bye)");
+  // The call alone ends the match: the last cycle may be answered or not.
+  std::string last = answer(server);
+  if (last.starts_with("(done)")) last = answer(server);
+  EXPECT_EQ(last, "(bye)");
   EXPECT_EQ(coach.wait(), 0);
 }
 

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <memory>
+#include <tuple>
+#include <utility>
 
 #include "Config.h"
 #include "support/server.h"
@@ -52,11 +55,13 @@ TEST_F(Opponents, CentreAndSpreadLeaveOutTheGoalieAndTheLongUnseen) {
 }
 
 TEST_F(Opponents, ATeamWithoutAUsableSpreadIsNotCounted) {
-  for (const double x : {33.3, 1e300}) {  // a variance that can come out below zero; an overflow
-    stand({x, x, x, 33.3});
-    team->Update();
-    EXPECT_EQ(team->aCount, 0) << x;
-  }
+  stand({12.3, 12.3, 12.3, 0});
+  world->otherTeam[5].age = 20;
+  team->Update();
+  EXPECT_EQ(team->GetTeamVar().x, 0) << "the variance of these three rounds to below zero";
+  stand({1.4e154, 14, 6, 6});  // whose square is too great, but not that of the centre
+  team->Update();
+  EXPECT_EQ(team->aCount, 0);
 }
 
 TEST_F(Opponents, MeansAndSpreadsNeedThreeSamples) {
@@ -73,46 +78,40 @@ TEST_F(Opponents, MeansAndSpreadsNeedThreeSamples) {
 }
 
 TEST_F(Opponents, TheMeanIsThatOfTheLast50To100Updates) {
-  const struct {
-    long updates;
-    int bankRead;
-    long samples[2];
-    double meanX;  // opponent 2 is at 14 until update 49, at 6 from then on
-  } rows[] = {{49, 0, {49, 49}, 14},
-              {50, 1, {1, 50}, 10 + 4.0 * (49 - 1) / 50},
-              {51, 1, {2, 51}, 10 + 4.0 * (49 - 2) / 51},
-              {99, 1, {50, 99}, 10 + 4.0 * (49 - 50) / 99},
-              {100, 0, {51, 1}, 6},
-              {150, 1, {1, 51}, 6}};
-  for (const auto& row : rows) {
-    update(row.updates);
-    EXPECT_EQ(team->afor, row.bankRead) << row.updates;
-    EXPECT_EQ(team->aNPos[0][2], row.samples[0]) << row.updates;
-    EXPECT_EQ(team->aNPos[1][2], row.samples[1]) << row.updates;
-    EXPECT_NEAR(team->GetaPos(2).x, row.meanX, 1e-9) << row.updates;
+  // Opponent 2 is at 14 until update 49, at 6 from then on: updates, bank that is read, samples in
+  // each, mean.
+  const std::tuple<long, int, long, long, double> rows[] = {
+      {49, 0, 49, 49, 14},
+      {50, 1, 1, 50, 10 + 4.0 * (49 - 1) / 50},
+      {51, 1, 2, 51, 10 + 4.0 * (49 - 2) / 51},
+      {99, 1, 50, 99, 10 + 4.0 * (49 - 50) / 99},
+      {100, 0, 51, 1, 6},
+      {150, 1, 1, 51, 6}};
+  for (const auto& [updates, bank, samples0, samples1, meanX] : rows) {
+    update(updates);
+    EXPECT_EQ(team->afor, bank) << updates;
+    EXPECT_EQ(team->aNPos[0][2], samples0) << updates;
+    EXPECT_EQ(team->aNPos[1][2], samples1) << updates;
+    EXPECT_NEAR(team->GetaPos(2).x, meanX, 1e-9) << updates;
     stand({6, 14, 14, 6});
   }
 }
 
 TEST_F(Opponents, TheRearDefendersAreTheTwoFarthestUp) {
-  const struct {
-    std::array<double, 4> x;  // of opponents 2 to 5
-    int first;
-    int second;
-  } rows[] = {
+  // The x of opponents 2 to 5, and the two.
+  const std::tuple<std::array<double, 4>, int, int> rows[] = {
       {{5, 9, 1, 2}, 3, 2}, {{9, 9, 1, 2}, 2, 3}, {{1, 2, 5, 9}, 5, 4}, {{1, 9, 5, 5}, 3, 4}};
-  for (const auto& row : rows) {
+  for (const auto& [x, rear, next] : rows) {
     team = std::make_unique<Team>(world.get());
-    stand(row.x);
+    stand(x);
     int first = 3;
     int second = 9;
     update(2);
     team->GetDefensePlayer(first, second);
-    EXPECT_TRUE(first == 0 && second == 0) << "seen twice is not enough";
+    EXPECT_EQ(std::pair(first, second), std::pair(0, 0)) << "seen twice is not enough";
     update(3);
     team->GetDefensePlayer(first, second);
-    EXPECT_EQ(first, row.first);
-    EXPECT_EQ(second, row.second);
+    EXPECT_EQ(std::pair(first, second), std::pair(rear, next));
   }
 }
 

@@ -5,7 +5,7 @@
 
 #include "Parser.h"
 #include "constants.h"
-#include "param_keeper.h"
+#include "support/param_keeper.h"
 #include "support/server.h"
 
 namespace vok::test {

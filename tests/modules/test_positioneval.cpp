@@ -7,6 +7,8 @@
 #include <array>
 #include <cmath>
 #include <memory>
+#include <tuple>
+#include <utility>
 
 #include "Config.h"
 #include "support/server.h"
@@ -40,15 +42,8 @@ class Positions : public testing::Test {
   std::unique_ptr<PositionEval> eval;
 };
 
-struct Band {
-  const char* name;
-  play_mode mode;
-  Vector2d ball;
-  double oldMinX;
-  double minX;
-  double maxX;
-  double offensive;
-};
+// Name, play mode, ball, minX before; minX, maxX and offensive after.
+using Band = std::tuple<const char*, play_mode, Vector2d, double, double, double, double>;
 
 const Band bands[] = {
     {"midfield", PLAY_MODE_PLAY_ON, {0, 20}, -18.5, -18.25, 8, 10.375 / 18.375},
@@ -66,45 +61,40 @@ const Band bands[] = {
 };
 
 TEST_F(Positions, TheBandFollowsBallOffsideLineAndPlayMode) {
-  for (const Band& band : bands) {
+  for (const auto& [name, mode, ball, oldMinX, minX, maxX, offensive] : bands) {
     eval = std::make_unique<PositionEval>(nullptr, nullptr);
-    eval->minX = band.oldMinX;
-    world->playMode = band.mode;
-    world->ball.pos = band.ball;
+    eval->minX = oldMinX;
+    world->playMode = mode;
+    world->ball.pos = ball;
     for (int again = 0; again < 2; ++again) eval->CalMinMaxX(world.get());  // of one cycle
-    EXPECT_NEAR(eval->GetMinX(), band.minX, 1e-9) << band.name;
-    EXPECT_NEAR(eval->GetMaxX(), band.maxX, 1e-9) << band.name;
-    EXPECT_NEAR(eval->GetOffensive(), band.offensive, 1e-9) << band.name;
+    EXPECT_NEAR(eval->GetMinX(), minX, 1e-9) << name;
+    EXPECT_NEAR(eval->GetMaxX(), maxX, 1e-9) << name;
+    EXPECT_NEAR(eval->GetOffensive(), offensive, 1e-9) << name;
   }
 }
 
 // Where the players of tactical numbers 2..11 stand when the ball has rested for long: x, y each.
-struct Settled {
-  Vector2d ball;
-  double places[20];
-};
-
-const Settled settled[] = {
-    {{0, 0}, {-12.4750, -22.6667, -17.2000, -5.8996, -17.2000, 5.8996,  -12.4750,
-              22.6667,  -8.2750,  -5.7803,  -8.2750, 5.7803,   -0.5920, -20.4000,
-              -0.5920,  20.4000,  6.1055,   -8.1600, 6.1055,   8.1600}},
-    {{-52.5, -34}, {-43.1800, -20.6235, -44.2500, -13.4423, -44.2500, -5.1714,  -43.1800,
-                    2.2103,   -36.9012, -12.6219, -36.8113, -4.5880,  -29.5472, -23.2032,
-                    -29.2700, 7.3972,   -13.7550, -14.4507, -13.7550, 1.8693}},
-    {{52.5, 34},
-     {9.7350,  -18.1071, 1.7700,  -2.4037,  1.7700,  10.1817, 9.7350,  27.2263, 16.8150, -1.1186,
-      16.8150, 11.4299,  30.9750, -12.6806, 30.9750, 24.8578, 43.3650, 0.6549,  43.3650, 12.2492}},
+const std::pair<Vector2d, std::array<double, 20>> settled[] = {
+    {{0, 0}, {{-12.4750, -22.6667, -17.2000, -5.8996, -17.2000, 5.8996,  -12.4750,
+               22.6667,  -8.2750,  -5.7803,  -8.2750, 5.7803,   -0.5920, -20.4000,
+               -0.5920,  20.4000,  6.1055,   -8.1600, 6.1055,   8.1600}}},
+    {{-52.5, -34}, {{-43.1800, -20.6235, -44.2500, -13.4423, -44.2500, -5.1714,  -43.1800,
+                     2.2103,   -36.9012, -12.6219, -36.8113, -4.5880,  -29.5472, -23.2032,
+                     -29.2700, 7.3972,   -13.7550, -14.4507, -13.7550, 1.8693}}},
+    {{52.5, 34}, {{9.7350,  -18.1071, 1.7700,  -2.4037, 1.7700,  10.1817, 9.7350,
+                   27.2263, 16.8150,  -1.1186, 16.8150, 11.4299, 30.9750, -12.6806,
+                   30.9750, 24.8578,  43.3650, 0.6549,  43.3650, 12.2492}}},
 };
 
 TEST_F(Positions, TheShippedFormationStandsWhereItShould) {
-  for (const Settled& s : settled) {
-    world->ball.pos = s.ball;
+  for (const auto& [ball, places] : settled) {
+    world->ball.pos = ball;
     eval = std::make_unique<PositionEval>(nullptr, nullptr);
     runCycles(120);
-    for (int n = 2; n <= 11; ++n) {
-      const Vector2d pos = eval->GetPlayerPosition(world.get(), n);
-      EXPECT_NEAR(pos.x, s.places[2 * n - 4], 5e-5) << n << " ball at " << s.ball.x;
-      EXPECT_NEAR(pos.y, s.places[2 * n - 3], 5e-5) << n << " ball at " << s.ball.x;
+    for (std::size_t i = 0; i < 10; ++i) {
+      const Vector2d pos = eval->GetPlayerPosition(world.get(), static_cast<int>(i) + 2);
+      EXPECT_NEAR(pos.x, places.at(2 * i), 5e-5) << i + 2 << " ball at " << ball.x;
+      EXPECT_NEAR(pos.y, places.at(2 * i + 1), 5e-5) << i + 2 << " ball at " << ball.x;
     }
   }
 }

@@ -104,7 +104,8 @@ std::string StderrCapture::take() {
   return text;
 }
 
-CoachProcess::CoachProcess(const Lines& arguments) : errorFile(fileno(std::tmpfile())) {
+CoachProcess::CoachProcess(const Lines& arguments)
+    : errorFile(open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)) {
   pid = fork();
   if (pid != 0) return;
   const std::string program = VOK_BIN_DIR "/onlinecoach";

@@ -1,6 +1,7 @@
 #include "match.h"
 
 #include <cmath>
+#include <utility>
 
 namespace vok::practice {
 
@@ -14,8 +15,8 @@ constexpr int typesBeforeKickOff = 8;
 }  // namespace
 
 // Every part has dice of its own: one more voice must not change where the ball goes.
-Match::Match(const MatchSettings& matchSettings)
-    : set(matchSettings),
+Match::Match(MatchSettings matchSettings)
+    : set(std::move(matchSettings)),
       world(set.types, Dice(set.seed)),
       referee(set.cycles),
       players(Dice(set.seed + 0x1000000)),

@@ -59,7 +59,7 @@ const std::array<Row, 15> rows = {{
        return readNumber<std::uint64_t>(v, 0, UINT64_MAX, o.match.seed);
      },
      Goes::WithMatch,
-     "chooses the match: a whole number; the same one, the same match (default 1)"},
+     "chooses the match: a whole number; the same one, the same match (default 2)"},
     {"--side", "l|r", readSide, Goes::WithMatch, "the coach's side, l or r (default l)"},
     {"--types", "N",
      [](std::string_view v, Options& o) { return readNumber(v, 1, 100, o.match.types); },
@@ -141,7 +141,8 @@ std::optional<Options> readOptions(int count, const char* const* arguments, std:
       value = arguments[i];
     }
     if (!row->read(value, options)) {
-      error = name + " cannot be \"" + value + "\": " + std::string(row->help);
+      error = name;
+      error.append(" cannot be \"").append(value).append("\": ").append(row->help);
       return std::nullopt;
     }
     given.insert(row);

@@ -9,7 +9,8 @@ namespace {
 
 constexpr double cruising = 0.85;  // metres a cycle that a runner makes, roughly
 constexpr double fullPower = 100;
-constexpr double easyPower = 55;  // hardly more than stamina comes back
+constexpr double pressPower = 75;  // less than a dribbler's, so that attacks reach the goals
+constexpr double easyPower = 55;   // hardly more than stamina comes back
 constexpr double tackleReach = 1.6;
 
 /// Where the ball will be after so many cycles if nobody touches it.
@@ -81,7 +82,8 @@ void Players::act(World& world, Referee& referee, std::vector<std::string>& call
         const Vector2d place = meetBall(world, p).place;
         // Stop short of a resting ball, so that the body does not push it.
         const bool there = referee.setPlay() && distance(p.pos, place) < 0.8;
-        runTo(world, p, there ? p.pos : place, fullPower);
+        const bool presses = side != control && !referee.setPlay();
+        runTo(world, p, there ? p.pos : place, presses ? pressPower : fullPower);
       }
     }
   }
@@ -192,13 +194,12 @@ void Players::actWithBall(World& world, Player& p, Referee& referee,
   world.kick(p, chooseKick(world, p, referee.setPlay()));
   control = p.side;
   referee.touched(world, p, calls);
-  if (referee.clockStands()) world.putBall(world.ball.pos);  // it was no kick
 }
 
 Vector2d Players::chooseKick(const World& world, const Player& p, bool setPlay) {
   const double way = forward(p.side);
   const Vector2d ball = world.ball.pos;
-  const Vector2d goal(way * halfLength, dice.between(-9, 9));
+  const Vector2d goal(way * halfLength, dice.between(-8, 8));
   const bool ownArea = way * ball.x < -halfLength + 16.5 && std::abs(ball.y) < 20;
 
   // A goalie that is hurried by a shot can only turn it aside, past the post.

@@ -54,6 +54,9 @@ int main(int argc, char** argv) {
   if (!options->replay.empty() && !readRecording(options->replay, recording, error)) {
     return fail("--replay " + options->replay + ": " + error, badArgument);
   }
+  if (!options->replay.empty() && options->synch && !recording.synchronous()) {
+    return fail("--synch: " + options->replay + " was recorded in real time", badArgument);
+  }
   catchSignals();
   Session session;
   if (!session.open(options->match.port, error)) {

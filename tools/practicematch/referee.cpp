@@ -16,7 +16,8 @@ constexpr int gameOverWait = 50;
 constexpr int shortestSetPlay = 10;
 constexpr int longestPatience = 40;
 constexpr double kickDistance = 9.15;  // opponents keep it at set plays
-constexpr double areaX = 36;           // penalty area
+constexpr double offsideActiveArea = 2.5;
+constexpr double areaX = 36;  // penalty area
 constexpr double areaY = 20.16;
 
 struct ModeFacts {
@@ -141,6 +142,7 @@ void Referee::stop(Mode mode, Side offender, Vector2d spot, World& world,
 
 bool Referee::resume(World& world, std::vector<std::string>& calls) {
   ++cyclesInMode;
+  if (current == Mode::PlayOn) judgeOffside(world, calls);
   if (setPlay() && cyclesInMode > dropBallTime) {
     call("drop_ball", calls);
     change(Mode::PlayOn, currentSide, world, calls);
@@ -171,11 +173,6 @@ bool Referee::resume(World& world, std::vector<std::string>& calls) {
 }
 
 void Referee::touched(World& world, const Player& p, std::vector<std::string>& calls) {
-  if (current == Mode::PlayOn && p.side == lastTouch &&
-      offside[static_cast<std::size_t>(p.number)]) {
-    stop(Mode::Offside, p.side, p.pos, world, calls);
-    return;
-  }
   const bool first = setPlay();
   const bool canBeOffside =
       !first || current == Mode::FreeKick || current == Mode::IndirectFreeKick;
@@ -186,6 +183,16 @@ void Referee::touched(World& world, const Player& p, std::vector<std::string>& c
   for (const Player& mate : world.team(p.side)) {
     offside[static_cast<std::size_t>(mate.number)] =
         canBeOffside && &mate != &p && offsidePlace(world, p.side, mate.pos);
+  }
+}
+
+// Standing offside is punished when the ball comes near.
+void Referee::judgeOffside(World& world, std::vector<std::string>& calls) {
+  for (const Player& p : world.team(lastTouch)) {
+    const bool near = distance(p.pos, world.ball.pos) < offsideActiveArea;
+    if (near && offside[static_cast<std::size_t>(p.number)]) {
+      return stop(Mode::Offside, p.side, p.pos, world, calls);
+    }
   }
 }
 

@@ -70,6 +70,7 @@ class Referee {
   void startSetPlay(World& world);
   void restart(Mode mode, Side side, Vector2d spot, World& world, std::vector<std::string>& calls);
   void stop(Mode mode, Side offender, Vector2d spot, World& world, std::vector<std::string>& calls);
+  void judgeOffside(World& world, std::vector<std::string>& calls);
   void judgeBall(World& world, std::vector<std::string>& calls);
   void ballBehindGoalLine(World& world, std::vector<std::string>& calls);
   bool halfOver(World& world, std::vector<std::string>& calls);

@@ -47,11 +47,12 @@ bool Recording::synchronous() const {
 
 std::string Recording::lastTime() const {
   constexpr std::string_view head = "(see_global ";
-  for (auto entry = texts.rbegin(); entry != texts.rend(); ++entry) {
-    if (!entry->text.starts_with(head)) continue;
-    return entry->text.substr(head.size(), entry->text.find(' ', head.size()) - head.size());
+  std::string time = "0";
+  for (const RecordedText& entry : texts) {
+    if (!entry.text.starts_with(head)) continue;
+    time = entry.text.substr(head.size(), entry.text.find(' ', head.size()) - head.size());
   }
-  return "0";
+  return time;
 }
 
 std::string Recording::team() const {

@@ -156,7 +156,7 @@ class RecordingService {
   RecordingService(const Options& serviceOptions, Session& session, const Recording& played)
       : recording(played),
         counter{session},
-        inStep(serviceOptions.synch || (serviceOptions.speed == 0 && recording.synchronous())),
+        inStep(serviceOptions.speed == 0 && recording.synchronous()),
         speed(serviceOptions.speed == 0 ? 1 : serviceOptions.speed) {}
 
   const Report& run() {

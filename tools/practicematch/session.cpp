@@ -120,7 +120,7 @@ std::optional<std::string> Session::waitForCoach(Clock::time_point deadline,
   do {
     sockaddr_in from{};
     while (const auto command = publicSocket.receive(from)) {
-      const auto name = initTeam(command->text);
+      auto name = initTeam(command->text);
       if (name && (team.empty() || *name == team)) {
         coach = from;
         return name;

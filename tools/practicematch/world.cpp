@@ -86,8 +86,14 @@ void World::kick(const Player& p, Vector2d wanted) {
   const double strength = 1 - 0.25 * off - 0.25 * gap / typeOf(p).kickableMargin;
   Vector2d acc = limited(wanted - ball.vel, ballAccelMax * strength);
   const double error = typeOf(p).kickRand * acc.getLength() / ballAccelMax;
-  acc += Vector2d(dice.between(-error, error), dice.between(-error, error));
+  acc += scatter(error);
   ball.acc = limited(ball.acc + acc, ballAccelMax);
+}
+
+Vector2d World::scatter(double size) {
+  const double x = dice.between(-size, size);
+  const double y = dice.between(-size, size);
+  return {x, y};
 }
 
 void World::putBall(Vector2d spot) {
@@ -110,7 +116,7 @@ void World::step() {
 void World::move(Mover& body, double speedMax, double decay, double rand) {
   body.vel = limited(body.vel + body.acc, speedMax);
   const double noise = rand * body.vel.getLength();
-  body.vel += Vector2d(dice.between(-noise, noise), dice.between(-noise, noise));
+  body.vel += scatter(noise);
   body.pos += body.vel;
   body.vel *= decay;
   body.acc = {};

@@ -91,6 +91,8 @@ struct World {
   std::array<Team, 2> teams;
 
  private:
+  /// A random vector, each coordinate up to `size`.
+  Vector2d scatter(double size);
   void move(Mover& body, double speedMax, double decay, double rand);
   void tire(Player& p) const;
   void separate();

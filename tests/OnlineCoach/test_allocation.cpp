@@ -1,0 +1,118 @@
+// Nothing is allocated in a cycle of the running match. The operators below serve the whole test
+// program and do nothing but count, and that only while a test measures. All forms are replaced,
+// since a sanitizer's own operators would not take back what another one's have given.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <new>
+#include <thread>
+
+#include "support/param_keeper.h"
+#include "support/server.h"
+#include "vokcoach.h"
+
+namespace {
+
+bool counting = false;
+long allocations = 0;
+
+void* allocate(std::size_t size) noexcept {
+  if (counting) ++allocations;
+  return std::malloc(size == 0 ? 1 : size);
+}
+
+void* allocateOrThrow(std::size_t size) {
+  if (void* memory = allocate(size)) return memory;
+  throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  return allocateOrThrow(size);
+}
+void* operator new[](std::size_t size) {
+  return allocateOrThrow(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return allocate(size);
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+namespace vok::test {
+namespace {
+
+// What is allocated while the coach takes in a text and runs the cycle that it may begin.
+long allocatedBy(VokCoach& coach, const std::string& text) {
+  allocations = 0;
+  counting = true;
+  coach.comm->receiveText(text.c_str());
+  coach.step();
+  counting = false;
+  return allocations;
+}
+
+TEST(Allocation, IsCounted) {
+  counting = true;
+  allocations = 0;
+  ::operator delete(::operator new(1));
+  ::operator delete[](::operator new[](1, std::nothrow));
+  counting = false;
+  ::operator delete(::operator new(1));
+  EXPECT_EQ(allocations, 2);
+}
+
+TEST(Allocation, HasNoPlaceInACycle) {
+  std::vector<std::string> texts;
+  std::ifstream file(VOK_SOURCE_DIR "/tests/data/realtime_left.txt");
+  for (std::string line; std::getline(file, line);)
+    texts.push_back(line.substr(line.find('\t') + 1));
+  // What the recording lacks: a substitution in the match, types beside the queue, noise.
+  const std::string type = *std::find_if(texts.begin(), texts.end(), [](const std::string& text) {
+    return text.starts_with("(player_type (id 3)");
+  });
+  for (const char* text :
+       {"(hear 301 referee goal_l_1)", "(change_player_type 7, 2)",
+        "(hear 301 online_coach_left (freeform \"vokqq\"))", "(", "(nonsense 4)"}) {
+    texts.emplace_back(text);
+  }
+  texts.insert(texts.end(), 30, type);
+  texts.push_back(view(301));
+  texts.push_back(view(305));
+
+  ParamKeeper keeper;
+  ScriptedServer server;
+  StderrCapture errors;
+  std::thread serving([&] {
+    server.receive();
+    for (std::size_t i = 0; i < 3; ++i) server.send(texts[i]);
+  });
+  VokCoach coach("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
+  serving.join();
+  int said = 0;
+  for (std::size_t i = 3; i < texts.size(); ++i) {
+    EXPECT_EQ(allocatedBy(coach, texts[i]), 0) << i << texts[i].substr(0, 60);
+    for (std::string text; !(text = server.receive(0)).empty();) said += text.starts_with("(say ");
+  }
+  EXPECT_EQ(coach.world->time, 305);
+  EXPECT_EQ(said, 5) << "kick-off, free kick, corner kick and its repetition, free kick";
+}
+
+}  // namespace
+}  // namespace vok::test

@@ -1,0 +1,255 @@
+// What the coach says to its players and when: short scripted matches in synchronous mode.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <thread>
+
+#include "Config.h"
+#include "constants.h"
+#include "support/param_keeper.h"
+#include "support/server.h"
+#include "vokcoach.h"
+
+namespace vok::test {
+namespace {
+
+using Texts = std::vector<std::string>;
+using Times = std::vector<long>;
+
+// Where the ball is in the server's frame: beside Alpha's 8, and beside its 5.
+constexpr const char* ballAt8 = "-33.34 5.81";
+constexpr const char* ballAt5 = "-20.06 -3.02";
+
+// All 22 players: Alpha's n at (-4n, 3n - 18) with goalie 7, Beta's n at (4n - 0.5, 18 - 3n) with
+// goalie 1. Beta's 9 may have `run`: half a metre in a cycle, with 1.5 m a cycle to come.
+std::string field(long time, const char* ball = ballAt8, bool run = false) {
+  std::string text = "(see_global " + std::to_string(time) +
+                     " ((g r) 52.5 0) ((g l) -52.5 0) ((b) " + ball + " 0 0)";
+  std::array<char, 100> player{};
+  for (int n = 1; n <= 11; ++n) {
+    std::snprintf(player.data(), player.size(), " ((p \"Alpha\" %d%s) %d %d 0 0 0 0)", n,
+                  n == 7 ? " goalie" : "", -4 * n, 3 * n - 18);
+    text += player.data();
+  }
+  for (int n = 1; n <= 11; ++n) {
+    const bool runs = run && n == 9;
+    std::snprintf(player.data(), player.size(), " ((p \"Beta\" %d%s) %g %d %g 0 180 0)", n,
+                  n == 1 ? " goalie" : "", 4 * n - (runs ? 0 : 0.5), 18 - 3 * n, runs ? 1.5 : 0.0);
+    text += player.data();
+  }
+  return text + ")";
+}
+
+// A type like the server's default, but for two items.
+std::string announced(int id, double speed, int extraStamina) {
+  std::array<char, 400> text{};
+  std::snprintf(text.data(), text.size(),
+                "(player_type (id %d)(player_speed_max %g)(stamina_inc_max 45)(player_decay 0.4)"
+                "(inertia_moment 5)(dash_power_rate 0.006)(player_size 0.3)(kickable_margin 0.7)"
+                "(kick_rand 0.1)(extra_stamina %d)(effort_max 1)(effort_min 0.6))",
+                id, speed, extraStamina);
+  return text.data();
+}
+
+class Messages : public testing::Test {
+ protected:
+  void start(char side = 'l', const std::string& changed = "") {
+    std::thread checkIn([&] {
+      std::string parameters = serverParam;
+      if (!changed.empty()) {
+        const std::string key = changed.substr(0, changed.find(' '));
+        const std::size_t at = parameters.find(key);
+        parameters.replace(at, parameters.find(')', at) - at, changed);
+      }
+      server.checkIn(side, parameters);
+    });
+    coach =
+        std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
+    checkIn.join();
+    EXPECT_EQ(server.receive(), "(eye on)");
+  }
+
+  // Type 3 is the only one that runs half a metre in a cycle, and the only one with extra stamina.
+  void announceTypes() {
+    for (int id = 0; id < 7; ++id) feed(id == 3 ? announced(id, 0.9, 50) : announced(id, 0.3, 0));
+  }
+
+  void feed(const std::string& text) {
+    coach->comm->receiveText(text.c_str());
+    coach->step();
+  }
+
+  // One cycle in which the referee may call something; what the coach sent in it before "(done)".
+  Texts cycle(const std::string& see, const std::string& call = "") {
+    const std::string time = std::to_string(std::stol(see.substr(12)));
+    if (!call.empty()) feed("(hear " + time + " referee " + call + ")");
+    feed(see);
+    feed("(think)");
+    Texts sent;
+    for (std::string text; (text = server.receive()) != "(done)";) {
+      if (text.empty()) return {"no answer"};
+      sent.push_back(text);
+    }
+    return sent;
+  }
+
+  // Runs the cycles from `first` to `last` in the situation called in the first one and returns the
+  // cycles in which a whole message was sent.
+  Times spokenIn(long first, long last, const std::string& call) {
+    Times spoken;
+    for (long time = first; time <= last; ++time) {
+      for (const std::string& text : cycle(field(time), time == first ? call : "")) {
+        EXPECT_TRUE(text.starts_with("(say (freeform \"vok")) << text;
+        EXPECT_EQ(text.size(), 145);
+        spoken.push_back(time);
+      }
+    }
+    return spoken;
+  }
+
+  ParamKeeper keeper;
+  ScriptedServer server;
+  std::optional<StderrCapture> errors{std::in_place};
+  std::unique_ptr<VokCoach> coach;
+};
+
+std::string say(const std::string& message) {
+  return "(say (freeform \"" + message + "\"))";
+}
+
+struct Side {
+  char side;
+  const char* kickOff;
+  const char* freeKick;
+};
+
+class MatchMessages : public Messages, public testing::WithParamInterface<Side> {};
+
+// The first of these, by characters:
+//   vok            prefix
+//   q q            number 0 on the left side (16); to all (0), by a coach (16)
+//   SU             sum of the codes of all other characters: 1324 = 44 + 20 * 64
+//   baa aa Wb      cycle 1; read position 0; 112 characters follow (48 + 1 * 64)
+//   b i c          a world follows; goalies 7 and 1, each + 1
+//   YA 6G          ball: -33.34 is floor(1714.6) = 50 + 26 * 64, 5.81 is floor(2106.1)
+//   yF QD JG wI    our 1 at (-4, -15): 2008 = 24 + 31 * 64, 1898; their 1 at (3.5, 15): 2083, 2198
+//   ...            and so on to our and their 11
+//   aaaaaaaaaaa    no type of the opponents is known
+//   iaa aaa        8 is to kick; no opponent is named
+// On the right all positions have changed sign, and -floor(x) is not floor(-x).
+//
+// The second one comes after three cycles of play. Beta's 9 has run to (36, -9) and shown its type,
+// 3 + 1 = e. The formation is counted past the goalie 7, so 5 is the first of the midfielders. The
+// foremost opponents are 11 and 10 on the one side (10 + 12 * 11 = 14 + 2 * 64: oca), 2 and 3
+// behind their goalie on the other (3 + 12 * 2 = 27: Baa).
+TEST_P(MatchMessages, HaveEveryCharacterInPlace) {
+  start(GetParam().side);
+  EXPECT_EQ(cycle(field(0)), Texts()) << "not a situation yet";
+  announceTypes();
+  feed("(hear 0 referee kick_off_l)");
+  EXPECT_EQ(cycle(field(1)), (Texts{say(GetParam().kickOff), "(change_player_type 10 3)",
+                                    "(change_player_type 11 3)", "(change_player_type 2 3)"}))
+      << "the message goes before the types";
+  EXPECT_EQ(cycle(field(2)), Texts());
+  EXPECT_EQ(cycle(field(3), "play_on"), Texts());
+  EXPECT_EQ(cycle(field(4)), Texts());
+  EXPECT_EQ(cycle(field(5, ballAt5, true)), Texts());
+  EXPECT_EQ(cycle(field(6, ballAt5, true), "free_kick_r"), Texts{say(GetParam().freeKick)});
+  EXPECT_EQ(errors->take(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Coach, MatchMessages,
+    testing::Values(
+        Side{'l',
+             "vokqqSUbaaaaWbbicYA6GyFQDJGwIWEiElH4HiEMEZHAHGDeFBI8G4CIFdJEGqCaGRJaGOBEGtKIFaB8G7KeF"
+             "yAAHJLMEWz4HlMiEizwIZMQDaaaaaaaaaaaiaaaaa",
+             "vokqq0UgaaaaWbbic3CHFyFQDJGwIWEiElH4HiEMEZHAHGDeFBI8G4CIFdJEGqCaGRJaGOBEGtKIFaB8G7KeF"
+             "yAAHOLMEWz4HlMiEizwIZMQDaaaaaaaaeaafaaoca"},
+        Side{'r',
+             "vokaq7TbaaaaWbbicnLfFOGwIDFQDqH4H1EiE4HAHnEMEGI8GLDeFiJEG9CIFWJaGvCaGyKIFTBEGaLeFfB8G"
+             "OLMEDAAHqMiE1z4H4MQDnzwIaaaaaaaaaaaiaaaaa",
+             "vokaqQUgaaaaWbbiciJEGOGwIDFQDqH4H1EiE4HAHnEMEGI8GLDeFiJEG9CIFWJaGvCaGyKIFTBEGaLeFfB8G"
+             "OLMEyAAHqMiE1z4H4MQDnzwIaaaaaaaaeaafaaBaa"}),
+    [](const auto& tested) { return tested.param.side == 'l' ? "Left" : "Right"; });
+
+// Without a goalie there is no formation, hence no kicker: -1 travels as 18 set bits. Who was not
+// seen stands on the bench, number n at (-3n, -37) or, of the others, (3n, -37).
+TEST_F(Messages, NameNobodyWithoutAFormation) {
+  start();
+  EXPECT_EQ(
+      cycle("(see_global 1 ((b) 0 0 0 0) ((p \"Alpha\" 2) -10 20 0 0 0 0) "
+            "((p \"Beta\" 11) 30.5 -4 0 0 180 0))",
+            "kick_in_l"),
+      Texts{say("vokqqXQbaaaaWbbaaaGaGIFoAEGoACEiJ8GoAMEoAAHoAiEoA4HoAQDoAwIoAmDoA0IoAUCoAsJoA"
+                "qCoAWJoAYBoAoKoAuBoASKoA2AoAXKyFaaaaaaaaaaa---aaa")});
+}
+
+TEST_F(Messages, AreRepeatedAfterFortyCyclesOfOneSituation) {
+  start();
+  EXPECT_EQ(spokenIn(1, 100, "free_kick_l"), (Times{1, 42, 83}));
+  EXPECT_EQ(spokenIn(101, 102, "corner_kick_r"), Times{101}) << "a new situation waits for nothing";
+  EXPECT_EQ(spokenIn(103, 150, "play_on"), Times());
+  EXPECT_EQ(spokenIn(151, 152, "goal_kick_r"), Times{151});
+  EXPECT_EQ(spokenIn(153, 154, "play_on"), Times());
+  EXPECT_EQ(spokenIn(155, 155, "goal_kick_r"), Times{155});
+  EXPECT_EQ(spokenIn(156, 157, "free_kick_fault_l"), Times()) << "not a kick yet";
+  EXPECT_EQ(errors->take(), "");
+}
+
+TEST_F(Messages, FitIntoAHundredAndTwentySevenCharacters) {
+  start('l', "say_coach_msg_size 127");
+  EXPECT_EQ(spokenIn(1, 2, "free_kick_l"), Times{1});
+  EXPECT_EQ(errors->take(), "");
+}
+
+// 109 of 112 characters could be written; the message is not stamped, its sum was made empty.
+TEST_F(Messages, ThatDoNotFitAreReportedInEveryCycleOfTheSituation) {
+  start('l', "say_coach_msg_size 126");
+  EXPECT_EQ(spokenIn(1, 3, "free_kick_l"), Times());
+  std::string expected;
+  for (const char time : {'1', '2', '3'}) {
+    expected +=
+        std::string("Coach : Fatal error: buffer overflow:(AudioMsg-invalid  (0r -> 0)(t= ") +
+        time + ")(coachmsg)(Size= 123 unread= 109 FAIL ))\n";
+  }
+  EXPECT_EQ(errors->take(), expected);
+  EXPECT_EQ(coach->numMsgsLeft, 128);
+}
+
+TEST_F(Messages, EndWithTheBudgetUntilItIsRefilled) {
+  const std::string lost = "Coach: Cannot scream: Lost voice earlier!\n";
+  start('l', "say_coach_cnt_max 1");
+  EXPECT_EQ(spokenIn(1, 2, "free_kick_l"), Times{1});
+  EXPECT_EQ(spokenIn(3, 4, "kick_in_r"), Times());
+  EXPECT_EQ(errors->take(), lost) << "the repetition counts from the last message";
+  EXPECT_EQ(spokenIn(5, 5, "play_on"), Times());
+  EXPECT_EQ(spokenIn(6, 7, "kick_in_l"), Times());
+  EXPECT_EQ(errors->take(), lost + lost) << "play has made the last message forgotten";
+  coach->comm->async->serverTime = 5998;  // a match later, two halves of 3000 cycles
+  EXPECT_EQ(spokenIn(5999, 5999, "free_kick_l"), Times());
+  EXPECT_EQ(errors->take(), lost);
+  EXPECT_EQ(spokenIn(6000, 6001, "kick_in_r"), Times{6000});
+  EXPECT_EQ(spokenIn(6002, 6002, "kick_in_l"), Times());
+  EXPECT_EQ(errors->take(), lost);
+}
+
+TEST_F(Messages, TheSwitchOfTheTypesIsLookedUpInEveryAct) {
+  start();
+  announceTypes();
+  setEntry("use_heterogenous_players", "0");
+  EXPECT_EQ(cycle(field(1), "kick_off_l").size(), 1) << "the message alone";
+  setEntry("use_heterogenous_players", "1");
+  EXPECT_EQ(cycle(field(2)).size(), 3) << "three players of type 3";
+  EXPECT_EQ(cycle(field(3)), Texts()) << "once";
+  setEntry("use_heterogenous_players", "none");
+  EXPECT_EQ(cycle(field(4), "play_on"), Texts()) << "no act, no look-up";
+  errors.reset();  // a test of the exit captures by itself
+  EXPECT_EXIT(coach->act(), testing::ExitedWithCode(10), "");
+}
+
+}  // namespace
+}  // namespace vok::test
