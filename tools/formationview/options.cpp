@@ -26,9 +26,9 @@ bool readSweep(Scanner text, Vector2d& from, Vector2d& to, int& count) {
   if (!readPoint(text, from)) return false;
   to = from;
   count = 1;
-  if (text.atEnd()) return true;
+  if (text.rest().empty()) return true;
   return text.literal(':') && readPoint(text, to) && text.literal(':') && text.integer(count) &&
-         count >= 2 && text.atEnd();
+         count >= 2 && text.rest().empty();
 }
 
 Reason takeBall(Options& options, const std::string& value) {
@@ -52,7 +52,7 @@ Reason takeBall(Options& options, const std::string& value) {
 Reason takeOffside(Options& options, const std::string& value) {
   Scanner text(value);
   double x = 0;
-  if (!text.real(x) || !text.atEnd() || x < 0 || x > HALF_LENGTH) {
+  if (!text.real(x) || !text.rest().empty() || x < 0 || x > HALF_LENGTH) {
     return "--offside needs an x from 0 to 52.5, not '" + value + "'";
   }
   options.offside = x;
