@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <memory>
@@ -143,6 +144,71 @@ TEST_F(Positions, OnlyFieldPlayersWithATacticalNumberHaveAPlaceAndWatch) {
     EXPECT_EQ(eval->GetPlayerWatchNo(world.get(), n, k), watched) << n << " " << k;
   }
 }
+
+// All shipped formations with the ball all over the field.
+class ShippedFormations : public Positions, public testing::WithParamInterface<int> {
+ protected:
+  using Team = std::array<Vector2d, 12>;
+
+  ShippedFormations() { eval->defNo = eval->offNo = GetParam(); }
+
+  Team settle(Vector2d ball) {
+    world->ball.pos = ball;
+    runCycles(220);
+    Team team;
+    for (int n = 2; n <= 11; ++n) {
+      team.at(static_cast<std::size_t>(n)) = eval->GetPlayerPosition(world.get(), n);
+    }
+    return team;
+  }
+
+  static constexpr double ballsX[] = {-52.5, -44.25, -30, -19.5, -5, 10, 30, 52.5};
+  static constexpr double ballsY[] = {0, 10, 34};
+};
+
+TEST_P(ShippedFormations, EverybodyIsInOurHalfAtTheKickOff) {
+  world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
+  for (const Vector2d& pos : settle({0, 0})) EXPECT_LE(pos.x, 0);
+}
+
+TEST_P(ShippedFormations, TheLinesStandBehindEachOtherAndNobodyStandsOnAnother) {
+  const auto byX = [](const Vector2d& a, const Vector2d& b) { return a.x < b.x; };
+  for (const double x : ballsX) {
+    for (const double y : ballsY) {
+      SCOPED_TRACE(testing::Message() << "ball at " << x << ", " << y);
+      const Team team = settle({x, y});
+      const auto* const begin = team.begin();
+      const double defence = std::max_element(begin + 2, begin + 6, byX)->x;
+      const auto midfield = std::minmax_element(begin + 6, begin + 10, byX);
+      const double attack = std::min_element(begin + 10, begin + 12, byX)->x;
+      EXPECT_LT(defence, midfield.first->x);
+      EXPECT_LT(midfield.second->x, attack);
+      for (std::size_t n = 2; n <= 11; ++n) {
+        EXPECT_LE(std::abs(team[n].y), 29);
+        for (std::size_t m = n + 1; m <= 11; ++m) {
+          EXPECT_GE((team[n] - team[m]).getLength(), 5) << n << " and " << m;
+        }
+      }
+    }
+  }
+}
+
+TEST_P(ShippedFormations, ABallOnTheOtherWingMirrorsTheTeam) {
+  constexpr std::size_t partner[] = {0, 0, 5, 4, 3, 2, 7, 6, 9, 8, 11, 10};
+  for (const double x : ballsX) {
+    for (const double y : ballsY) {
+      SCOPED_TRACE(testing::Message() << "ball at " << x << ", +-" << y);
+      const Team right = settle({x, y});
+      const Team left = settle({x, -y});
+      for (std::size_t n = 2; n <= 11; ++n) {
+        EXPECT_NEAR(left[n].x, right[partner[n]].x, 1e-9) << n;
+        EXPECT_NEAR(left[n].y, -right[partner[n]].y, 1e-9) << n;
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Positions, ShippedFormations, testing::Range(0, 3));
 
 TEST_F(Positions, EveryFormationIsReadAndAWrongChoiceReported) {
   EXPECT_EQ(eval->DefFormations[1][0].FMod, Vector2d(-2, 0.15));

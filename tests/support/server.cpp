@@ -11,6 +11,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <fstream>
 #include <sstream>
 #include <thread>
 
@@ -103,7 +104,7 @@ std::string StderrCapture::take() {
   return text;
 }
 
-CoachProcess::CoachProcess(const std::vector<std::string>& arguments)
+CoachProcess::CoachProcess(const Lines& arguments)
     : errorFile(open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)) {
   pid = fork();
   if (pid != 0) return;
@@ -149,13 +150,33 @@ std::string CoachProcess::errors() const {
   return text;
 }
 
-std::vector<std::string> coachArguments(int port) {
-  return {"-t", "Alpha", "-h", "127.0.0.1", "-p", std::to_string(port), "-f", shippedConfig};
+Lines CoachProcess::reports() const {
+  const Lines all = lines(errors());
+  if (all.size() < 2 || all[0] != "Vokar RoboCup Online Coach") return {"no banner"};
+  return {all.begin() + 2, all.end()};
 }
 
-std::vector<std::string> lines(const std::string& text) {
+ChangedConfig::ChangedConfig(const std::string& key, const std::string& value)
+    : path(testing::TempDir() + "vok-" + std::to_string(getpid()) + ".conf") {
+  std::ifstream shipped(shippedConfig);
+  std::ofstream changed(path);
+  for (std::string line; std::getline(shipped, line);) {
+    if (!line.starts_with(key + " =")) changed << line << "\n";
+  }
+  if (!value.empty()) changed << key << " = " << value << "\n";
+}
+
+ChangedConfig::~ChangedConfig() {
+  std::remove(path.c_str());
+}
+
+Lines coachArguments(int port, const std::string& config) {
+  return {"-t", "Alpha", "-h", "127.0.0.1", "-p", std::to_string(port), "-f", config};
+}
+
+Lines lines(const std::string& text) {
   std::istringstream in(text);
-  std::vector<std::string> all;
+  Lines all;
   for (std::string line; std::getline(in, line);) all.push_back(line);
   return all;
 }

@@ -9,6 +9,11 @@
 
 namespace vok::test {
 
+using Lines = std::vector<std::string>;
+
+/// The path of the shipped configuration.
+extern const char* const shippedConfig;
+
 /// The texts of a real server's check-in.
 extern const char* const serverParam;
 extern const char* const playerParam;
@@ -56,7 +61,7 @@ class StderrCapture {
 /// The real coach program as a child process, started on conf/agent.conf or another file.
 class CoachProcess {
  public:
-  explicit CoachProcess(const std::vector<std::string>& arguments);
+  explicit CoachProcess(const Lines& arguments);
   ~CoachProcess();
   CoachProcess(const CoachProcess&) = delete;
   CoachProcess& operator=(const CoachProcess&) = delete;
@@ -66,19 +71,29 @@ class CoachProcess {
   int wait(int milliseconds = 8000);
   /// All of standard error; after `wait`.
   std::string errors() const;
+  /// Its lines behind the banner's two.
+  Lines reports() const;
 
  private:
   int pid;
   int errorFile;
 };
 
+/// A file with the shipped configuration but for one key, which is cut out or has another value.
+class ChangedConfig {
+ public:
+  explicit ChangedConfig(const std::string& key, const std::string& value = "");
+  ~ChangedConfig();
+  ChangedConfig(const ChangedConfig&) = delete;
+  ChangedConfig& operator=(const ChangedConfig&) = delete;
+
+  const std::string path;
+};
+
 /// The arguments that start a coach of team "Alpha" at a server.
-std::vector<std::string> coachArguments(int port);
+Lines coachArguments(int port, const std::string& config = shippedConfig);
 
 /// A text's lines.
-std::vector<std::string> lines(const std::string& text);
-
-/// The path of the shipped configuration.
-extern const char* const shippedConfig;
+Lines lines(const std::string& text);
 
 }  // namespace vok::test

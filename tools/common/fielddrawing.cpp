@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <string>
 #include <string_view>
 
 namespace vok {
@@ -12,6 +13,12 @@ namespace {
 constexpr double FRAME_X = 59.0;
 constexpr double FRAME_Y = FRAME_X * 68 / 105;
 constexpr double PLAYER_RADIUS = 1.35;
+
+// Pixels of a picture alone and of one among others.
+constexpr int WIDTH = 1050;
+constexpr int HEIGHT = 680;
+constexpr int SHEET_WIDTH = 630;
+constexpr int SHEET_HEIGHT = 408;
 
 // The field's picture never changes. The arcs before the penalty areas are the parts of the
 // circles of 9.15 m around the penalty spots (11 m) outside the areas (16.5 m).
@@ -59,7 +66,8 @@ void drawPlayer(std::ostream& out, const DrawnPlayer& player) {
     out << "<circle r='2.05' fill='none' stroke='#ffd83a' stroke-width='0.5'"
         << (player.ring == Ring::DASHED ? " stroke-dasharray='1.1 0.7'/>" : "/>");
   }
-  const char* colour = player.ours ? "#1c4fa8" : "#b3261e";
+  const std::string teamColour = player.ours ? "#1c4fa8" : "#b3261e";
+  const std::string& colour = player.colour.empty() ? teamColour : player.colour;
   if (player.goalie) {
     out << "<rect x='-1.3' y='-1.3' width='2.6' height='2.6' fill='" << colour;
   } else {
@@ -76,13 +84,35 @@ void drawPlayer(std::ostream& out, const DrawnPlayer& player) {
   out << "</g>\n";
 }
 
-}  // namespace
+void drawArea(std::ostream& out, const DrawnArea& area) {
+  const Vector2d lo = intoFrame(area.lo);
+  const Vector2d size = intoFrame(area.hi) - lo;
+  if (!(size.x > 0 && size.y > 0)) return;
+  out << "<rect class='area' x='" << lo.x << "' y='" << lo.y << "' width='" << size.x
+      << "' height='" << size.y << "' fill='" << area.colour << "' stroke='" << area.colour
+      << "'/>\n";
+}
 
-std::ostream& operator<<(std::ostream& out, const FieldDrawing& drawing) {
-  out << "<svg xmlns='http://www.w3.org/2000/svg' width='1050' height='680' viewBox='" << -FRAME_X
-      << " " << -FRAME_Y << " " << 2 * FRAME_X << " " << 2 * FRAME_Y << "'>\n"
-      << FIELD
-      << "<g font-family='DejaVu Sans, Arial, sans-serif' text-anchor='middle' "
+void drawLine(std::ostream& out, const DrawnLine& line) {
+  const double x = intoFrame({line.x, 0}).x;
+  out << "<line x1='" << x << "' y1='-34' x2='" << x << "' y2='34' stroke='" << line.colour
+      << (line.dashed ? "' stroke-dasharray='1.2 0.8'/>\n" : "'/>\n");
+}
+
+/// The frame's content, in metres.
+void drawField(std::ostream& out, const FieldDrawing& drawing) {
+  out << FIELD;
+  if (!drawing.areas.empty()) {
+    out << "<g fill-opacity='0.14' stroke-opacity='0.8' stroke-width='0.2'>\n";
+    for (const DrawnArea& area : drawing.areas) drawArea(out, area);
+    out << "</g>\n";
+  }
+  if (!drawing.lines.empty()) {
+    out << "<g stroke-width='0.25'>\n";
+    for (const DrawnLine& line : drawing.lines) drawLine(out, line);
+    out << "</g>\n";
+  }
+  out << "<g font-family='DejaVu Sans, Arial, sans-serif' text-anchor='middle' "
          "fill='#fff'>\n";
   for (const DrawnPlayer& player : drawing.players) drawPlayer(out, player);
   if (drawing.ball) {
@@ -90,8 +120,41 @@ std::ostream& operator<<(std::ostream& out, const FieldDrawing& drawing) {
     out << "<circle cx='" << pos.x << "' cy='" << pos.y
         << "' r='0.6' fill='#fff' stroke='#000' stroke-width='0.2'/>\n";
   }
-  return out << "<text y='37' font-size='2'>" << escaped(drawing.caption)
-             << "</text>\n</g>\n</svg>\n";
+  out << "<text y='37' font-size='2'>" << escaped(drawing.caption) << "</text>\n</g>\n";
+}
+
+/// Begins a picture of so many fields, the first one's centre at the origin.
+void beginPicture(std::ostream& out, int columns, int rows, int width, int height) {
+  out << "<svg xmlns='http://www.w3.org/2000/svg' width='" << columns * width << "' height='"
+      << rows * height << "' viewBox='" << -FRAME_X << " " << -FRAME_Y << " "
+      << columns * 2 * FRAME_X << " " << rows * 2 * FRAME_Y << "'>\n";
+}
+
+}  // namespace
+
+std::ostream& operator<<(std::ostream& out, const FieldDrawing& drawing) {
+  beginPicture(out, 1, 1, WIDTH, HEIGHT);
+  drawField(out, drawing);
+  return out << "</svg>\n";
+}
+
+void writeSheet(std::ostream& out, const std::vector<FieldDrawing>& drawings) {
+  if (drawings.size() == 1) {
+    out << drawings.front();
+    return;
+  }
+  const int count = static_cast<int>(drawings.size());
+  const int columns = count <= 4 ? std::min(count, 2) : 3;
+  beginPicture(out, columns, (count + columns - 1) / columns, SHEET_WIDTH, SHEET_HEIGHT);
+  for (int i = 0; i < count; ++i) {
+    const int row = i / columns;
+    const int column = i % columns;
+    out << "<g class='picture' transform='translate(" << column * 2 * FRAME_X << ","
+        << row * 2 * FRAME_Y << ")'>\n";
+    drawField(out, drawings[static_cast<std::size_t>(i)]);
+    out << "</g>\n";
+  }
+  out << "</svg>\n";
 }
 
 }  // namespace vok

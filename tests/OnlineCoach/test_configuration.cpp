@@ -1,0 +1,148 @@
+// Every key of the configuration against the real coach program: what it does without it, and when.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+#include "support/server.h"
+
+namespace vok::test {
+namespace {
+
+TEST(Configuration, AnUnreadableFileEndsWithStatus255) {
+  CoachProcess coach({"-f", "no/such/file"});
+  EXPECT_EQ(coach.wait(), 255);
+  EXPECT_EQ(coach.reports(), Lines{"PANIC: Could not read config file: no/such/file"});
+}
+
+TEST(Configuration, AnOddWaitIsReportedAndUsed) {
+  const ChangedConfig config("async_waitForSeeTime", "95");
+  CoachProcess coach({"-h", "no-such-host.invalid", "-f", config.path});
+  EXPECT_EQ(coach.wait(30000), 0);
+  EXPECT_EQ(coach.reports()[1],
+            "Warning: ensure waitForSeeTime%10 == 0 && 0 <= waitForSeeTime && waitForSeeTime <= 90"
+            " not valid in asyncinfo:88");
+}
+
+// When the coach asks for a key.
+enum Moment { BEFORE_FIRST_DATAGRAM, AFTER_CHECKIN, FIRST_ACT, TYPES_KNOWN };
+
+Moment momentOf(const std::string& key) {
+  if (key.starts_with("async_")) return BEFORE_FIRST_DATAGRAM;
+  if (key.starts_with("use_")) return FIRST_ACT;
+  if (key.starts_with("player")) return TYPES_KNOWN;
+  return AFTER_CHECKIN;
+}
+
+bool isWhole(const std::string& key) {
+  constexpr const char* marks[] = {"async_",         "world_",          "our",     "tac_",
+                                   "StartFormation", "_tact",           "_Watch",  "use_",
+                                   "goal_maxAge",    "maxKickDuration", "_score_", "maxSimSteps"};
+  return std::any_of(std::begin(marks), std::end(marks),
+                     [&key](const char* mark) { return key.find(mark) != std::string::npos; });
+}
+
+struct Key {
+  std::string name;
+  bool list;
+};
+
+std::vector<Key> shippedKeys() {
+  std::ifstream file(shippedConfig);
+  std::vector<Key> keys;
+  for (std::string line; std::getline(file, line);) {
+    const std::string::size_type end = line.find(" =");
+    if (line.starts_with('#') || end == std::string::npos) continue;
+    keys.push_back({line.substr(0, end), line.find(',') != std::string::npos});
+  }
+  return keys;
+}
+
+// The announcement of the default type under an id.
+std::string playerType(int id) {
+  return "(player_type (id " + std::to_string(id) +
+         ")(player_speed_max 1.05)(stamina_inc_max 45)(player_decay 0.4)(inertia_moment 5)"
+         "(dash_power_rate 0.006)(player_size 0.3)(kickable_margin 0.7)(kick_rand 0.1)"
+         "(extra_stamina 50)(effort_max 1)(effort_min 0.6))";
+}
+
+void sendCycle(ScriptedServer& server, long time, const std::string& call) {
+  server.send("(hear " + std::to_string(time) + " referee " + call + ")");
+  server.send(view(time));
+  server.send("(think)");
+}
+
+// Takes the match to a moment; the coach must be alive and well up to there.
+void leadTo(Moment moment, ScriptedServer& server) {
+  if (moment == BEFORE_FIRST_DATAGRAM) return;
+  ASSERT_EQ(server.checkIn(), "(init Alpha (version 9.00))");
+  ASSERT_EQ(server.receive(), "(eye on)");
+  if (moment == AFTER_CHECKIN) return;
+  sendCycle(server, 1, "play_on");
+  ASSERT_EQ(server.receive(), "(done)");
+  if (moment == FIRST_ACT) return sendCycle(server, 2, "drop_ball");
+  for (int id = 0; id < 6; ++id) server.send(playerType(id));
+  sendCycle(server, 2, "drop_ball");
+  ASSERT_EQ(server.receive(), "(done)");
+  server.send(playerType(6));
+  sendCycle(server, 3, "drop_ball");
+}
+
+// The coach must go down at the key's moment, with these lines and without another word.
+void expectEnd(const std::string& key, const std::string& value, const Lines& reports) {
+  SCOPED_TRACE(key + " = " + value);
+  const ChangedConfig config(key, value);
+  ScriptedServer server;
+  CoachProcess coach(coachArguments(server.port(), config.path));
+  ASSERT_NO_FATAL_FAILURE(leadTo(momentOf(key), server));
+  EXPECT_EQ(coach.wait(), 10);
+  EXPECT_EQ(coach.reports(), reports);
+  EXPECT_EQ(server.receive(0), "");
+}
+
+void expectRefusal(const std::string& key, const std::string& value, const std::string& problem) {
+  expectEnd(key, value, {"FATAL: value '" + value + "' for key '" + key + "' " + problem});
+}
+
+// All keys in shares that can run side by side.
+constexpr std::size_t SHARES = 6;
+
+class EveryKey : public testing::TestWithParam<std::size_t> {
+ protected:
+  EveryKey() {
+    const std::vector<Key> all = shippedKeys();
+    for (std::size_t i = GetParam(); i < all.size(); i += SHARES) keys.push_back(all[i]);
+  }
+  std::vector<Key> keys;
+};
+
+TEST_P(EveryKey, EndsTheCoachWhenItIsMissing) {
+  ASSERT_GE(keys.size(), 30U);
+  for (const Key& key : keys) {
+    if (HasFailure()) return;  // a coach that does not end costs seconds
+    expectEnd(key.name, "",
+              {"WARNING: configuration entry for '" + key.name + "' not found.",
+               "FATAL: no value for key '" + key.name + "' found."});
+  }
+}
+
+TEST_P(EveryKey, EndsTheCoachWhenItsValueIsWrong) {
+  for (const Key& key : keys) {
+    if (HasFailure()) return;
+    expectRefusal(key.name, key.list ? "1, 2, 3, 4, many" : "many",
+                  isWhole(key.name) ? "not an integer." : "not a double.");
+  }
+}
+
+TEST_P(EveryKey, EndsTheCoachWhenItsListIsTooShort) {
+  for (const Key& key : keys) {
+    if (HasFailure()) return;
+    if (key.list) expectRefusal(key.name, "1, 2, 3, 4", "has not enough entries for No: 4.");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Configuration, EveryKey, testing::Range(std::size_t{0}, SHARES));
+
+}  // namespace
+}  // namespace vok::test

@@ -1,0 +1,67 @@
+#include "settled.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace vok {
+namespace {
+
+constexpr double GUARD = 15;              // metres that opponents keep between the ball and them
+constexpr double PENALTY_AREA_EDGE = 36;  // x, metres
+constexpr int MAX_CYCLES = 1000;          // the slowest way, the back line's over 44 m, takes 177
+constexpr int OFFSIDE_MAX_AGE = 20;       // cycles, as the positions ask
+
+bool samePlaces(const PositionEval& eval, const std::array<PlayerPos, 10>& places) {
+  return std::equal(
+      places.begin(), places.end(), eval.RealPositions.begin(),
+      [](const PlayerPos& a, const PlayerPos& b) { return a.Pos == b.Pos && a.Area == b.Area; });
+}
+
+bool isFinite(Vector2d v) {
+  return std::isfinite(v.x) && std::isfinite(v.y);
+}
+
+}  // namespace
+
+Pitch::Pitch() : world(nullptr), tactical(&world, nullptr), eval(nullptr, nullptr) {
+  world.adjustTacticalNumbers(1);
+  world.playMode = PLAY_MODE_PLAY_ON;
+}
+
+std::optional<SettledTeam> Pitch::settle(Vector2d ball, std::optional<double> offside) {
+  world.ball.pos = ball;
+  // The second-last opponent makes the line; the unseen others count for nothing.
+  for (const std::size_t n : {1U, 2U}) {
+    world.otherTeam[n].age = 0;
+    world.otherTeam[n].pos.x = offside.value_or(std::clamp(ball.x + GUARD, 0.0, PENALTY_AREA_EDGE));
+  }
+  runUntilSettled();
+
+  SettledTeam team{{}, eval.GetMinX(), eval.GetMaxX(), world.ourOffsideLine(OFFSIDE_MAX_AGE)};
+  for (int n = 2; n <= 11; ++n) {
+    SettledPlace& place = team.places[static_cast<std::size_t>(n - 2)];
+    place = {n, roleOf(n), eval.GetPlayerPosition(&world, n), {}, {}};
+    eval.GetPlayerArea(&world, n, place.lo, place.hi);
+    if (!isFinite(place.pos) || !isFinite(place.lo) || !isFinite(place.hi)) return std::nullopt;
+  }
+  return team;
+}
+
+/// Band and ball factors move step by step; a place that rests a cycle long rests for ever.
+void Pitch::runUntilSettled() {
+  for (int cycle = 0; cycle < MAX_CYCLES; ++cycle) {
+    const std::array<PlayerPos, 10> before = eval.RealPositions;
+    const double bandBefore = eval.GetMinX();
+    ++world.time;
+    eval.CalMinMaxX(&world);
+    eval.CalPlayerPositions(&world);
+    if (eval.GetMinX() == bandBefore && samePlaces(eval, before)) return;
+  }
+}
+
+Role Pitch::roleOf(int n) const {
+  if (tactical.ourTeamDefender(n)) return Role::DEFENCE;
+  return tactical.ourTeamMidfield(n) ? Role::MIDFIELD : Role::ATTACK;
+}
+
+}  // namespace vok
