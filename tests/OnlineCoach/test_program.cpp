@@ -14,24 +14,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-constexpr const char* banner = "Vokar RoboCup Online Coach";
 constexpr const char* closing = "Onlinecoach: could not connect to sserver, closing down";
-
-// What the coach wrote behind its banner of two lines.
-Lines reports(const CoachProcess& coach) {
-  Lines all = lines(coach.errors());
-  if (all.size() < 2 || all[0] != banner) return {"no banner"};
-  return {all.begin() + 2, all.end()};
-}
-
-// The next command that is not a message or a type change, so that the tests of the loop do not
-// hang on what the coach has to say.
-std::string answer(ScriptedServer& server, int milliseconds = 3000) {
-  for (;;) {
-    std::string text = server.receive(milliseconds);
-    if (!text.starts_with("(say ") && !text.starts_with("(change_player_type ")) return text;
-  }
-}
 
 // Ends the match and sees the coach off.
 void endMatch(ScriptedServer& server, CoachProcess& coach, long time) {
@@ -39,8 +22,8 @@ void endMatch(ScriptedServer& server, CoachProcess& coach, long time) {
   server.send(view(time));
   server.send("(think)");
   // The call alone ends the match: the last cycle may be answered or not.
-  std::string last = answer(server);
-  if (last.starts_with("(done)")) last = answer(server);
+  std::string last = server.answer();
+  if (last.starts_with("(done)")) last = server.answer();
   EXPECT_EQ(last, "(bye)");
   EXPECT_EQ(coach.wait(), 0);
 }
@@ -52,7 +35,7 @@ TEST(Program, ChecksInOnEitherSideAndLeavesAtTimeOver) {
     EXPECT_EQ(server.checkIn(side), "(init Alpha (version 9.00))");
     EXPECT_EQ(server.receive(), "(eye on)");
     endMatch(server, coach, 1);
-    EXPECT_EQ(reports(coach), Lines());
+    EXPECT_EQ(coach.reports(), Lines());
   }
 }
 
@@ -74,7 +57,7 @@ TEST_P(FailingCheckin, IsReportedAndEndsInOrder) {
   EXPECT_EQ(server.receive(), "(init Alpha (version 9.00))");
   for (const std::string& text : GetParam().answers) server.send(text);
   EXPECT_EQ(coach.wait(), 0);
-  EXPECT_EQ(reports(coach), GetParam().reports);
+  EXPECT_EQ(coach.reports(), GetParam().reports);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -111,7 +94,7 @@ TEST(Program, TakesTheTwoParameterMessagesInEitherOrder) {
   for (const char* text : {"(init l ok)", playerParam, serverParam}) server.send(text);
   EXPECT_EQ(server.receive(), "(eye on)");
   endMatch(server, coach, 1);
-  EXPECT_EQ(reports(coach),
+  EXPECT_EQ(coach.reports(),
             (Lines{"CommError: Comm (Alpha No.0): got player_param instead of server_param",
                    "CommError: Comm (Alpha No.0): got server_param instead of player_param"}));
 }
@@ -119,7 +102,7 @@ TEST(Program, TakesTheTwoParameterMessagesInEitherOrder) {
 TEST(Program, AnUnknownHostIsReported) {
   CoachProcess coach({"-h", "no-such-host.invalid", "-f", shippedConfig});
   EXPECT_EQ(coach.wait(30000), 0);
-  EXPECT_EQ(reports(coach), (Lines{"CommError: server host unknown",
+  EXPECT_EQ(coach.reports(), (Lines{"CommError: server host unknown",
                                    "Onlinecoach: unspecified error when initializing !", closing}));
 }
 
@@ -139,12 +122,12 @@ TEST(Program, AnswersEveryThinkInEitherOrderWithTheView) {
       {view(4), "(think)"},
   };
   for (const Lines& cycle : traffic) {
-    EXPECT_EQ(answer(server, 20), "") << "an answer before " << cycle[0];
+    EXPECT_EQ(server.answer(20), "") << "an answer before " << cycle[0];
     for (const std::string& text : cycle) server.send(text);
-    EXPECT_EQ(answer(server), "(done)") << "after " << cycle[0];
+    EXPECT_EQ(server.answer(), "(done)") << "after " << cycle[0];
   }
   endMatch(server, coach, 5);
-  EXPECT_EQ(reports(coach), Lines());
+  EXPECT_EQ(coach.reports(), Lines());
 }
 
 TEST(Program, ASilentServerIsTakenForDead) {
@@ -153,7 +136,7 @@ TEST(Program, ASilentServerIsTakenForDead) {
   server.checkIn('l', "(server_param (simulator_step 10)(synch_mode 0))");
   server.send(view(0));
   EXPECT_EQ(coach.wait(), 0);
-  EXPECT_EQ(reports(coach),
+  EXPECT_EQ(coach.reports(),
             Lines{"CommError:  (Alpha No. 0) select timed out assuming server is dead"});
   EXPECT_EQ(server.receive(), "(eye on)");
   EXPECT_EQ(server.receive(0), "") << "nobody says good-bye to the dead";
@@ -170,12 +153,12 @@ TEST(Program, UnreadableTextsAreReportedAndTheMatchGoesOn) {
   server.send(view(1));
   server.send("(think)");
   // From the warning on every text carries its NUL byte.
-  EXPECT_EQ(answer(server), "(done)$");
+  EXPECT_EQ(server.answer(), "(done)$");
   coach.signal(SIGTERM);
-  EXPECT_EQ(answer(server), "(bye)$");
+  EXPECT_EQ(server.answer(), "(bye)$");
   EXPECT_EQ(coach.wait(), 0);
   EXPECT_EQ(
-      reports(coach),
+      coach.reports(),
       (Lines{"CommError: 0 Comm (Alpha No.0): could not parse server string (bogus)",
              "CommError: 0 Comm (Alpha No.0): received error message from server: "
              "(error unknown_command)",
@@ -196,7 +179,7 @@ TEST(Program, ASignalEndsItWithinASecond) {
     coach.signal(number);
     EXPECT_EQ(server.receive(1000), "(bye)");
     EXPECT_EQ(coach.wait(1000), 0);
-    EXPECT_EQ(reports(coach), Lines());
+    EXPECT_EQ(coach.reports(), Lines());
   }
 }
 
@@ -220,9 +203,9 @@ TEST(Program, AlarmsFromOutsideChangeNothing) {
   server.send(view(1));
   coach.signal(SIGALRM);
   server.send("(think)");
-  EXPECT_EQ(answer(server), "(done)");
+  EXPECT_EQ(server.answer(), "(done)");
   endMatch(server, coach, 2);
-  EXPECT_EQ(reports(coach), Lines());
+  EXPECT_EQ(coach.reports(), Lines());
 }
 
 TEST(CommandLine, MistakesGetTheUsageAndStatus1) {
@@ -254,13 +237,13 @@ TEST(CommandLine, TraceFileAndStrayWordsAreIgnored) {
 TEST(CommandLine, APortThatIsNoNumberIsPort0) {
   CoachProcess coach({"-h", "127.0.0.1", "-p", "abc", "-f", shippedConfig});
   EXPECT_EQ(coach.wait(), 0);
-  EXPECT_EQ(reports(coach)[0], "CommError: could not send msg");
+  EXPECT_EQ(coach.reports()[0], "CommError: could not send msg");
 }
 
 TEST(Configuration, AnUnreadableFileEndsWithStatus255) {
   CoachProcess coach({"-f", "no/such/file"});
   EXPECT_EQ(coach.wait(), 255);
-  EXPECT_EQ(reports(coach), Lines{"PANIC: Could not read config file: no/such/file"});
+  EXPECT_EQ(coach.reports(), Lines{"PANIC: Could not read config file: no/such/file"});
 }
 
 // The shipped configuration with one key's lines cut out or its value replaced.
@@ -288,7 +271,7 @@ TEST(Configuration, AMissingKeyOfTheConnectionEndsBeforeTheFirstDatagram) {
   CoachProcess coach({"-h", "127.0.0.1", "-p", std::to_string(server.port()), "-f", config.path});
   EXPECT_EQ(coach.wait(), 10);
   EXPECT_EQ(server.receive(0), "");
-  EXPECT_EQ(reports(coach),
+  EXPECT_EQ(coach.reports(),
             (Lines{"WARNING: configuration entry for 'async_waitForSeeTime' not found.",
                    "FATAL: no value for key 'async_waitForSeeTime' found."}));
 }
@@ -300,7 +283,7 @@ TEST(Configuration, AMalformedKeyOfTheWorldEndsAfterTheCheckin) {
   server.checkIn();
   EXPECT_EQ(server.receive(), "(eye on)");
   EXPECT_EQ(coach.wait(), 10);
-  EXPECT_EQ(reports(coach),
+  EXPECT_EQ(coach.reports(),
             Lines{"FATAL: value 'many' for key 'world_maxPlayersOurTeam' not an integer."});
 }
 
@@ -308,7 +291,7 @@ TEST(Configuration, AnOddWaitIsReportedAndUsed) {
   ChangedConfig config("async_waitForSeeTime", "95");
   CoachProcess coach({"-h", "no-such-host.invalid", "-f", config.path});
   EXPECT_EQ(coach.wait(30000), 0);
-  EXPECT_EQ(reports(coach)[1],
+  EXPECT_EQ(coach.reports()[1],
             "Warning: ensure waitForSeeTime%10 == 0 && 0 <= waitForSeeTime && waitForSeeTime <= 90"
             " not valid in asyncinfo:88");
 }
