@@ -99,7 +99,7 @@ void pause(int milliseconds) {
 
 // A coach, its server and another one that knows of it.
 struct Game {
-  explicit Game(Lines options = {}, FailingSend failing = {})
+  explicit Game(const Lines& options = {}, FailingSend failing = {})
       : coach(arguments(options), failing) {}
   ~Game() {
     if (helper <= 0) return;
