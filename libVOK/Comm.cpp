@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstdint>
 #include <cstdlib>
@@ -13,6 +14,9 @@
 #include "constants.h"
 
 namespace vok {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
 
 namespace {
 
@@ -87,6 +91,11 @@ void Comm::stopOnSignals() {
   sigaction(SIGTERM, &action, nullptr);
 }
 
+int Comm::millisecondsUntil(steady_clock::time_point end) {
+  const auto left = std::chrono::ceil<milliseconds>(end - steady_clock::now());
+  return static_cast<int>(std::max<long>(left.count(), 0));
+}
+
 int Comm::receiveTimeout() {
   // Fifty simulation steps.
   const std::int64_t step = std::int64_t{SLOW_DOWN_FACTOR} * SIMULATOR_STEP;
@@ -106,8 +115,12 @@ void Comm::drainSocket() {
 
 // Null when there is nothing to route, be it that the server is lost.
 const char* Comm::receiveFirst() {
+  // A wait that a signal cut short goes on at the next drain: the server's silence counts in all.
+  if (!silenceEnds) silenceEnds = steady_clock::now() + milliseconds(receiveTimeout());
   try {
-    return sock->recv(ZELTRAmode ? -1 : receiveTimeout(), &async->act);
+    const char* text = sock->recv(ZELTRAmode ? -1 : millisecondsUntil(*silenceEnds), &async->act);
+    silenceEnds.reset();
+    return text;
   } catch (const UDPAct&) {
     return nullptr;
   } catch (const UDPSocketError& error) {

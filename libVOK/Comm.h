@@ -1,9 +1,11 @@
 // The client's one connection to the simulator server: check-in, receive loop, commands.
 #pragma once
 
+#include <chrono>
 #include <csignal>
 #include <iosfwd>
 #include <memory>
+#include <optional>
 
 #include "Parser.h"
 #include "UDPSocket.h"
@@ -144,12 +146,16 @@ class Comm {
   comm_error exchangeCheckin();
   bool parsePlayerCheckin(const char* msg, playing_side& side, play_mode& mode, int& number) const;
   static int receiveTimeout();
+  static int millisecondsUntil(std::chrono::steady_clock::time_point end);
   const char* receiveAtCheckin();
   bool sendText(const char* text);
   [[gnu::format(printf, 2, 3)]] void sendFormatted(const char* format, ...);
   bool intoRange(const char* command, double& value, double low, double high) const;
   std::ostream& commError() const;
   std::ostream& timedCommError() const;
+
+  /// When the server is taken for dead, while nothing comes.
+  std::optional<std::chrono::steady_clock::time_point> silenceEnds;
 };
 
 }  // namespace vok

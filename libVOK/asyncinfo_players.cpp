@@ -1,6 +1,7 @@
 // The players' part of the cycle timing: how long to wait for a visual message, and whether the
 // commands that were sent were executed. A coach is never sent the messages that lead here.
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <cmath>
 #include <cstddef>
@@ -36,14 +37,14 @@ struct BodyCommand {
   int SensorData::*executed;
 };
 
-constexpr BodyCommand bodyCommands[] = {
+constexpr auto bodyCommands = std::to_array<BodyCommand>({
     {KICK_COMMAND, "kick", &AsyncCommInfo::kickCount, &SensorData::kick_count},
     {DASH_COMMAND, "dash", &AsyncCommInfo::dashCount, &SensorData::dash_count},
     {TURN_COMMAND, "turn", &AsyncCommInfo::turnCount, &SensorData::turn_count},
     {CATCH_COMMAND, "catch", &AsyncCommInfo::catchCount, &SensorData::catch_count},
     {TACKLE_COMMAND, "tackle", &AsyncCommInfo::tackleCount, &SensorData::tackle_count},
     {MOVE_COMMAND, "move", &AsyncCommInfo::moveCount, &SensorData::move_count},
-};
+});
 
 // A command of which any number may be sent in a cycle.
 struct FreeCommand {
@@ -52,13 +53,13 @@ struct FreeCommand {
   int SensorData::*executed;
 };
 
-constexpr FreeCommand freeCommands[] = {
+constexpr auto freeCommands = std::to_array<FreeCommand>({
     {"say", &AsyncCommInfo::sayCount, &SensorData::say_count},
     {"turn_neck", &AsyncCommInfo::turnNeckCount, &SensorData::turn_neck_count},
     {"change view", &AsyncCommInfo::changeViewCount, &SensorData::change_view_count},
     {"point to", &AsyncCommInfo::pointToCount, &SensorData::point_to_count},
     {"attention to", &AsyncCommInfo::attentionToCount, &SensorData::attention_to_count},
-};
+});
 
 }  // namespace
 

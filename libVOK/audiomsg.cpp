@@ -35,12 +35,14 @@ char digit(unsigned number) {
 
 using DecodeTable = std::array<signed char, 256>;
 
-constexpr DecodeTable msgDecodeChars = [] {
+constexpr DecodeTable decodeTable() {
   DecodeTable table{};
   for (std::size_t i = 0; i < msgEncodeChars.size(); ++i)
     table[static_cast<unsigned char>(msgEncodeChars[i])] = static_cast<signed char>(i);
   return table;
-}();
+}
+
+constexpr DecodeTable msgDecodeChars = decodeTable();
 
 unsigned decoded(char c) {
   return static_cast<unsigned>(decodeChar(c));

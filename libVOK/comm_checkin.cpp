@@ -1,5 +1,4 @@
 // The check-in: one attempt to become the server's client.
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -83,15 +82,12 @@ comm_error Comm::exchangeCheckin() {
 }
 
 const char* Comm::receiveAtCheckin() {
-  using std::chrono::milliseconds;
-  using std::chrono::steady_clock;
   // An alarm from outside changes nothing: wait for the rest of the time. A request to stop ends
   // the check-in.
-  const auto deadline = steady_clock::now() + milliseconds(receiveTimeout());
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(receiveTimeout());
   for (;;) {
-    const auto left = std::chrono::ceil<milliseconds>(deadline - steady_clock::now());
     try {
-      return sock->recv(static_cast<int>(std::max<long>(left.count(), 0)), nullptr);
+      return sock->recv(millisecondsUntil(end), nullptr);
     } catch (const UDPSocketError& error) {
       if (error.number() != EINTR || stopRequested != 0) throw;
     }

@@ -30,7 +30,7 @@ struct ModeName {
   bool sided;
 };
 
-constexpr ModeName modeNames[] = {
+constexpr auto modeNames = std::to_array<ModeName>({
     {PLAY_MODE_BEFORE_KICK_OFF, "before_kick_off", false},
     {PLAY_MODE_TIME_OVER, "time_over", false},
     {PLAY_MODE_PLAY_ON, "play_on", false},
@@ -41,7 +41,7 @@ constexpr ModeName modeNames[] = {
     {PLAY_MODE_GOAL_KICK_US, "goal_kick_", true},
     {PLAY_MODE_GOAL_US, "goal_", true},
     {PLAY_MODE_OFFSIDE_US, "offside_", true},
-};
+});
 
 }  // namespace
 
@@ -102,17 +102,17 @@ void Comm::sendChangePlayer(int number, int type) {
 }
 
 bool Comm::intoRange(const char* command, double& value, double low, double high) const {
-  constexpr double TOLERANCE = 1e-10;
+  constexpr double tolerance = 1e-10;
   const auto trying = [&]() -> std::ostream& {
     return timedCommError() << "agent tries to send (" << command << " " << value << ")";
   };
-  if (value < low - TOLERANCE) {
+  if (value < low - tolerance) {
     trying() << ", normalizing to " << low << "\n";
     value = low;
-  } else if (value > high + TOLERANCE) {
+  } else if (value > high + tolerance) {
     trying() << ", normalizing to " << high << "\n";
     value = high;
-  } else if (!(value >= low - TOLERANCE && value <= high + TOLERANCE)) {
+  } else if (!(value >= low - tolerance && value <= high + tolerance)) {
     trying() << ", dropping command completely\n";
     return false;
   }
@@ -236,10 +236,10 @@ void Comm::say(AudioMsg& message) {
 
 void Comm::sendSay(const char* text) {
   // A coach's text comes in its freeform wrapper, which has 13 characters, 12 of them granted.
-  constexpr long PLAYER_LIMIT = 513;
-  constexpr long SAY_WRAPPER = 8;
-  const long wanted = async->isCoach() ? SAY_COACH_MSG_SIZE + 12L : PLAYER_LIMIT;
-  const long limit = std::min<long>(wanted, long{COMMAND_SIZE} - SAY_WRAPPER);
+  constexpr long playerLimit = 513;
+  constexpr long sayWrapper = 8;
+  const long wanted = async->isCoach() ? SAY_COACH_MSG_SIZE + 12L : playerLimit;
+  const long limit = std::min<long>(wanted, long{COMMAND_SIZE} - sayWrapper);
   const std::size_t length = std::strlen(text);
   if (static_cast<long>(length) > limit) {
     timedCommError() << "client tries to send too long say message (len= " << length

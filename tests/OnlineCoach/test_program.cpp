@@ -11,23 +11,14 @@ namespace {
 
 constexpr const char* closing = "Onlinecoach: could not connect to sserver, closing down";
 
-// The next command that is not a message or a type change, so that the tests of the loop do not
-// hang on what the coach has to say.
-std::string answer(ScriptedServer& server, int milliseconds = 3000) {
-  for (;;) {
-    std::string text = server.receive(milliseconds);
-    if (!text.starts_with("(say ") && !text.starts_with("(change_player_type ")) return text;
-  }
-}
-
 // Ends the match and sees the coach off.
 void endMatch(ScriptedServer& server, CoachProcess& coach, long time) {
   server.send("(hear " + std::to_string(time) + " referee time_over)");
   server.send(view(time));
   server.send("(think)");
   // The call alone ends the match: the last cycle may be answered or not.
-  std::string last = answer(server);
-  if (last.starts_with("(done)")) last = answer(server);
+  std::string last = server.answer();
+  if (last.starts_with("(done)")) last = server.answer();
   EXPECT_EQ(last, "(bye)");
   EXPECT_EQ(coach.wait(), 0);
 }
@@ -127,9 +118,9 @@ TEST(Program, AnswersEveryThinkInEitherOrderWithTheView) {
       {view(4), "(think)"},
   };
   for (const Lines& cycle : traffic) {
-    EXPECT_EQ(answer(server, 20), "") << "an answer before " << cycle[0];
+    EXPECT_EQ(server.answer(20), "") << "an answer before " << cycle[0];
     for (const std::string& text : cycle) server.send(text);
-    EXPECT_EQ(answer(server), "(done)") << "after " << cycle[0];
+    EXPECT_EQ(server.answer(), "(done)") << "after " << cycle[0];
   }
   endMatch(server, coach, 5);
   EXPECT_EQ(coach.reports(), Lines());
@@ -158,9 +149,9 @@ TEST(Program, UnreadableTextsAreReportedAndTheMatchGoesOn) {
   server.send(view(1));
   server.send("(think)");
   // From the warning on every text carries its NUL byte.
-  EXPECT_EQ(answer(server), "(done)$");
+  EXPECT_EQ(server.answer(), "(done)$");
   coach.signal(SIGTERM);
-  EXPECT_EQ(answer(server), "(bye)$");
+  EXPECT_EQ(server.answer(), "(bye)$");
   EXPECT_EQ(coach.wait(), 0);
   EXPECT_EQ(
       coach.reports(),
@@ -208,7 +199,7 @@ TEST(Program, AlarmsFromOutsideChangeNothing) {
   server.send(view(1));
   coach.signal(SIGALRM);
   server.send("(think)");
-  EXPECT_EQ(answer(server), "(done)");
+  EXPECT_EQ(server.answer(), "(done)");
   endMatch(server, coach, 2);
   EXPECT_EQ(coach.reports(), Lines());
 }

@@ -3,13 +3,19 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <poll.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
@@ -34,6 +40,22 @@ int boundSocket() {
   local.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   if (bind(sd, reinterpret_cast<const sockaddr*>(&local), sizeof local) != 0) std::perror("bind");
   return sd;
+}
+
+// For this process and the program that it becomes.
+bool failSends(FailingSend failing) {
+  constexpr unsigned lengthArgument = offsetof(seccomp_data, args) + 2 * sizeof(std::uint64_t);
+  std::array<sock_filter, 6> filter = {{
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_sendto, 0, 3),
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, lengthArgument),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, failing.length, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<unsigned>(failing.error)),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  }};
+  const sock_fprog program = {filter.size(), filter.data()};
+  return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+         prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
 }
 
 }  // namespace
@@ -76,6 +98,13 @@ void ScriptedServer::send(std::string_view text) {
   sendBytes(std::string(text) + '\0');
 }
 
+std::string ScriptedServer::answer(int milliseconds) {
+  for (;;) {
+    std::string text = receive(milliseconds);
+    if (!text.starts_with("(say ") && !text.starts_with("(change_player_type ")) return text;
+  }
+}
+
 std::string ScriptedServer::checkIn(char side, const std::string& parameters) {
   std::string init = receive();
   send(std::string("(init ") + side + " ok)");
@@ -104,7 +133,7 @@ std::string StderrCapture::take() {
   return text;
 }
 
-CoachProcess::CoachProcess(const Lines& arguments)
+CoachProcess::CoachProcess(const Lines& arguments, FailingSend failing)
     : errorFile(open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)) {
   pid = fork();
   if (pid != 0) return;
@@ -113,6 +142,7 @@ CoachProcess::CoachProcess(const Lines& arguments)
   for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
   argv.push_back(nullptr);
   dup2(errorFile, STDERR_FILENO);
+  if (failing.length > 0 && !failSends(failing)) _exit(126);
   execv(program.c_str(), argv.data());
   _exit(127);
 }

@@ -35,6 +35,12 @@ class ScriptedServer {
   void send(std::string_view text);
   void sendBytes(std::string_view bytes);
 
+  /// From now on talks to the client of another server.
+  void address(const ScriptedServer& other) { client = other.client; }
+  /// The next command that is not a message or a type change, so that tests of the loop do not hang
+  /// on what the coach has to say.
+  std::string answer(int milliseconds = 3000);
+
   /// Takes in the client's init and sends the three answers of a check-in. Returns the init.
   std::string checkIn(char side = 'l', const std::string& parameters = serverParam);
 
@@ -58,10 +64,16 @@ class StderrCapture {
   std::string take();
 };
 
+/// The datagrams of a length that a process cannot send; none of length 0.
+struct FailingSend {
+  unsigned length = 0;
+  int error = 0;  ///< what the system says to it
+};
+
 /// The real coach program as a child process, started on conf/agent.conf or another file.
 class CoachProcess {
  public:
-  explicit CoachProcess(const Lines& arguments);
+  explicit CoachProcess(const Lines& arguments, FailingSend failing = {});
   ~CoachProcess();
   CoachProcess(const CoachProcess&) = delete;
   CoachProcess& operator=(const CoachProcess&) = delete;

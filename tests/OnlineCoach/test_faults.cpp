@@ -1,0 +1,378 @@
+// The real coach program while the network, the server or the machine misbehaves: what it outlives,
+// what ends it, and that a request to stop is obeyed at any moment.
+#include <gtest/gtest.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <map>
+#include <set>
+#include <sstream>
+#include <thread>
+
+#include "support/server.h"
+
+namespace vok::test {
+namespace {
+
+using namespace std::string_literals;
+using Table = std::map<std::string, std::string>;
+
+const std::string closing = "Onlinecoach: could not connect to sserver, closing down";
+const std::string undelivered = "Onlinecoach: could not deliver checkin message to server !";
+const std::string misread = "Onlinecoach: could not parse init response !";
+const std::string stranger =
+    "CommError: Comm (Alpha No.-1): cannot handle server checkin response ";
+const std::string checkin = "CommError: Comm (Alpha No.0): ";
+const std::string unreadable = "CommError: 1 Comm (Alpha No.0): could not parse server string ";
+const std::string malformed = "Parser: malformed object: ";
+const std::string dumping = "DataStore: more than 20 unprocessed SensorDatas, dumping oldest one.";
+
+std::string playerType(int id) {
+  return "(player_type (id " + std::to_string(id) +
+         ")(player_speed_max 1.05)(stamina_inc_max 45)(player_decay 0.4)(inertia_moment 5)"
+         "(dash_power_rate 0.006)(player_size 0.3)(kickable_margin 0.7)(kick_rand 0.1)"
+         "(extra_stamina 50)(effort_max 1)(effort_min 0.6))";
+}
+
+std::string padded(std::string text, std::size_t size) {
+  text.insert(text.size() - 1, size - text.size(), ' ');
+  return text;
+}
+
+std::string crowd(int players) {
+  std::string text = "(see_global 2 ((b) 0 0 0 0)";
+  for (int i = 0; i < players; ++i) text += " ((p \"Beta\" 1) 0 0 0 0 0 0)";
+  return text + ")";
+}
+
+std::string allBytes() {
+  std::string bytes;
+  for (int c = 255; c > 0; --c) bytes += static_cast<char>(c);
+  return bytes;
+}
+
+// What the servers say, each with a NUL byte behind it, and what the coach is to say.
+const Table texts = {
+    {"init", "(init l ok)"},
+    {"init-r", "(init r ok)"},
+    {"init-long", padded("(init l ok)", 60000)},
+    {"init-cut", "(init \0l ok)"s},
+    {"server", serverParam},
+    {"server-hasty", "(server_param (simulator_step 10)(synch_mode 1))"},  // dead in half a second
+    {"server-8192", padded(serverParam, 8191)},
+    {"server-cut", padded("(server_param (synch_mode 1) ", 8185) + "(half_time 1))"},
+    {"player", playerParam},
+    {"player-8193", padded(playerParam, 8192)},
+    {"player-cut", "(player_param (player_types 7)(pt_\0max 1))"s},
+    {"player-none", "(player_param (player_types 0)(pt_max 0)(subs_max 0))"},
+    {"player-200", "(player_param (player_types 200)(pt_max 1)(subs_max 3))"},
+    {"think", "(think)"},
+    {"think-nul", "(think)\0\0\0"s},
+    {"view-nul", "(see_global 2 ((b) 0 0\0 0 0))"s},
+    {"nul-view", "\0(see_global 2 ((b) 0 0 0 0))"s},
+    {"view-nul-over", view(2) + "\0(hear 2 referee time_over)"s},
+    {"crowd22", crowd(22)},
+    {"crowd23", crowd(23)},
+    {"goal", "(hear 1 referee goal_l_1)"},
+    {"over", "(hear 1 referee time_over)"},
+    {"bogus", "(bogus)"},
+    {"bytes", allBytes()},
+    {"call-bytes", "(hear 1 referee " + allBytes()},
+    {"view-bytes", "(see_global 1 ((" + allBytes()},
+    {"voice-bytes", "(hear 1 (p \"" + allBytes()}};
+const Table commands = {{"INIT", "(init Alpha (version 9.00))"},
+                        {"EYE", "(eye on)"},
+                        {"DONE", "(done)"},
+                        {"BYE", "(bye)"},
+                        {"NOTHING", ""}};
+const std::map<std::string, int> signals = {{"alarm", SIGALRM}, {"stop", SIGSTOP}, {"go", SIGCONT}};
+
+void pause(int milliseconds) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+// A coach, its server and another one that knows of it.
+struct Game {
+  explicit Game(const Lines& options = {}, FailingSend failing = {})
+      : coach(arguments(options), failing) {}
+  ~Game() {
+    if (helper <= 0) return;
+    kill(helper, SIGKILL);
+    waitpid(helper, nullptr, 0);
+  }
+  Game(const Game&) = delete;
+  Game& operator=(const Game&) = delete;
+
+  /// Plays words of the tables: sends a text, waits for a command, sends the coach a signal.
+  /// "v3" is the view of time 3, "start" a whole check-in with a first cycle; "x*5" plays x five
+  /// times; "2:x" lets the other server do it; behind "MEANWHILE" all goes on to the game's end.
+  void play(const std::string& script) {
+    std::istringstream words(script);
+    for (std::string word; words >> word;) {
+      if (word == "MEANWHILE") return meanwhile(std::string(std::istreambuf_iterator(words), {}));
+      const std::size_t star = word.find('*');
+      const int times = star < word.size() ? std::stoi(word.substr(star + 1)) : 1;
+      for (int i = 0; i < times; ++i) playWord(word.substr(0, star));
+    }
+  }
+
+  std::unique_ptr<ScriptedServer> server = std::make_unique<ScriptedServer>();
+  CoachProcess coach;
+
+ private:
+  void playWord(const std::string& word) {
+    const std::string next = "v" + std::to_string(time + 1);
+    if (word.starts_with("2:")) {
+      other.swap(server);
+      server->address(*other);
+      playWord(word.substr(2));
+      other.swap(server);
+    } else if (texts.contains(word)) {
+      server->send(texts.at(word));
+    } else if (commands.contains(word)) {
+      EXPECT_EQ(server->answer(word == "NOTHING" ? 20 : 3000), commands.at(word)) << "at " << time;
+    } else if (signals.contains(word)) {
+      coach.signal(signals.at(word));
+    } else if (word == "start") {
+      play("INIT init EYE server player v1 think DONE");
+    } else if (word == "cycle") {
+      play(next + " think DONE");
+    } else if (word == "type") {
+      server->send(playerType(types++));
+    } else if (word == "empty") {
+      server->sendBytes("");
+    } else if (word == "wait") {
+      pause(1);
+    } else if (word == "settle") {
+      // Cycles until the coach is through; the system may have dropped the first.
+      do {
+        while (!server->answer(100).empty()) continue;
+        play("v" + std::to_string(time + 1) + " think");
+      } while (server->answer(1000) != "(done)");
+      while (!server->answer(100).empty()) continue;
+    } else if (word.starts_with("big")) {
+      const std::string seen = view(++time);
+      server->send(seen + std::string(std::stoul(word.substr(3)) - seen.size() - 1, ')'));
+    } else {
+      ASSERT_EQ(word[0], 'v') << word;
+      time = std::stol(word.substr(1));
+      server->send(view(time));
+    }
+  }
+
+  // In a process of its own, which does not outlive this one.
+  void meanwhile(const std::string& script) {
+    const pid_t parent = getpid();
+    helper = fork();
+    if (helper != 0) return;
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    while (getppid() == parent) play(script);
+    _exit(0);
+  }
+
+  Lines arguments(Lines options) const {
+    for (const std::string& usual : coachArguments(server->port())) options.push_back(usual);
+    return options;
+  }
+
+  std::unique_ptr<ScriptedServer> other = std::make_unique<ScriptedServer>();
+  long time = 0;
+  int types = -1;
+  pid_t helper = -1;
+};
+
+struct Fault {
+  const char* name;
+  const char* words;
+  Lines lines = {};  ///< beginnings of the coach's lines, each at least once
+};
+
+void PrintTo(const Fault& fault, std::ostream* out) {
+  *out << fault.name;
+}
+
+std::string nameOf(const testing::TestParamInfo<Fault>& tested) {
+  return tested.param.name;
+}
+
+void expectLines(const CoachProcess& coach, const Lines& beginnings) {
+  std::set<std::string> missing(beginnings.begin(), beginnings.end());
+  std::set<std::string> unexplained;
+  for (const std::string& line : coach.reports()) {
+    const auto begins = [&line](const std::string& b) { return line.starts_with(b); };
+    std::erase_if(missing, begins);
+    if (std::none_of(beginnings.begin(), beginnings.end(), begins)) unexplained.insert(line);
+  }
+  EXPECT_EQ(missing, std::set<std::string>());
+  EXPECT_EQ(unexplained, std::set<std::string>());
+}
+
+class Outlived : public testing::TestWithParam<Fault> {};
+
+TEST_P(Outlived, AndThenEveryCycleIsAnsweredOnce) {
+  Game game;
+  game.play(GetParam().words);
+  game.play("cycle*2 NOTHING");
+  game.coach.signal(SIGTERM);
+  game.play("BYE");
+  EXPECT_EQ(game.coach.wait(1000), 0);
+  expectLines(game.coach, GetParam().lines);
+}
+
+const Fault outlivedFaults[] = {
+    {"ServerParamTwice",
+     "INIT init EYE server server player",
+     {checkin + "got server_param instead of player_param",
+      "CommError: 0 Comm (Alpha No.0): could not parse server string (player_param "}},
+    {"AllInOneBurst", "INIT init server player type v1 think EYE DONE"},
+    {"CheckinAmongAlarms", "INIT alarm init alarm EYE alarm server wait alarm player alarm"},
+    {"LateTextsFromChangingPorts", "INIT wait*50 2:init 2:EYE wait*50 server wait*50 2:player"},
+    {"CheckinOfLongTexts", "INIT init-long EYE server-8192 player-8193"},
+    {"ParametersCutOff", "INIT init EYE server-cut player-cut"},
+    {"NoPlayerTypesButThreeAnnounced", "INIT init EYE server player-none type*3"},
+    {"PlayerTypes200InOneBurst", "INIT init EYE server player-200 type*200 settle", {dumping}},
+
+    {"LostView", "start think"},
+    {"LostThink", "start v2"},
+    {"ViewTwice", "start v2 v2 think DONE v2"},
+    {"ThinkTwice", "start v2 think think DONE"},
+    {"ThinkBeforeItsView", "start think v2 DONE v3 think DONE think v4 DONE"},
+    {"LateView",
+     "start v3 think DONE v2 think DONE v3",
+     {"3 AsyncInfo (Alpha No.0): completely missed server timesteps from 2 to 2 "}},
+    {"LateAndDoubledGoal", "start v2 goal think DONE goal"},
+    {"TimeGoesBackFromTheLastThereIs",
+     "start v2147483647 think DONE v5 think DONE v-5 think DONE v0 think DONE",
+     {"2147483647 AsyncInfo (Alpha No.0): completely missed server timesteps from 2 to "}},
+    {"AlarmsAtAnyMoment", "start MEANWHILE alarm wait"},
+    {"StoppedForLongerThanItsPatience",
+     "INIT init EYE server-hasty player cycle stop wait*700 v2 think v3 think go DONE DONE"},
+    {"PortMovesWhileAnAnswerIsOnItsWay", "start v2 think 2:NOTHING DONE 2:cycle*9"},
+    {"AnswersFromTwoPorts", "start v2 2:think 2:DONE think 2:v3 2:DONE"},
+    {"SecondServerChecksIn",
+     "start 2:init-r 2:server 2:player",
+     {unreadable + "(init r ok)", unreadable + "(server_param ", unreadable + "(player_param "}},
+    {"EmptyDatagrams", "start empty*50", {unreadable}},
+    {"ViewsOf8192BytesAndMore",
+     "start big8191 think DONE big8192 think DONE big8193 think DONE big65507 think DONE"},
+    {"NulBytesInside",
+     "start view-nul nul-view view-nul-over think-nul DONE",
+     {unreadable, malformed, "'((b) 0 0'"}},
+    {"BytesThatAreNoText",
+     "start bytes call-bytes view-bytes voice-bytes",
+     {unreadable, malformed, "'((\xff\xfe"}},
+    {"PlayerNumber23",
+     "start crowd22 think DONE crowd23",
+     {"Parser: to manny players!",
+      "CommError: 2 Comm (Alpha No.0): could not parse server string (see_global 2"}},
+    {"FloodOfNonsense", "start bogus*20000 settle", {unreadable + "(bogus)"}},
+    {"FloodOfEmptyDatagrams", "start empty*20000 settle", {unreadable}},
+    {"FloodOfTypes", "start type*20000 settle", {dumping}},
+    {"FloodOfThinks", "start think*20000 settle"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Faults, Outlived, testing::ValuesIn(outlivedFaults), nameOf);
+
+class Fatal : public testing::TestWithParam<Fault> {};
+
+TEST_P(Fatal, AndTheCoachEndsInOrder) {
+  Game game;
+  game.play(GetParam().words);
+  EXPECT_EQ(game.coach.wait(1500), 0);
+  expectLines(game.coach, GetParam().lines);
+}
+
+const Fault fatalFaults[] = {
+    {"EmptyAnswer", "INIT empty BYE", {stranger, misread, closing}},
+    {"AnswerCutOff", "INIT init-cut BYE", {stranger + "(init ", misread, closing}},
+    {"AnswersOfTwoServers",
+     "INIT init 2:init-r EYE 2:BYE",
+     {checkin + "cannot parse server_param (init r ok)", undelivered, closing}},
+    {"InitTwice",
+     "INIT init init EYE BYE",
+     {checkin + "cannot parse server_param (init l ok)", undelivered, closing}},
+    {"TypeBeforeTheParameters",
+     "INIT init type server player EYE BYE",
+     {checkin + "cannot parse server_param (player_type ", undelivered, closing}},
+    {"LostServerParam",
+     "INIT init player v1 EYE BYE",
+     {checkin + "got player_param instead of server_param",
+      checkin + "cannot parse player_param (see_global 1", undelivered, closing}},
+    {"LostPlayerParam",
+     "INIT init server-hasty EYE BYE",
+     {"CommError: select timed out", "Onlinecoach: did not receive response from server !",
+      closing}},
+    {"SilenceAmongAlarms",
+     "INIT init EYE server-hasty player v1 think DONE MEANWHILE alarm wait",
+     {"CommError:  (Alpha No. 0) select timed out assuming server is dead"}},
+};
+
+INSTANTIATE_TEST_SUITE_P(Faults, Fatal, testing::ValuesIn(fatalFaults), nameOf);
+
+class AtAnyMoment : public testing::TestWithParam<Fault> {};
+
+TEST_P(AtAnyMoment, ASignalEndsTheCoachWithinASecond) {
+  using std::chrono::steady_clock;
+  for (const int number : {SIGINT, SIGTERM}) {
+    Game game({"-F"});
+    game.play(GetParam().words);
+    game.coach.signal(number);
+    const auto limit = steady_clock::now() + std::chrono::seconds(1);
+    std::string last;
+    while (last != "(bye)" && steady_clock::now() < limit) last = game.server->answer(100);
+    EXPECT_EQ(last, "(bye)");
+    EXPECT_EQ(game.coach.wait(200), 0);
+    expectLines(game.coach, GetParam().lines);
+  }
+}
+
+const Fault moments[] = {
+    {"BetweenTheParameters",
+     "INIT init server EYE",
+     {"CommError: error while recving data", undelivered, closing}},
+    {"BetweenViewAndThink", "start v2"},
+    {"BehindACycle", "start"},
+    {"InAnEndlessWait", "INIT init server-hasty player EYE cycle wait*600 cycle"},
+    {"AmongAlarms", "start MEANWHILE alarm wait"},
+    {"InAFloodOfNonsense", "start bogus wait*50 MEANWHILE bogus", {unreadable + "(bogus)"}},
+    {"InAFloodOfCycles", "start MEANWHILE v1 think"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Faults, AtAnyMoment, testing::ValuesIn(moments), nameOf);
+
+TEST(FailingSends, AreReportedAndTheCommandIsLost) {
+  const struct {
+    std::string lost;
+    int error;
+    const char* words;
+    Lines lines;
+  } cases[] = {
+      {"INIT", ENETUNREACH, "BYE", {"CommError: could not send msg", undelivered, closing}},
+      {"EYE",
+       EHOSTUNREACH,
+       "INIT init server player v1 think DONE over BYE",
+       {"CommError: 0 Comm (Alpha No.-1): agent cannot send (eye on) to server"}},
+      {"DONE",
+       ENOBUFS,
+       "INIT init EYE server player v1 think over BYE",
+       {"CommError: 1 Comm (Alpha No.0): agent cannot send (done) to server"}},
+      {"BYE",
+       EPERM,
+       "start over",
+       {"CommError: 1 Comm (Alpha No.0): agent cannot send (bye) to server"}},
+  };
+  for (const auto& c : cases) {
+    Game game({}, {static_cast<unsigned>(commands.at(c.lost).size()), c.error});
+    game.play(c.words);
+    EXPECT_EQ(game.coach.wait(1000), 0);
+    expectLines(game.coach, c.lines);
+  }
+}
+
+}  // namespace
+}  // namespace vok::test
