@@ -1,12 +1,14 @@
 #include "asyncinfo.h"
 
 #include <gtest/gtest.h>
+#include <sys/time.h>
 
 #include <csignal>
 #include <set>
 
 #include "Config.h"
 #include "constants.h"
+#include "support/param_keeper.h"
 #include "support/server.h"
 
 namespace vok::test {
@@ -176,7 +178,28 @@ class PlayerTiming : public testing::Test {
     timing->setStates(7, 0, PLAY_MODE_PLAY_ON, SIDE_LEFT, false);
     SYNCH_MODE = true;  // no timer: the test decides
   }
-  ~PlayerTiming() override { SYNCH_MODE = false; }
+
+  /// Begins a cycle of a second with a datagram that came `late` ms ago, `length` ms after the one
+  /// that began the last cycle. Returns the wait that is armed for a visual message, 0 for none.
+  long waitOfNextCycle(long late, long length) {
+    SYNCH_MODE = false;
+    SIMULATOR_STEP = 1000;
+    timing->actionNeeded = false;
+    gettimeofday(&timing->startTime, nullptr);
+    timing->startTime = {timing->startTime.tv_sec - 100, 0};
+    timing->setRecvTime();
+    timing->recvTime -= late;
+    const long began = timing->recvTime - length;
+    timing->cycleStartTime = {began / 1000, began % 1000 * 1000};
+    SensorData data;
+    data.time = timing->getServerTime() + 1;
+    timing->adjust(data);
+    itimerval armed{};
+    getitimer(ITIMER_REAL, &armed);
+    const itimerval off{};
+    setitimer(ITIMER_REAL, &off, nullptr);
+    return armed.it_value.tv_sec * 1000 + (armed.it_value.tv_usec + 999) / 1000;
+  }
 
   bool sense(long time, int kicks, int says = 0) {
     SensorData data;
@@ -187,8 +210,70 @@ class PlayerTiming : public testing::Test {
     return timing->adjust(data);
   }
 
+  ParamKeeper keeper;
   std::unique_ptr<AsyncCommInfo> timing;
 };
+
+TEST_F(PlayerTiming, TheWaitEndsWithTheLastViewThatIsStillToCome) {
+  SEND_VI_STEP = 70;
+  const struct {
+    view_width width;
+    view_quality quality;
+    int before, now;  // views in the last two cycles, the latest 80 and 10 ms after their beginning
+    long wait;
+    bool settled = true;
+  } cases[] = {
+      // A view every other cycle: 80 + 5 + 2 * 70 less two times 101, or 10 + 5 + 2 * 70 less one.
+      {VIEW_WIDTH_NORMAL, VIEW_QUALITY_HIGH, 0, 0, 400},
+      {VIEW_WIDTH_NORMAL, VIEW_QUALITY_HIGH, 1, 1, 0},
+      {VIEW_WIDTH_NORMAL, VIEW_QUALITY_HIGH, 1, 0, 23},
+      {VIEW_WIDTH_NORMAL, VIEW_QUALITY_HIGH, 0, 1, 54},
+      {VIEW_WIDTH_WIDE, VIEW_QUALITY_LOW, 1, 1, 0},
+      {VIEW_WIDTH_NORMAL, VIEW_QUALITY_LOW, 1, 1, 400},
+      {VIEW_WIDTH_NORMAL, VIEW_QUALITY_HIGH, 1, 1, 400, false},
+      // Two views a cycle or three in two; 10 + 5 + 70 for the second one.
+      {VIEW_WIDTH_NARROW, VIEW_QUALITY_HIGH, 1, 1, 54},
+      {VIEW_WIDTH_NARROW, VIEW_QUALITY_HIGH, 0, 2, 85},
+      {VIEW_WIDTH_NARROW, VIEW_QUALITY_HIGH, 2, 1, 85},
+      {VIEW_WIDTH_NARROW, VIEW_QUALITY_HIGH, 1, 0, 400},
+      {VIEW_WIDTH_WIDE, VIEW_QUALITY_HIGH, 1, 0, 0},
+      {VIEW_WIDTH_WIDE, VIEW_QUALITY_HIGH, 0, 1, 0},
+      {VIEW_WIDTH_WIDE, VIEW_QUALITY_HIGH, 0, 0, 400},
+  };
+  for (std::size_t i = 0; i < std::size(cases); ++i) {
+    const auto& c = cases[i];
+    timing->curVisAngle = timing->chVisAngle = c.width;
+    timing->curVisQual = timing->chVisQual = c.quality;
+    timing->viewModeTime = c.settled ? 2 : 1;
+    timing->seeMsgCntIndex = 0;
+    timing->seeMsgCnt = {c.now, 9, 9, c.before};
+    timing->seeTime = {10, 0, 0, 80};
+    const long wait = waitOfNextCycle(0, 1000);
+    EXPECT_LE(wait, c.wait) << i;
+    EXPECT_GT(wait, c.wait - 25) << i << ": some of it passed, but not so much";
+    EXPECT_EQ(timing->abortWaitForSee, c.wait == 0) << i;
+    EXPECT_EQ(timing->seeMsgCntIndex, 1);
+  }
+  SensorData see;
+  see.type = SENSOR_TYPE_SEE;
+  timing->adjust(see);
+  EXPECT_EQ(timing->seeMsgCnt[1], 1);
+  EXPECT_LT(timing->seeTime[1], 1000);
+}
+
+TEST_F(PlayerTiming, AnOddCycleLengthIsReportedAndALateStartWaitsForNothing) {
+  StderrCapture errors;
+  EXPECT_GT(waitOfNextCycle(0, -300), 375);
+  EXPECT_TRUE(errors.take().starts_with("1 AsyncInfo: (Alpha No.7) last cycle was to short: -"));
+  EXPECT_EQ(waitOfNextCycle(450, 1000), 0);
+  EXPECT_TRUE(timing->abortWaitForSee);
+  EXPECT_TRUE(errors.take().starts_with(
+      "2 AsyncInfo: (Alpha No.7) aborting waitForSee due to non positive timervalue (-"));
+  EXPECT_EQ(waitOfNextCycle(0, 2100), 0);
+  EXPECT_TRUE(timing->abortWaitForSee);
+  EXPECT_TRUE(errors.take().starts_with(
+      "3 AsyncInfo: (Alpha No.7) timer not started as last cycle was to long: 21"));
+}
 
 TEST_F(PlayerTiming, ActsOnceItsBodyIsSensedAndTheWaitIsOver) {
   timing->actionNeeded = false;
@@ -215,6 +300,25 @@ TEST_F(PlayerTiming, CommandsLostOnTheWayAreReported) {
   sense(2, 1);
   EXPECT_EQ(errors.take(),
             "2 AsyncInfo (Alpha No.7): Server executed command (kick) I didn't send!\n");
+  for (const CycleCommand command :
+       {DASH_COMMAND, TURN_COMMAND, CATCH_COMMAND, TACKLE_COMMAND, MOVE_COMMAND}) {
+    timing->sendAction(command, 0, 0);
+  }
+  SensorData data;
+  data.type = SENSOR_TYPE_SENSE_BODY;
+  data.time = 3;
+  data.kick_count = data.dash_count = data.turn_count = 2;
+  timing->adjust(data);
+  const std::string line = "3 AsyncInfo (Alpha No.7): ";
+  const std::string unsent = " I didn't send!\n";
+  EXPECT_EQ(errors.take(),
+            line + "Server executed command (kick)" + unsent + line +
+                "Server executed command (dash)" + unsent + line +
+                "Server executed command (turn)" + unsent + line + "missing 1 catch command(s)!\n" +
+                line + "missing 1 tackle command(s)!\n" + line + "missing 1 move command(s)!\n" +
+                line + "Server executed more than one command\n");
+  timing->getLostAction(lost);
+  EXPECT_EQ(lost.command, MOVE_COMMAND) << "the last one sent";
 }
 
 TEST_F(PlayerTiming, ACycleWithoutACommandIsReported) {

@@ -10,6 +10,7 @@
 
 #include "Config.h"
 #include "constants.h"
+#include "support/param_keeper.h"
 #include "support/server.h"
 
 namespace vok::test {
@@ -181,6 +182,18 @@ TEST_F(Connection, CommandsAreWrittenAsTheServerReadsThem) {
        ""},
       {[](Comm& c, double) { c.sendChangeMode(PLAY_MODE_PAUSE); }, 0, "",
        "trying to set unknown play mode: No.4, droping command\n"},
+      {[](Comm& c, double) { c.sendSenseBody(); }, 0, "(sense_body)", ""},
+      {[](Comm& c, double) { c.sendEar(false); }, 0, "(ear off)", ""},
+      {[](Comm& c, double) { c.sendCheckBall(); }, 0, "(check_ball)", ""},
+      {[](Comm& c, double) { c.sendRecover(); }, 0, "(recover)", ""},
+      {[](Comm& c, double) { c.sendPointToOff(); }, 0, "(pointto off)", ""},
+      {[](Comm& c, double) { c.sendAttentionToOff(); }, 0, "(attentionto off)", ""},
+      {[](Comm& c, double) { c.sendAttentionTo(12, true); }, 0, "",
+       "agent tries to send (attentionto 12), dropping command completely\n"},
+      {[](Comm& c, double v) { c.sendMoveObject("ball", v, 2); }, 1,
+       "(move ball 1.000000 2.000000)", ""},
+      {[](Comm& c, double v) { c.sendMoveObject("ball", v, 2, 3); }, 1,
+       "(move ball 1.000000 2.000000 3.000000)", ""},
       {[](Comm& c, double v) { c.sendMoveObject("ball", v, 2, 3, 4, 5); }, 1,
        "(move ball 1.000000 2.000000 3.000000 4.000000 5.000000)", ""},
   };
@@ -193,6 +206,59 @@ TEST_F(Connection, CommandsAreWrittenAsTheServerReadsThem) {
   CycleAction last = comm->async->sentAction;
   EXPECT_EQ(last.command, TACKLE_COMMAND);
   EXPECT_EQ(comm->async->dashCount, 3);
+}
+
+TEST_F(Connection, AGoalieMovesWithTheBallInItsHands) {
+  const struct {
+    client_type type;
+    play_mode mode;
+    const char* text;
+  } cases[] = {{CLIENT_GOALIE, PLAY_MODE_FREE_KICK_US, "(move -5.000000 1.000000)"},
+               {CLIENT_FIELDPLAYER, PLAY_MODE_FREE_KICK_US, ""},
+               {CLIENT_GOALIE, PLAY_MODE_PLAY_ON, ""},
+               {CLIENT_FIELDPLAYER, PLAY_MODE_BEFORE_KICK_OFF, "(move -5.000000 1.000000)"}};
+  for (const auto& c : cases) {
+    connectAs(c.type);
+    comm->async->setStates(7, 0, c.mode, SIDE_LEFT, false);
+    comm->sendMove(-5, 1);
+    comm.reset();
+    for (const std::string text : {c.text, "(bye)"}) {
+      if (text.empty()) continue;
+      EXPECT_EQ(server.receive(), text) << c.mode;
+    }
+  }
+}
+
+TEST_F(Connection, APlayerChecksInAndFeignsANormalView) {
+  const ParamKeeper keeper;
+  connectAs(CLIENT_FIELDPLAYER);
+  comm->sendLook();
+  server.receive();
+  for (const char* text : {"(init l 7 play_on)", serverParam, playerParam}) server.send(text);
+  EXPECT_EQ(comm->connect(), COMM_OK);
+  EXPECT_EQ(server.receive(), "(init Alpha (version 9.00))");
+  EXPECT_EQ(server.receive(), "(clang (ver 7 8))");
+  EXPECT_EQ(comm->getMyNumber(), 7);
+  comm->fakenormal = true;
+  comm->receiveText("(ok say)");  // in synchronous mode, as it was told
+  SYNCH_MODE = false;
+  comm->receiveText("(ok say)");
+  EXPECT_EQ(server.receive(), "(change_view narrow high)");
+  EXPECT_EQ(server.receive(0), "");
+}
+
+TEST_F(Connection, PlayersAndTrainersHearTheOnlineCoach) {
+  AudioMsg own;
+  own.setPrefix("vok");
+  own.createChkSums();
+  const std::string text = own.getEncoding();
+  for (const client_type type : {CLIENT_FIELDPLAYER, CLIENT_GOALIE, CLIENT_TRAINCOACH}) {
+    connectAs(type);
+    comm->receiveText(("(hear 0 online_coach_left (freeform \"" + text + "\"))").c_str());
+    AudioMsg message;
+    EXPECT_TRUE(comm->getNextMsg(message)) << type;
+    comm.reset();
+  }
 }
 
 TEST_F(Connection, ACoachsTextIsLimitedByTheServersSizeAndTwelve) {

@@ -1,7 +1,9 @@
 #include "Config.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <cstdio>
 #include <fstream>
 #include <string>
 
@@ -10,10 +12,13 @@ namespace {
 
 /// What reading a file with this text writes to standard error.
 std::string read(const std::string& text) {
-  const std::string fileName = testing::TempDir() + "vok_test_config.conf";
+  // Other tests run beside this one.
+  const std::string fileName =
+      testing::TempDir() + "vok_test_config-" + std::to_string(getpid()) + ".conf";
   std::ofstream(fileName, std::ios::binary) << text;
   testing::internal::CaptureStderr();
   EXPECT_TRUE(Config::readFile(fileName.c_str()));
+  std::remove(fileName.c_str());
   return testing::internal::GetCapturedStderr();
 }
 

@@ -38,6 +38,35 @@ TEST_F(ParamsTest, ItemsAreTakenInAnyOrder) {
   EXPECT_EQ(HALF_TIME, 60);
 }
 
+TEST_F(ParamsTest, KeysSetTheConstantsTheyAreMeantFor) {
+  EXPECT_TRUE(parser.parseServerParam(
+      "(server_param (pen_setup_wait 1)(pen_nr_kicks 2)(pen_max_goalie_dist_x 3.5)"
+      "(pen_allow_mult_kicks 1)(point_to_ban 5)(ball_accel_max 6.5)(tackle_exponent 7)"
+      "(wind_ang 8.5)(maxneckmoment 9.5)(maxneckang 10.5)(say_coach_cnt_max 11)(say_msg_size 12)"
+      "(stamina_inc_max 13.5)(recover_dec_thr 14.5)(catchable_area_w 15.5)(send_vi_step 16)"
+      "(kick_rand 17.5)(kickable_margin 18.5)(player_speed_max 19.5)(offside_kick_margin 20.5))"));
+  EXPECT_EQ(PENALTY_SETUP_WAIT, 1);
+  EXPECT_EQ(PENALTY_NR_KICKS, 2);
+  EXPECT_EQ(PENALTY_MAX_GOALIE_DIST_X, 3.5);
+  EXPECT_TRUE(PENALTY_ALLOW_MULT_KICKS);
+  EXPECT_EQ(POINTTO_BAN_CYCLES, 5);
+  EXPECT_EQ(BACCEL_MAX, 6.5);
+  EXPECT_EQ(TACKLE_EXP, 7);
+  EXPECT_EQ(WIND_ANGLE, 8.5);
+  EXPECT_EQ(MAXNECKMOMENT, 9.5);
+  EXPECT_EQ(MAXNECKANG, 10.5);
+  EXPECT_EQ(SAY_COACH_CNT_MAX, 11);
+  EXPECT_EQ(SAY_MSG_SIZE, 12);
+  EXPECT_EQ(STAMINA_INC_MAX, 13.5);
+  EXPECT_EQ(RECOVER_DEC_THR, 14.5);
+  EXPECT_EQ(CATCHABLE_AREA_W, 15.5);
+  EXPECT_EQ(SEND_VI_STEP, 16);
+  EXPECT_EQ(KICK_RAND, 17.5);
+  EXPECT_EQ(KICKABLE_MARGIN, 18.5);
+  EXPECT_EQ(PLAYER_SPEED_MAX, 19.5);
+  EXPECT_EQ(OFFSIDE_KICK_MARGIN, 20.5);
+}
+
 TEST_F(ParamsTest, TheFirstItemThatNoRowTakesEndsTheReading) {
   HALF_TIME = DROP_BALL_TIME = 1;
   for (const std::string item :

@@ -114,11 +114,25 @@ TEST_F(ParserTest, PlayModesAreNamedForEachSide) {
     EXPECT_EQ(Parser::parsePlaymode(row.name + "_r", SIDE_LEFT), row.us + 1) << row.name;
     EXPECT_EQ(Parser::parsePlaymode(row.name + "_r", SIDE_RIGHT), row.us) << row.name;
   }
-  EXPECT_EQ(Parser::parsePlaymode("foul_r", SIDE_LEFT), PLAY_MODE_FREE_KICK_US);
-  EXPECT_EQ(Parser::parsePlaymode("foul_l", SIDE_LEFT), PLAY_MODE_FREE_KICK_THEM);
-  EXPECT_EQ(Parser::parsePlaymode("foul_l", SIDE_RIGHT), PLAY_MODE_FREE_KICK_US);
-  EXPECT_EQ(Parser::parsePlaymode("time_up", SIDE_LEFT), PLAY_MODE_TIME_OVER);
-  EXPECT_EQ(Parser::parsePlaymode("first_half_over", SIDE_LEFT), PLAY_MODE_HALF_TIME);
+  const struct {
+    const char* name;
+    play_mode left, right;
+  } others[] = {{"before_kick_off", PLAY_MODE_BEFORE_KICK_OFF, PLAY_MODE_BEFORE_KICK_OFF},
+                {"time_over", PLAY_MODE_TIME_OVER, PLAY_MODE_TIME_OVER},
+                {"time_up", PLAY_MODE_TIME_OVER, PLAY_MODE_TIME_OVER},
+                {"play_on", PLAY_MODE_PLAY_ON, PLAY_MODE_PLAY_ON},
+                {"drop_ball", PLAY_MODE_DROP_BALL, PLAY_MODE_DROP_BALL},
+                {"half_time", PLAY_MODE_HALF_TIME, PLAY_MODE_HALF_TIME},
+                {"first_half_over", PLAY_MODE_HALF_TIME, PLAY_MODE_HALF_TIME},
+                {"time_extended", PLAY_MODE_TIME_EXTENDED, PLAY_MODE_TIME_EXTENDED},
+                {"pause", PLAY_MODE_PAUSE, PLAY_MODE_PAUSE},
+                {"human_judge", PLAY_MODE_HUMAN_JUDGE, PLAY_MODE_HUMAN_JUDGE},
+                {"foul_l", PLAY_MODE_FREE_KICK_THEM, PLAY_MODE_FREE_KICK_US},
+                {"foul_r", PLAY_MODE_FREE_KICK_US, PLAY_MODE_FREE_KICK_THEM}};
+  for (const auto& row : others) {
+    EXPECT_EQ(Parser::parsePlaymode(row.name, SIDE_LEFT), row.left) << row.name;
+    EXPECT_EQ(Parser::parsePlaymode(row.name, SIDE_RIGHT), row.right) << row.name;
+  }
   EXPECT_EQ(errors.take(), "");
   EXPECT_EQ(Parser::parsePlaymode("yellow_card_l_5", SIDE_LEFT), PLAY_MODE_UNKNOWN);
   EXPECT_EQ(errors.take(), "Unknown Playmode: yellow_card_l_5\n");
@@ -207,7 +221,11 @@ TEST_F(ParserTest, TheRefereeTellsModesScoresAndPenaltySides) {
   EXPECT_TRUE(parse("(hear 3000 referee penalty_onfield_r)"));
   EXPECT_EQ(record.penaltySide, SIDE_RIGHT);
   EXPECT_EQ(record.mode, PLAY_MODE_UNKNOWN);
-  EXPECT_TRUE(parse("(hear 3000 referee penalty_winner_r)"));
+  for (const std::string call : {"winner_r", "foul_l", "draw"}) {
+    EXPECT_TRUE(parse("(hear 3000 referee penalty_" + call + ")"));
+    EXPECT_EQ(record.mode, PLAY_MODE_UNKNOWN);
+    EXPECT_EQ(record.penaltySide, SIDE_UNKNOWN);
+  }
   EXPECT_EQ(errors.take(), "");
   EXPECT_TRUE(parse("(hear 51 referee hello_all)"));
   EXPECT_EQ(errors.take(), "Unknown Playmode: hello_all)\n");
@@ -237,6 +255,14 @@ TEST_F(ParserTest, ACoachSpeaksFreelyOrInItsLanguage) {
   EXPECT_TRUE(parse(head + "(advice" + advice + ")"));
   EXPECT_EQ(record.coachMsgType, CMT_ADVICE);
   EXPECT_EQ(record.message.data(), advice + ")");
+  const std::pair<const char*, CoachMsgType> words[] = {
+      {"info", CMT_INFO}, {"meta", CMT_META}, {"define", CMT_DEFINE}};
+  for (const auto& [word, type] : words) {
+    EXPECT_TRUE(parse("(hear 138 online_coach_right (" + std::string(word) + " x))"));
+    EXPECT_EQ(record.sender, SENDER_ONLINECOACH);
+    EXPECT_EQ(record.coachMsgType, type) << word;
+    EXPECT_STREQ(record.message.data(), " x))");
+  }
   EXPECT_TRUE(parse(head + "(info" + std::string(700, 'x')));
   EXPECT_EQ(record.message.data(), std::string(512, 'x'));
   EXPECT_TRUE(parse(head + "(unsupported_clang))"));

@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <numbers>
+#include <sstream>
 
 #include "Comm.h"
 #include "Config.h"
 #include "constants.h"
+#include "mcommand.h"
 
 namespace vok {
 namespace {
@@ -85,6 +87,7 @@ TEST_F(World, ViewIsTurnedForATeamOnTheRight) {
   data.exactplayer[0].x = 20;
   data.exactplayer[0].y_vel = 0.5;
   data.exactplayer[0].body_dir = 7;
+  data.exactplayer[0].face_dir = 0.5;
   data.exactplayer[1] = seenPlayer(TEAM_THEM, 12);
   data.exactgoal[0].valid = true;
   data.exactgoal[0].x = 52;
@@ -96,6 +99,7 @@ TEST_F(World, ViewIsTurnedForATeamOnTheRight) {
   EXPECT_TRUE(near(player.pos, {-20, 0}));
   EXPECT_TRUE(near(player.v, {0, -0.5}));
   EXPECT_NEAR(player.bodyDir, 7 - 2 * PI, 1e-9);  // directions stay as they were sent
+  EXPECT_NEAR(player.faceDir, 0.5, 1e-9);
   EXPECT_EQ(player.age + ball.age + world.ourGoal.age + world.visualAge, 0);
   EXPECT_TRUE(near(world.ourGoal.pos, {-52, 0}));
   EXPECT_EQ(world.otherGoal.age, NEVER);
@@ -202,6 +206,147 @@ TEST_F(World, CaughtBallStopsAtTheGoaliesNextPlace) {
   EXPECT_EQ(ball.v, Vector2d());
 }
 
+TEST_F(World, ACatchIsForAGoaliesHandsAndNotToBeRepeatedSoon) {
+  const struct {
+    goalie_player goalie;
+    double ballX;
+    long sinceCatch;
+    bool caught;
+    long sinceCatchAfter;
+  } cases[] = {{GOALIE_TRUE, -44, CATCH_BAN_CYCLES + 1, true, 1},
+               {GOALIE_TRUE, -44, CATCH_BAN_CYCLES, false, CATCH_BAN_CYCLES + 1},
+               {GOALIE_TRUE, -42, NEVER, false, 1},
+               {GOALIE_FALSE, -44, NEVER, false, NEVER}};
+  for (const auto& c : cases) {
+    my.isGoalie = c.goalie;
+    my.pos = {-45, 0};
+    my.v = {};
+    ball = WBall({c.ballX, 0}, {});
+    world.cyclesSinceCatch = c.sinceCatch;
+    act(CATCH_COMMAND, 0);
+    EXPECT_EQ(ball.pos.x < -44.5, c.caught) << c.ballX;
+    EXPECT_EQ(world.cyclesSinceCatch, c.sinceCatchAfter) << c.ballX;
+  }
+}
+
+TEST_F(World, AMoveNeedsAnInterruptionAndTheGoalieTakesTheBallAlong) {
+  const struct {
+    play_mode mode;
+    goalie_player goalie;
+    double ballX;
+    bool moves;
+    double ballXAfter;
+  } cases[] = {{PLAY_MODE_BEFORE_KICK_OFF, GOALIE_FALSE, 0.5, true, 0.5},
+               {PLAY_MODE_GOAL_US, GOALIE_FALSE, 0.5, true, 0.5},
+               {PLAY_MODE_GOAL_THEM, GOALIE_FALSE, 0.5, true, 0.5},
+               {PLAY_MODE_PLAY_ON, GOALIE_TRUE, 0.5, false, 0.5},
+               {PLAY_MODE_FREE_KICK_US, GOALIE_FALSE, 0.5, false, 0.5},
+               {PLAY_MODE_FREE_KICK_US, GOALIE_TRUE, 0.5, true, -9.5},
+               {PLAY_MODE_FREE_KICK_US, GOALIE_TRUE, 1.5, true, 1.5}};
+  for (const auto& c : cases) {
+    world.playMode = c.mode;
+    my.isGoalie = c.goalie;
+    my.pos = {};
+    my.v = {0, 0.1};
+    ball = WBall({c.ballX, 0}, {});
+    act(MOVE_COMMAND, -10, 2);
+    EXPECT_TRUE(near(my.pos, c.moves ? Vector2d(-10, 2) : Vector2d(0, 0.1))) << c.mode;
+    if (!c.moves) continue;
+    EXPECT_TRUE(near(ball.pos, {c.ballXAfter, c.ballXAfter < 0 ? 2.0 : 0.0})) << c.mode;
+  }
+}
+
+TEST_F(World, ATacklerLiesStillAndADashingGoalieCarriesTheBall) {
+  act(TACKLE_COMMAND, 50);
+  EXPECT_EQ(my.cyclesSinceTackle, 1);
+  act(TURN_COMMAND, 1);
+  EXPECT_EQ(my.bodyDir, 0) << "it lies";
+  my.cyclesSinceTackle = TACKLE_CYCLES + 1;
+  act(TURN_COMMAND, 1);
+  EXPECT_NEAR(my.bodyDir, 1, 1e-9);
+
+  my.bodyDir = 0;
+  my.isGoalie = GOALIE_TRUE;
+  world.playMode = PLAY_MODE_FREE_KICK_US;
+  ball = WBall({0.5, 0}, {});
+  act(DASH_COMMAND, 50);
+  EXPECT_TRUE(near(ball.pos, {0.8, 0})) << ball.pos.x;  // 50 * 0.006 further
+}
+
+TEST_F(World, EveryCounterGrowsByACycleUpToNever) {
+  my.number = 0;
+  const auto ages = [this](long value) {
+    std::vector<long> all = {my.age,
+                             my.cyclesSinceTackle,
+                             ball.age,
+                             world.ourGoal.age,
+                             world.otherGoal.age,
+                             world.visualAge,
+                             world.cyclesSinceCatch,
+                             world.cyclesSincePointTo};
+    for (const std::size_t n : {1U, 11U}) {
+      for (const WPlayer* p : {&world.ourTeam[n], &world.otherTeam[n]}) {
+        all.insert(all.end(), {p->age, p->bodyAge, p->cyclesSinceTackle});
+      }
+    }
+    for (const std::size_t i : {0U, 9U}) {
+      all.insert(all.end(), {world.vAge[i], world.aOppAge[i], world.aOurAge[i]});
+    }
+    return std::vector<long>(all.size(), value) == all;
+  };
+  EXPECT_TRUE(ages(NEVER));
+  my.age = my.cyclesSinceTackle = ball.age = world.ourGoal.age = world.otherGoal.age = NEVER - 2;
+  world.visualAge = world.cyclesSinceCatch = world.cyclesSincePointTo = NEVER - 2;
+  for (auto* team : {&world.ourTeam, &world.otherTeam}) {
+    for (WPlayer& p : *team) p.age = p.bodyAge = p.cyclesSinceTackle = NEVER - 2;
+  }
+  for (auto* ring : {&world.vAge, &world.aOppAge, &world.aOurAge}) ring->fill(NEVER - 2);
+  for (const long expected : {NEVER - 1, NEVER, NEVER}) {
+    world.simCycle();
+    EXPECT_TRUE(ages(expected)) << expected;
+  }
+}
+
+TEST_F(World, VoicesGoRoundTheirRingsAndThePenaltySideIsHeardOnce) {
+  my.faceDir = 1;
+  SensorData voice = message(SENSOR_TYPE_HEAR);
+  for (int i = 0; i < 11; ++i) {
+    voice.sender = SENDER_PLAYER_THEM;
+    voice.sender_dir = 0.1 * i;
+    world.adjust(voice);
+  }
+  voice.sender_dir = NO_ANGLE;
+  world.adjust(voice);
+  EXPECT_EQ(world.aOppCounter, 1);
+  EXPECT_NEAR(world.aOppDir[0], 2, 1e-9);
+  EXPECT_EQ(world.aOppAge[1], 0);
+  voice.sender = SENDER_PLAYER_US;
+  voice.sender_dir = -1;
+  world.adjust(voice);
+  EXPECT_EQ(world.aOurCounter, 1);
+  EXPECT_EQ(world.aOurAge[0], 0);
+
+  SensorData call = message(SENSOR_TYPE_HEAR);
+  call.sender = SENDER_REFEREE;
+  for (const playing_side side : {SIDE_UNKNOWN, SIDE_RIGHT, SIDE_LEFT, SIDE_UNKNOWN}) {
+    call.penaltySide = side;
+    world.adjust(call);
+  }
+  EXPECT_EQ(world.penaltySide, SIDE_RIGHT);
+}
+
+TEST_F(World, ASnapshotHasOneLineAPlayer) {
+  view(3, seenPlayer(TEAM_THEM, 11, GOALIE_TRUE));
+  const std::string text = MSnapshot(world).encoded;
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 23);
+  EXPECT_TRUE(text.starts_with("(sn (world (time 3) ")) << text;
+  EXPECT_NE(text.find("\n (our 11 (-33 -37) (0 0) (age 32000) (body 0) (type -1))\n"),
+            std::string::npos)
+      << text;
+  EXPECT_TRUE(text.ends_with("\n (other 11 (0 0) (0 0) (age 0) (body 0) (type -1) goalie)))"))
+      << text;
+}
+
 TEST_F(World, BallBouncesOffAPlayerButNotOffTheCoach) {
   for (const int number : {0, 7}) {
     my.number = number;
@@ -248,6 +393,12 @@ TEST_F(World, QueueIsFoldedInBehindTheTypesItHadToDrop) {
   EXPECT_EQ(told.playMode, PLAY_MODE_KICK_OFF_THEM);
   EXPECT_EQ(told.ourSide, SIDE_RIGHT);
   EXPECT_EQ(told.otherScore, 2);
+
+  comm.async->setStates(0, 5, PLAY_MODE_GOAL_US, SIDE_RIGHT, false);
+  comm.async->ourScore = 1;
+  told.adjust(message(SENSOR_TYPE_EXACT, 6));
+  EXPECT_EQ(told.playMode, PLAY_MODE_GOAL_US) << "as it stands at each view";
+  EXPECT_EQ(told.ourScore, 1);
 }
 
 }  // namespace

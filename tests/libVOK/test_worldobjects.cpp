@@ -112,6 +112,57 @@ TEST(WorldObjects, TackleFailsWithTheDistanceInEachDirection) {
   TACKLE_EXP = 6;
 }
 
+TEST(WorldObjects, ASeenPlayerIsPlacedByItsQuantisedDistanceAndChanges) {
+  WPlayer my({10, 0}, {0.1, 0});
+  my.faceDir = PI / 2;
+  SensorPlayer seen;
+  seen.dist = 10;  // between exp(2.25) and exp(2.35)
+  seen.number = 7;
+  seen.goalie = GOALIE_TRUE;
+  seen.tackle = true;
+  seen.body_dir = PI;
+  seen.face_dir = 1;
+  seen.pointto_dir = -1;
+  seen.dist_change = 0.2;
+  seen.dir_change = 0.02;
+  WPlayer player;
+  player.setBySensorData(seen, my, VISUAL, PLAY_MODE_PLAY_ON);
+  EXPECT_NEAR(player.pos.x, 10, 1e-9);
+  EXPECT_NEAR(player.pos.y, 9.98665, 1e-4);
+  EXPECT_NEAR(player.v.x, 0.1 - 0.02 * 9.98665, 1e-4);
+  EXPECT_NEAR(player.v.y, 0.2, 1e-9);
+  EXPECT_NEAR(player.bodyDir, -PI / 2, 1e-9);
+  EXPECT_NEAR(player.faceDir, PI / 2 + 1, 1e-9);
+  EXPECT_NEAR(player.pointDir, PI / 2 - 1, 1e-9);
+  EXPECT_EQ(player.number, 7);
+  EXPECT_EQ(player.isGoalie, GOALIE_TRUE);
+  EXPECT_EQ(player.age + player.bodyAge + player.cyclesSinceTackle, 0);
+  EXPECT_EQ(player.state, VISUAL);
+
+  // From afar only a shape is seen: what is known stays, but for a run between two places.
+  SensorPlayer shape;
+  shape.dist = 40;
+  player.bodyAge = 3;
+  player.setBySensorData(shape, my, FUZZY, PLAY_MODE_PLAY_ON);
+  EXPECT_EQ(player.number, 7);
+  EXPECT_EQ(player.isGoalie, GOALIE_TRUE);
+  EXPECT_EQ(player.bodyAge, 3);
+  EXPECT_NEAR(player.v.y, 0.2, 1e-9);
+  player.setBySensorData(shape, my, FUZZY, PLAY_MODE_BEFORE_KICK_OFF);
+  EXPECT_EQ(player.v, Vector2d());
+}
+
+TEST(WorldObjects, ASeenVelocityStaysWithinTheLimitAndIsOursAtOurPlace) {
+  const WPlayer my({0, 0}, {0.3, 0.4});
+  WBall ball({4, 3}, {});
+  ball.calcVelocity(my, -10, 0);
+  EXPECT_NEAR(ball.v.getLength(), BALL_SPEED_MAX, 1e-9);
+  EXPECT_LT(ball.v.x, 0);
+  ball.pos = my.pos;
+  ball.calcVelocity(my, -10, 1);
+  EXPECT_EQ(ball.v, my.v);
+}
+
 TEST(WorldObjects, TypeIsPrintedInItsGroups) {
   std::ostringstream out;
   out << WPlayerType{3, 1.2, 0.4, 0.3, 45, 5, 0.006, 0.7, 0.1, 50, 0.6, 1};
