@@ -161,10 +161,11 @@ TEST(ParserAgainstScanf, ReadsTheSameGlobalView) {
 }
 
 TEST(ParserAgainstScanf, HearsTheSame) {
-  Mutator texts({"referee kick_off_l)", "coach hello all)", "self \"a(b)\")",
-                 "online_coach_left (freeform \"a b.+*/?<>_\"))", "our 7)", "opp)",
-                 "-190 our 7 \"abc\")", "12.5 opp \"a-b\")", "80 \"p3\")", "(  ) \"blank\")",
-                 "(p \"Alpha\" 3) \"p3l45\")", "( p \"Beta\" 1 goalie) \"(x)\")"});
+  Mutator texts({"referee kick_off_l)", "referee goal_r_12)", "coach hello all)", "self \"a(b)\")",
+                 "online_coach_right (info (1))", "online_coach_left (freeform \"a b.+*/?<>_\"))",
+                 "our 7)", "opp)", "-190 our 7 \"abc\")", "12.5 opp \"a-b\")", "80 \"p3\")",
+                 "(  ) \"blank\")", "(p \"Alpha\" 3) \"p3l45\")",
+                 "( p \"Beta\" 1 goalie) \"(x)\")"});
   const StderrCapture quiet;
   Parser parser("Alpha", CLIENT_ONLINECOACH, 7, 8);
   int understood = 0;
@@ -181,6 +182,7 @@ TEST(ParserAgainstScanf, HearsTheSame) {
     ASSERT_STREQ(got.message.data(), wanted.text) << text;
     ASSERT_STREQ(got.sender_name.data(), wanted.name) << text;
     ASSERT_EQ(got.sender_num, shirt(wanted.number)) << text;
+    ASSERT_EQ(got.score, wanted.score) << text;
     if (wanted.direction < NO_ANGLE) continue;  // no such angle in a view
     ASSERT_EQ(got.sender_dir, radians(wanted.direction)) << text;
   }

@@ -12,6 +12,10 @@ namespace vok::test {
 
 namespace {
 
+bool startsWith(const char* text, const char* head) {
+  return std::strncmp(text, head, std::strlen(head)) == 0;
+}
+
 void scanName(const char* name, ExactPlayer& player) {
   char team[300] = "";
   char word[300] = "";
@@ -46,6 +50,19 @@ bool scanVoice(const char* at, Heard& heard) {
   }
   return std::sscanf(at, "(%299[-0-9a-zA-Z .+*/?<>_\"]) \"%299[-0-9a-zA-Z .+*/?<>_()]\"",
                      heard.name, text) == 2;
+}
+
+bool scanCoach(const char* at, char* text) {
+  int end = 0;
+  std::sscanf(at, " (freeform \"%299[-0-9a-zA-Z .+*/?<>_]\")%n", text, &end);
+  if (end > 0) return true;
+  *text = '\0';
+  for (const char* head : {"(advice", "(info", "(meta", "(define"}) {
+    if (!startsWith(at, head)) continue;
+    std::strcpy(text, at + std::strlen(head));
+    return true;
+  }
+  return startsWith(at, "(unsupported_clang)");
 }
 
 }  // namespace
@@ -105,20 +122,23 @@ bool scanHeard(const char* at, Heard& heard) {
   const struct {
     const char *word, *format;
     sender_type sender;
-  } speakers[] = {
-      {"referee", " %299[-0-9a-zA-Z .+*/?<>_()] %n", SENDER_REFEREE},
-      {"coach", " %299[-0-9a-zA-Z .+*/?<>_()] %n", SENDER_COACH},
-      {"self", " \"%299[-0-9a-zA-Z .+*/?<>_()]\" %n", SENDER_SELF},
-      {"online_coach_left", " (freeform \"%299[-0-9a-zA-Z .+*/?<>_]\") %n", SENDER_ONLINECOACH}};
+  } speakers[] = {{"referee", " %299[-0-9a-zA-Z .+*/?<>_()]", SENDER_REFEREE},
+                  {"coach", " %299[-0-9a-zA-Z .+*/?<>_()]", SENDER_COACH},
+                  {"self", " \"%299[-0-9a-zA-Z .+*/?<>_()]", SENDER_SELF}};
   char word[300];
   int n = 0;
   if (std::sscanf(at, " %299s %n ", word, &n) < 1) return false;
   for (const auto& speaker : speakers) {
-    if (std::strncmp(word, speaker.word, std::strlen(speaker.word)) != 0) continue;
+    if (!startsWith(word, speaker.word)) continue;
     heard.sender = speaker.sender;
-    int end = 0;
-    const int read = std::sscanf(at + n, speaker.format, heard.text, &end);
-    return speaker.sender == SENDER_ONLINECOACH ? end > 0 : read == 1;
+    if (std::sscanf(at + n, speaker.format, heard.text) != 1) return false;
+    const bool isGoal = speaker.sender == SENDER_REFEREE &&
+                        (startsWith(heard.text, "goal_l") || startsWith(heard.text, "goal_r"));
+    return !isGoal || std::sscanf(heard.text, "goal_%*c_%d", &heard.score) == 1;
+  }
+  if (startsWith(word, "online_coach_left") || startsWith(word, "online_coach_right")) {
+    heard.sender = SENDER_ONLINECOACH;
+    return scanCoach(at + n, heard.text);
   }
   return scanVoice(at, heard);
 }

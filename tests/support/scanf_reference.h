@@ -24,6 +24,7 @@ struct Heard {
   char text[300] = "";
   char name[300] = "";
   int number = -1;
+  int score = 0;
   double direction = NO_ANGLE;
 };
 
