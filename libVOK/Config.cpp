@@ -35,6 +35,7 @@ Entries& entries() {
 /// The one way in which the configuration ends the process.
 [[noreturn]] void fatal(const std::string& message) {
   std::cerr << "FATAL: " << message << "\n";
+  if (Config::onFatal != nullptr) Config::onFatal(message);
   std::exit(EXIT_BAD_VALUE);
 }
 
@@ -87,6 +88,12 @@ std::string bounded(std::string_view text, const char* what, int lineNumber) {
 }
 
 }  // namespace
+
+void (*Config::onFatal)(const std::string&) = nullptr;
+
+void Config::clear() {
+  entries().clear();
+}
 
 bool Config::readFile(const char* fileName) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(fileName, "r"),

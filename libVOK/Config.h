@@ -5,6 +5,8 @@
 // after a line that names it.
 #pragma once
 
+#include <string>
+
 #include "coordinates.h"
 
 namespace vok {
@@ -25,6 +27,13 @@ class Config {
   static int getValueAsIntFromList(const char* key, int index);
   /// Two numbers separated by a comma.
   static Vector2d getValueAsVector(const char* key);
+
+  // For fuzzers and checkers, which read one configuration after another.
+
+  /// Forgets all entries.
+  static void clear();
+  /// Called, when set, before a fatal error ends the process. It may throw to prevent the end.
+  static void (*onFatal)(const std::string& message);
 };
 
 /// Cuts a line at its first '#'.

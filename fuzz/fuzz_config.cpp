@@ -1,0 +1,103 @@
+// Any text as a configuration file behind the shipped one: every key in every form, then the
+// modules and a few cycles on it.
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+
+#include "Config.h"
+#include "constants.h"
+#include "harness.h"
+
+namespace {
+
+using namespace vok;
+using fuzz::require;
+
+/// What the end of the process is turned into.
+struct Fatal {};
+
+/// A file in memory.
+class File {
+ public:
+  explicit File(std::string_view text) : fd(memfd_create("config", 0)) {
+    require(write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size()), "harness");
+    path = "/proc/self/fd/" + std::to_string(fd);
+  }
+  ~File() { close(fd); }
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+
+  std::string path;
+
+ private:
+  int fd;
+};
+
+template <typename Request>
+bool isGranted(Request request) {
+  try {
+    request();
+    return true;
+  } catch (const Fatal&) {
+    return false;
+  }
+}
+
+void checkKey(const char* key) {
+  const char* value = Config::getValue(key);
+  if (value == nullptr) return;
+  require(std::strlen(value) <= 255, "values are bounded");
+  double real = 0;
+  if (isGranted([&] { real = Config::getValueAsDouble(key); })) {
+    require(std::isfinite(real), "a real is finite");
+    require(isGranted([&] { real -= Config::getValueAsDoubleFromList(key, 0); }) && real == 0,
+            "a real is a list of one");
+  }
+  Vector2d vector;
+  if (isGranted([&] { vector = Config::getValueAsVector(key); }))
+    require(std::isfinite(vector.x) && std::isfinite(vector.y), "a vector is finite");
+  isGranted([&] { Config::getValueAsInt(key); });
+  for (const int index : {-1, 0, 4, 300}) {
+    isGranted([&] { Config::getValueAsIntFromList(key, index); });
+    isGranted([&] { Config::getValueAsDoubleFromList(key, index); });
+  }
+}
+
+/// What stands in front of equals signs, as far as it can be a key.
+void checkKeys(std::string_view text) {
+  for (std::size_t end = 0; (end = text.find('=', end)) != text.npos; ++end) {
+    const std::size_t begin = text.find_last_of(" \n", end == 0 ? 0 : end - 1);
+    const std::size_t first = begin == text.npos ? 0 : begin + 1;
+    if (first < end) checkKey(std::string(text.substr(first, end - first)).c_str());
+  }
+}
+
+void play() {
+  fuzz::Match& match = fuzz::Match::instance();
+  match.readFormations();
+  match.checkIn(fuzz::initAnswer, fuzz::serverParam, fuzz::playerParam);
+  SYNCH_MODE = false;
+  for (int id = 0; id < 7; ++id) match.receive(fuzz::playerType(id));
+  for (const char* call : {"goal_kick_l", "play_on"}) {
+    match.receive("(hear 7 referee " + std::string(call) + ")");
+    match.expectGoodCycle();
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzz::Match::instance();
+  Config::onFatal = [](const std::string&) { throw Fatal(); };
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const File file(text);
+  Config::clear();
+  Config::readFile(VOK_SOURCE_DIR "/conf/agent.conf");
+  require(Config::readFile(file.path.c_str()), "any file is read");
+  checkKeys(text);
+  isGranted(play);
+  return 0;
+}

@@ -1,0 +1,18 @@
+// One datagram of any content in the middle of a match, in synchronous mode or in real time.
+#include <cstdint>
+
+#include "constants.h"
+#include "harness.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using vok::fuzz::Match;
+  Match& match = Match::instance();
+  match.checkIn(vok::fuzz::initAnswer, vok::fuzz::serverParam, vok::fuzz::playerParam);
+  vok::SYNCH_MODE = size % 2 == 0;
+  match.receive("(hear 7 referee free_kick_l)");
+  match.receive("(see_global 7 ((b) -3 2.5 0 0) ((p \"Alpha\" 7 goalie) -50 0 0 0 0 0)");
+  match.receive({reinterpret_cast<const char*>(data), size});
+  match.receive("(think)");
+  match.expectGoodCycle();
+  return 0;
+}

@@ -1,0 +1,166 @@
+// A say message from outside: any text, read in any order, by the manager and by the world.
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <numbers>
+#include <sstream>
+
+#include "Config.h"
+#include "audiomgr.h"
+#include "constants.h"
+#include "harness.h"
+
+namespace {
+
+using namespace vok;
+using fuzz::require;
+
+void checkLength(const AudioMsg& msg) {
+  require(std::strlen(msg.getEncoding()) < 512, "a message stays within its buffer");
+}
+
+/// Reads a value, says it and hears it again: then it is the same.
+template <typename T>
+T readAndRepeat(AudioMsg& msg, T value, bool (*equal)(const T&, const T&)) {
+  msg >> value;
+  AudioMsg said(0, 0, false);
+  said << value;
+  if (!said.getState()) return value;  // of characters behind the first 64: out of range
+  AudioMsg heard(said.getEncoding());
+  T again = value;
+  heard >> again;
+  require(heard.getState() && equal(value, again), "what was said is heard");
+  return value;
+}
+
+bool sameNumber(const Int3B& a, const Int3B& b) {
+  return a.getValue() == b.getValue();
+}
+
+bool samePlace(const Val5B& a, const Val5B& b) {
+  return a.getX() == b.getX() && a.getY() == b.getY() && a.getState() == b.getState() &&
+         (a.getAge() == b.getAge() || (!a.isValid() && !b.isValid()));
+}
+
+/// Reads on by the kind that a character chooses.
+void read(AudioMsg& msg, char kind) {
+  switch (decodeChar(kind) % 8) {
+    case 0: {
+      const Int3B number = readAndRepeat(msg, Int3B(0U), sameNumber);
+      const Int3B again(Int3B(number.getValue()).getEncoding());
+      require(again.getValue() == (number.getValue() & 0x3FFFF), "18 bits of a number travel");
+      return;
+    }
+    case 1: {
+      const Val5B place = readAndRepeat(msg, Val5B(0, 0, 0, UNSAFE), samePlace);
+      const Val5B coded(place.getX(), place.getY(), place.getAge(), place.getState());
+      require(samePlace(place, Val5B(coded.getEncoding())), "a decoded place is coded the same");
+      return;
+    }
+    case 2:
+      readAndRepeat<bool>(msg, false, [](const bool& a, const bool& b) { return a == b; });
+      return;
+    case 3:
+      readAndRepeat<char>(msg, 'x', [](const char& a, const char& b) { return a == b; });
+      return;
+    case 4:
+      readAndRepeat<double>(msg, 0, [](const double& a, const double& b) { return a == b; });
+      return;
+    case 5:
+      readAndRepeat<NodaChar>(msg, 0, [](const NodaChar& a, const NodaChar& b) {
+        return static_cast<char>(a) == static_cast<char>(b);
+      });
+      return;
+    case 6: {
+      Angle angle;
+      msg >> angle;
+      require(std::abs(angle) <= std::numbers::pi, "an angle is normalised");
+      return;
+    }
+    default:
+      msg.rollbackRead();
+      msg.markRead();
+      msg.clearState();
+  }
+}
+
+Worldmodel newWorld(int myNumber) {
+  Worldmodel world(nullptr);
+  world.my.number = myNumber;
+  world.my.pos = {-10, 3};
+  return world;
+}
+
+/// A player's message: what the world has taken from it is said and heard the same.
+void hearPlayer(const std::array<char, 11>& text, int sender, double direction) {
+  Worldmodel world = newWorld(5);
+  world.decodeAudio(text.data(), sender, direction);
+  for (const WPlayer& player : world.ourTeam)
+    require(player.age == NEVER || player.age == 0, "a heard player is fresh");
+  require(world.ball.age >= 0 && world.ball.age <= NEVER, "a heard ball has an age");
+
+  // The direction of 180 degrees has two codes; the second round has only one of them.
+  std::array<std::array<char, 11>, 2> said = {text, text};
+  for (auto& message : said) {
+    Worldmodel listener = newWorld(7);
+    world.encodeAudio(MSGTYPE_BALL, message.data(), {});
+    listener.decodeAudio(message.data(), 5, NO_ANGLE);
+    world.ball = listener.ball;
+  }
+  require(said[0] == said[1] || world.ball.age == NEVER, "a heard ball is said the same");
+}
+
+void hearCoach(const AudioMsg& heard) {
+  for (const int number : {0, 5}) {
+    Worldmodel world = newWorld(number);
+    AudioMsg msg = heard;
+    const bool taken = world.feedbackAudio(msg);
+    require(!taken || world.otherTeam[11].age == 0, "a message that is taken is taken whole");
+    for (const WPlayer& player : world.otherTeam)
+      require(player.type >= -1 && player.type < numPlayerTypes(), "types are in range");
+    checkLength(msg);
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const bool prepared = [] {
+    fuzz::silence();
+    setEntry("world_maxPlayersOurTeam", "11");
+    setEntry("world_maxPlayersOtherTeam", "11");
+    playerParams.player_types = 7;
+    return true;
+  }();
+  if (!prepared || size == 0) return 0;
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  const int sender = decodeChar(text[0]) - 1;
+
+  AudioMgr manager(5, true, AudioMsg::DEFAULT_MSG_PREFIX, 3);
+  for (AudioMsg msg : {AudioMsg(text.c_str()), AudioMsg(sender, text.c_str(), text.c_str())}) {
+    manager.storeMsg(msg);
+    AudioMsg stamped = msg;
+    manager.SpeakTo(stamped);
+    require(stamped.isChkSumsValid(), "a stamped message is valid");
+    manager.storeMsg(stamped);
+    hearCoach(msg);
+
+    std::ostringstream printed;
+    printed << msg;
+    for (const char kind : text) read(msg, kind);
+    checkLength(msg);
+    msg.clearState();
+    while (msg.getState()) msg << Int3B(1U);
+    msg.rollbackWrite();
+    checkLength(msg);
+    printed << msg;
+  }
+  AudioMsg next;
+  while (manager.getNextMsg(next)) hearCoach(next);
+
+  std::array<char, 11> ten{};
+  text.copy(ten.data(), 10);
+  hearPlayer(ten, sender, (static_cast<int>(size) - 10) * 0.3);
+  return 0;
+}

@@ -1,0 +1,154 @@
+// The scanner and the parser against sscanf.
+#include <cctype>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+
+#include "harness.h"
+#include "scanner.h"
+#include "support/scanf_reference.h"
+
+namespace {
+
+using namespace vok;
+using fuzz::require;
+
+// The references have room for 300 characters.
+constexpr std::size_t MAX_TEXT = 250;
+
+/// Texts with numbers that are read differently on purpose: not finite, hexadecimal, or, of
+/// integers, out of range.
+bool holdsOddNumber(const std::string& text) {
+  std::size_t digits = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto at = [&](std::size_t k) {
+      return i + k < text.size() ? std::tolower(static_cast<unsigned char>(text[i + k])) : 0;
+    };
+    if (at(0) == '0' && at(1) == 'x') return true;
+    if (at(0) == 'i' && at(1) == 'n' && at(2) == 'f') return true;
+    if (at(0) == 'n' && at(1) == 'a' && at(2) == 'n') return true;
+    digits = isDigit(text[i]) ? digits + 1 : 0;
+    if (digits > 9) return true;
+  }
+  return false;
+}
+
+template <typename Number>
+void compareNumber(const std::string& text, const char* format, bool (Scanner::*step)(Number&)) {
+  Number wanted{};
+  Number got{};
+  int consumed = 0;
+  const bool read = std::sscanf(text.c_str(), format, &wanted, &consumed) == 1;
+  int wide = 0;
+  if (std::sscanf(text.c_str(), "%d", &wide) == 1 && sizeof wanted == sizeof(short) &&
+      static_cast<double>(wide) != static_cast<double>(wanted))
+    return;
+  if (!std::isfinite(static_cast<double>(wanted))) return;
+
+  Scanner at(text);
+  require((at.*step)(got) == read, "a number is read where sscanf reads one");
+  require(got == wanted, "it has the same value");
+  require(text.size() - at.rest().size() == static_cast<std::size_t>(consumed), "and length");
+  require(at.rest().data() + at.rest().size() == text.data() + text.size(), "within the text");
+}
+
+void compareTexts(const std::string& text) {
+  char wanted[MAX_TEXT + 1] = "";
+  const auto compare = [&](Scanner at, bool read, std::string_view found, int consumed) {
+    require(read == (consumed > 0), "a text is read where sscanf reads one");
+    require(!read || found == wanted, "it is the same");
+    require(text.size() - at.rest().size() == static_cast<std::size_t>(consumed), "and as long");
+  };
+  std::string_view found;
+  int consumed = 0;
+  Scanner at(text);
+  std::sscanf(text.c_str(), " %250s%n", wanted, &consumed);
+  bool read = at.word(found);
+  compare(at, read, found, consumed);
+
+  consumed = 0;
+  at = Scanner(text);
+  std::sscanf(text.c_str(), "%250[^)]%n", wanted, &consumed);
+  read = at.until(')', found);
+  compare(at, read, found, consumed);
+
+  consumed = 0;
+  at = Scanner(text);
+  std::sscanf(text.c_str(), "%3[a-z]%n", wanted, &consumed);
+  read = at.run(isLower, found, 3);
+  compare(at, read, found, consumed);
+}
+
+/// Parses a text that ends where its memory ends.
+bool parse(const std::string& text, SensorData& data) {
+  static Parser parser("Alpha", CLIENT_ONLINECOACH, 7, 8);
+  const auto exact = std::make_unique<char[]>(text.size());
+  text.copy(exact.get(), text.size());
+  return parser.parseServerString({exact.get(), text.size()}, data);
+}
+
+void compareView(const std::string& list) {
+  SensorData wanted;
+  SensorData got;
+  bool isFinite = true;
+  const bool read = test::scanView(list.c_str(), wanted, isFinite);
+  if (!isFinite) return;
+  require(parse("(see_global 5 " + list, got) == read, "a view is taken where sscanf takes it");
+  require(test::motion(got.exactball) == test::motion(wanted.exactball), "its ball is the same");
+  for (std::size_t g = 0; g < 2; ++g)
+    require(test::motion(got.exactgoal[g]) == test::motion(wanted.exactgoal[g]), "its goals, too");
+  for (std::size_t p = 0; p < 22; ++p) {
+    require(test::motion(got.exactplayer[p]) == test::motion(wanted.exactplayer[p]) &&
+                test::person(got.exactplayer[p]) == test::person(wanted.exactplayer[p]),
+            "its players, too");
+  }
+}
+
+void compareHeard(const std::string& text) {
+  if (text.empty() || isBlank(text[0])) return;  // belongs to the head
+  test::Heard wanted;
+  SensorData got;
+  const bool read = test::scanHeard(text.c_str(), wanted);
+  if (!std::isfinite(wanted.direction)) return;
+  require(parse("(hear 62 " + text, got) == read, "a voice is heard where sscanf hears it");
+  if (!read) return;
+  require(got.sender == wanted.sender && got.sender_num == test::shirt(wanted.number) &&
+              std::string_view(got.sender_name.data()) == wanted.name && got.score == wanted.score,
+          "from the same speaker");
+  require(std::string_view(got.message.data()) == wanted.text, "the same words");
+  if (wanted.direction <= NO_ANGLE) return;  // no such angle in a view
+  require(got.sender_dir == test::radians(wanted.direction), "from the same direction");
+}
+
+void compareParameters(const std::string& items) {
+  static const test::ParamKeeper keeper;
+  static Parser parser("Alpha", CLIENT_ONLINECOACH, 7, 8);
+  const auto compare = [&](const auto& rows, const std::string& head, auto parseThem) {
+    test::scanParams(items.c_str(), rows);
+    const std::vector<double> wanted = keeper.values();
+    keeper.restore();
+    require((parser.*parseThem)(head + items), "the head is known");
+    require(keeper.values() == wanted, "the same parameters are stored");
+    keeper.restore();
+  };
+  compare(Parser::serverParamTokens, "(server_param ", &Parser::parseServerParam);
+  compare(Parser::playerParamTokens, "(player_param ", &Parser::parsePlayerParam);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const bool silent = (fuzz::silence(), true);
+  std::string text(reinterpret_cast<const char*>(data), silent ? std::min(size, MAX_TEXT) : 0);
+  text.resize(text.find('\0') == text.npos ? text.size() : text.find('\0'));
+  compareTexts(text);
+  if (holdsOddNumber(text)) return 0;
+  compareNumber<int>(text, "%d%n", &Scanner::integer);
+  compareNumber<short>(text, "%hd%n", &Scanner::integer);
+  compareNumber<double>(text, "%lf%n", &Scanner::real);
+  compareView(text);
+  compareHeard(text);
+  compareParameters(text);
+  return 0;
+}

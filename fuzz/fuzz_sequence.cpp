@@ -1,0 +1,36 @@
+// A match of any datagrams, one a line. When the first line is an answer to the init, the first
+// three are the check-in.
+#include <cstdint>
+#include <vector>
+
+#include "harness.h"
+
+namespace {
+
+// More would only take longer.
+constexpr std::size_t MAX_DATAGRAMS = 100;
+
+std::vector<std::string_view> lines(std::string_view text) {
+  std::vector<std::string_view> all;
+  while (!text.empty() && all.size() < MAX_DATAGRAMS) {
+    all.push_back(text.substr(0, text.find('\n')));
+    text.remove_prefix(std::min(all.back().size() + 1, text.size()));
+  }
+  return all;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using vok::fuzz::Match;
+  Match& match = Match::instance();
+  const auto texts = lines({reinterpret_cast<const char*>(data), size});
+  const bool hasCheckIn = texts.size() >= 3 && texts[0].starts_with("(init");
+  const bool checkedIn = hasCheckIn ? match.checkIn(texts[0], texts[1], texts[2])
+                                    : match.checkIn(vok::fuzz::initAnswer, vok::fuzz::serverParam,
+                                                    vok::fuzz::playerParam);
+  if (!checkedIn) return 0;
+  for (std::size_t i = hasCheckIn ? 3 : 0; i < texts.size(); ++i) match.receive(texts[i]);
+  match.expectGoodCycle();
+  return 0;
+}

@@ -1,0 +1,69 @@
+// What the fuzzers share: how they complain, and a coach that plays without a server.
+//
+// A fuzzer is one file with LLVMFuzzerTestOneInput. It calls `require` for what must hold beyond
+// that nothing crashes, so that a broken promise looks like a crash to libFuzzer.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "support/param_keeper.h"
+#include "vokcoach.h"
+
+namespace vok::fuzz {
+
+/// Ends the process like a crash, with a line on standard error, when something does not hold.
+void require(bool holds, const char* what);
+
+/// From now on what is written to std::cerr is formatted and dropped.
+void silence();
+
+/// What a server with seven player types says at a check-in.
+extern const char* const initAnswer;
+extern const char* const serverParam;
+extern const char* const playerParam;
+/// The announcement of one of the types; the greater the id, the faster.
+std::string playerType(int id);
+
+/// A coach, the answers to its check-in and the datagrams of its match. One a process, since there
+/// can be one connection only. `checkIn` begins a match in which nothing is left of earlier ones.
+class Match {
+ public:
+  static Match& instance();
+
+  /// Checks in with the three answers given, which come through the socket. False when the coach
+  /// does not take them; then it has no match.
+  bool checkIn(std::string_view init, std::string_view server, std::string_view player);
+
+  /// Routes one datagram, runs the cycle that it may have begun, and looks at what has become of
+  /// the world and at what the coach has sent.
+  void receive(std::string_view datagram);
+
+  /// The next good view is taken over exactly and, in synchronous mode, answered.
+  void expectGoodCycle();
+
+  /// What the positions are computed from: the configuration, read anew.
+  void readFormations();
+
+ private:
+  Match();
+  void restart();
+  void sendToCoach(std::string_view datagram);
+  void checkWorld() const;
+  void checkView(long time) const;
+  void takeCommands();
+  void checkCommand(std::string_view command);
+
+  const test::ParamKeeper parameters;
+  int server;  ///< the socket that the commands go to
+  std::unique_ptr<VokCoach> coach;
+  int coachPort = 0;
+  int answers = 0;  ///< how often "(done)" was sent since the last check-in
+  // As they are before a match; copied, since building them takes long.
+  SensorDataStore emptyStore;
+  AudioMgr emptyAudiomgr;
+  std::unique_ptr<PositionEval> positions;
+};
+
+}  // namespace vok::fuzz
