@@ -58,10 +58,11 @@ class StderrCapture {
   std::string take();
 };
 
-/// The real coach program as a child process, started on conf/agent.conf or another file.
+/// The real coach program, or a program that starts it, as a child process.
 class CoachProcess {
  public:
-  explicit CoachProcess(const Lines& arguments);
+  explicit CoachProcess(const Lines& arguments,
+                        const std::string& program = VOK_BIN_DIR "/onlinecoach");
   ~CoachProcess();
   CoachProcess(const CoachProcess&) = delete;
   CoachProcess& operator=(const CoachProcess&) = delete;
