@@ -133,11 +133,11 @@ std::string StderrCapture::take() {
   return text;
 }
 
-CoachProcess::CoachProcess(const Lines& arguments, FailingSend failing)
+CoachProcess::CoachProcess(const Lines& arguments, FailingSend failing,
+                           const std::string& program)
     : errorFile(open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)) {
   pid = fork();
   if (pid != 0) return;
-  const std::string program = VOK_BIN_DIR "/onlinecoach";
   std::vector<char*> argv = {const_cast<char*>(program.c_str())};
   for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
   argv.push_back(nullptr);

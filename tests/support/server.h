@@ -70,10 +70,11 @@ struct FailingSend {
   int error = 0;  ///< what the system says to it
 };
 
-/// The real coach program as a child process, started on conf/agent.conf or another file.
+/// The real coach program, or a program that starts it, as a child process.
 class CoachProcess {
  public:
-  explicit CoachProcess(const Lines& arguments, FailingSend failing = {});
+  explicit CoachProcess(const Lines& arguments, FailingSend failing = {},
+                        const std::string& program = VOK_BIN_DIR "/onlinecoach");
   ~CoachProcess();
   CoachProcess(const CoachProcess&) = delete;
   CoachProcess& operator=(const CoachProcess&) = delete;

@@ -1,0 +1,157 @@
+// The pages in docs/ against the programs and the library: what they show is what happens.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Parser.h"
+#include "asyncinfo.h"
+#include "support/server.h"
+
+namespace vok::test {
+namespace {
+
+const std::string root = std::string(VOK_SOURCE_DIR) + "/";
+
+std::string fileText(const std::string& name) {
+  std::ifstream file(name, std::ios::binary);
+  EXPECT_TRUE(file) << name;
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// A file of this test's own, gone with it: tests run side by side.
+struct TempFile {
+  explicit TempFile(const std::string& kind)
+      : name(testing::TempDir() + "pages" + std::to_string(getpid()) + kind) {}
+  ~TempFile() { std::remove(name.c_str()); }
+  const std::string name;
+};
+
+/// Everything that the expression's group finds in a text.
+std::vector<std::string> all(const std::string& text, const char* expression) {
+  const std::regex wanted(expression);
+  std::vector<std::string> found;
+  for (std::sregex_iterator at(text.begin(), text.end(), wanted), end; at != end; ++at) {
+    found.push_back((*at)[1]);
+  }
+  return found;
+}
+
+/// The rows of all tables, by cells.
+std::vector<std::vector<std::string>> rows(const std::string& page) {
+  std::vector<std::vector<std::string>> found;
+  for (const std::string& line : lines(page)) {
+    if (line.starts_with("| ")) found.push_back(all(line, R"(\| ([^|]*?) ?(?=\|))"));
+  }
+  return found;
+}
+
+/// The text between the lines "```name" and "```".
+std::string block(const std::string& page, const std::string& name) {
+  const std::string head = "```" + name + "\n";
+  const std::size_t begin = page.find(head) + head.size();
+  return page.substr(begin, page.find("```\n", begin) - begin);
+}
+
+TEST(SayMessagePage, ReadsInItsTableAndInTheProgramAsItSays) {
+  const std::string page = fileText(root + "docs/say-message.md");
+  const std::string message = block(page, "message");
+  std::string joined;
+  for (const auto& row : rows(page)) {
+    if (row.size() != 3 || !row[1].starts_with('`')) continue;
+    EXPECT_EQ(row[0], std::to_string(joined.size())) << row[1];
+    joined += row[1].substr(1, row[1].size() - 2);
+  }
+  EXPECT_EQ(joined + "\n", message);
+
+  const TempFile out(".txt");
+  const TempFile picture(".svg");
+  const std::string program = VOK_BIN_DIR "/saydecode --svg " + picture.name + " " + joined;
+  EXPECT_EQ(std::system((program + " >" + out.name).c_str()), 0);
+  EXPECT_EQ(fileText(out.name), block(page, "output"));
+  EXPECT_EQ(fileText(picture.name), fileText(root + "docs/say-message.svg"));
+}
+
+TEST(ConfigurationPage, HasTheKeysOfTheShippedFileAndNoOthers) {
+  std::set<std::string> documented;
+  for (const auto& row : rows(fileText(root + "docs/configuration.md"))) {
+    if (std::regex_match(row[0], std::regex("`[A-Za-z_0-9]+`"))) {
+      EXPECT_TRUE(documented.insert(row[0].substr(1, row[0].size() - 2)).second) << row[0];
+    }
+  }
+  std::map<std::string, int> shipped;  // by the page's way of writing, and how many stand for it
+  for (const std::string& key : all("\n" + fileText(shippedConfig), R"(\n(\w+) =)")) {
+    const std::string form =
+        std::regex_replace(key, std::regex("^Form[0-2]_(def|off)"), "FormN_HALF");
+    ++shipped[std::regex_replace(form, std::regex("^player([2-9]|10|11)_"), "playerN_")];
+  }
+  for (const auto& [key, count] : shipped) {
+    EXPECT_EQ(documented.erase(key), 1U) << key;
+    EXPECT_EQ(count, key.starts_with("Form") ? 6 : key.starts_with("player") ? 10 : 1) << key;
+  }
+  EXPECT_EQ(documented, std::set<std::string>()) << "not in the shipped file";
+}
+
+TEST(ConfigurationPage, ShowsThePicturesThatItsCommandsDraw) {
+  const std::string page = fileText(root + "docs/configuration.md");
+  const auto commands = all(page, "\n    build/bin/(formationview [^\n]*)");
+  ASSERT_EQ(commands.size(), 3U);
+  for (const std::string& command : commands) {
+    const std::size_t out = command.find(" --out ");
+    const TempFile picture(".svg");
+    const std::string program =
+        "cd " + root + " && " VOK_BIN_DIR "/" + command.substr(0, out) + " --out " + picture.name;
+    EXPECT_EQ(std::system(program.c_str()), 0) << program;
+    EXPECT_EQ(fileText(picture.name), fileText(root + command.substr(out + 7))) << command;
+  }
+}
+
+TEST(ServerMessagesPage, NamesEveryPlayModeAndWhatItMeans) {
+  std::set<play_mode> named;
+  for (const auto& row : rows(fileText(root + "docs/server-messages.md"))) {
+    if (row.size() != 4 || row[0] == "call") continue;
+    for (const std::string& call : all(row[0], "`(.*?)`")) {
+      const play_mode mode = Parser::parsePlaymode(call, SIDE_LEFT);
+      const bool standard = mode >= PLAY_MODE_KICK_OFF_US && mode <= PLAY_MODE_GOAL_KICK_THEM;
+      EXPECT_EQ(row[2], standard ? "yes" : "no") << call;
+      EXPECT_EQ(row[3], isStopped(mode) ? "yes" : "no") << call;
+      named.insert(mode);
+    }
+  }
+  for (int mode = 0; mode <= PLAY_MODE_PENALTY_SCORE_US;
+       mode += mode < PLAY_MODE_KICK_OFF_US ? 1 : 2) {
+    EXPECT_EQ(named.count(static_cast<play_mode>(mode)), 1U) << mode;
+  }
+  EXPECT_EQ(named.count(PLAY_MODE_UNKNOWN), 0U);
+}
+
+TEST(ServerMessagesPage, QuotesOnlyDiagnosticsThatExist) {
+  std::string sources;
+  for (const char* folder : {"libVOK", "modules", "OnlineCoach"}) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(root + folder)) {
+      if (entry.is_regular_file()) sources += fileText(entry.path().string());
+    }
+  }
+  const std::string page = fileText(root + "docs/server-messages.md");
+  const std::string table = page.substr(page.find("## Diagnostics"));
+  const auto diagnostics = all(table, "\n\\| `(.*?)`");
+  ASSERT_GT(diagnostics.size(), 15U);
+  for (const std::string& line : diagnostics) {
+    for (const std::string& piece : all(line + "...", "(.*?)\\.\\.\\.")) {
+      EXPECT_NE(sources.find(piece), std::string::npos) << "\"" << piece << "\" of " << line;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vok::test
