@@ -24,14 +24,16 @@ constexpr std::int64_t IMPOSSIBLE_COST = std::numeric_limits<std::int64_t>::max(
 
 }  // namespace
 
-TypeAssignment::TypeAssignment(std::size_t numTypes)
-    : types(numTypes),
-      columns(numTypes + PLAYERS),
-      utilities(PLAYERS * numTypes),
-      costs(PLAYERS * columns),
+TypeAssignment::TypeAssignment(std::size_t numPlayers, std::size_t numTypes)
+    : players(numPlayers),
+      types(numTypes),
+      columns(numTypes + numPlayers),
+      utilities(numPlayers * numTypes),
+      costs(numPlayers * columns),
       distance(columns),
       mover(columns),
-      used(columns) {}
+      used(columns),
+      chosen(numPlayers) {}
 
 void TypeAssignment::setUtility(std::size_t player, std::size_t type, double utility) {
   utilities[player * types + type] = utility;
@@ -44,8 +46,8 @@ double TypeAssignment::utility(std::size_t player, std::size_t type) const {
 void TypeAssignment::solve(const std::vector<int>& capacity) {
   weigh();
   std::fill(used.begin(), used.end(), 0);
-  chosen.fill(UNPLACED);
-  for (std::size_t player = 0; player < PLAYERS; ++player) place(player, capacity);
+  std::fill(chosen.begin(), chosen.end(), UNPLACED);
+  for (std::size_t player = 0; player < players; ++player) place(player, capacity);
 }
 
 int TypeAssignment::typeOf(std::size_t player) const {
@@ -58,13 +60,13 @@ void TypeAssignment::weigh() {
     if (std::isfinite(u)) greatest = std::max(greatest, std::abs(u));
   }
   const double scale = greatest > 0 ? SCALE / greatest : 0;
-  for (std::size_t player = 0; player < PLAYERS; ++player) {
+  for (std::size_t player = 0; player < players; ++player) {
     for (std::size_t t = 0; t < types; ++t) {
       const double u = utility(player, t);
       const double loss = std::isfinite(u) ? -u * scale : SCALE;
       cost(player, t) = std::llround(loss) * ID_RANGE + static_cast<Cost>(t);
     }
-    for (std::size_t other = 0; other < PLAYERS; ++other) {
+    for (std::size_t other = 0; other < players; ++other) {
       cost(player, types + other) = other == player ? NO_TYPE : IMPOSSIBLE_COST;
     }
   }
@@ -76,15 +78,16 @@ void TypeAssignment::place(std::size_t player, const std::vector<int>& capacity)
     distance[c] = cost(player, c);
     mover[c] = player;
   }
-  for (std::size_t round = 0; round < PLAYERS; ++round) {
+  for (std::size_t round = 0; round < players; ++round) {
     bool shorter = false;
     for (std::size_t holder = 0; holder < player; ++holder) shorter |= moveOn(holder);
     if (!shorter) break;
   }
 
   std::size_t last = types + player;  // always free
-  for (std::size_t t = types; t-- > 0;) {
-    if (used[t] < capacity[t] && distance[t] <= distance[last]) last = t;
+  for (std::size_t next = last; next-- > 0;) {
+    const int room = next < types ? capacity[next] : 1;
+    if (used[next] < room && distance[next] <= distance[last]) last = next;
   }
   ++used[last];
   std::size_t c = last;

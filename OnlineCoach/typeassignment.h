@@ -1,20 +1,18 @@
 // The best way to give types to players when each type may be given so many times only.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 namespace vok {
 
-/// Solves one assignment after another in the memory taken at construction. Players are 0 to 9,
-/// the field players in order.
+/// Solves one assignment after another in the memory taken at construction. Players and types count
+/// from 0.
 class TypeAssignment {
  public:
-  static constexpr std::size_t PLAYERS = 10;
-
-  explicit TypeAssignment(std::size_t types);
+  /// At most ten players and a thousand types.
+  TypeAssignment(std::size_t numPlayers, std::size_t numTypes);
 
   /// How well a type suits a player; of equal sums that with the lower types wins. Differences
   /// below a millionth of a millionth of the greatest utility are none.
@@ -37,14 +35,15 @@ class TypeAssignment {
   void place(std::size_t player, const std::vector<int>& capacity);
   bool moveOn(std::size_t holder);
 
+  std::size_t players;
   std::size_t types;
-  std::size_t columns;             ///< the types, and for each player the one for no type
-  std::vector<double> utilities;   ///< by player and type
-  std::vector<Cost> costs;         ///< by player and column
-  std::vector<Cost> distance;      ///< by column: of the cheapest chain of moves that fills it
-  std::vector<std::size_t> mover;  ///< by column: the player that comes last in that chain
-  std::vector<int> used;           ///< by column
-  std::array<std::size_t, PLAYERS> chosen{};  ///< by player
+  std::size_t columns;              ///< the types, and for each player the one for no type
+  std::vector<double> utilities;    ///< by player and type
+  std::vector<Cost> costs;          ///< by player and column
+  std::vector<Cost> distance;       ///< by column: of the cheapest chain of moves that fills it
+  std::vector<std::size_t> mover;   ///< by column: the player that comes last in that chain
+  std::vector<int> used;            ///< by column
+  std::vector<std::size_t> chosen;  ///< by player: its column
 };
 
 }  // namespace vok

@@ -54,7 +54,7 @@ TypeLimits::TypeLimits(Worldmodel& coachedWorld, Comm& connection)
     : world(coachedWorld),
       comm(connection),
       types(static_cast<int>(coachedWorld.playerType.size())),
-      assignment(coachedWorld.playerType.size()),
+      assignment(LAST_PLAYER - FIRST_FIELD_PLAYER + 1, coachedWorld.playerType.size()),
       capacity(coachedWorld.playerType.size()) {
   target.fill(-1);
   // The server names our own players' types without a comma.

@@ -18,6 +18,8 @@ constexpr int MIN_VOTES = 3;
 constexpr int MIN_LEAD = 3;
 // Contradicting steps that undo a verdict. Even one is a rare accident.
 constexpr int GIVE_UP = 3;
+// A type that so many steps fit, and all of them, leads by one: the bounds are hard.
+constexpr int SURE_VOTES = 12;
 // After so many steps types that are still level are told apart by other evidence.
 constexpr int TWIN_STEPS = 100;
 // Room around a body within which it may have been touched in the step, metres.
@@ -176,11 +178,12 @@ void DecayTypes::decide(const Worldmodel& world, std::size_t n, TypeBeliefs& bel
   for (const PlayerTypeData& belief : votes) most = std::max(most, belief.score);
   if (most < MIN_VOTES || 8 * (steps - most) > steps) return;
 
+  const int lead = most >= SURE_VOTES && most == steps ? 1 : MIN_LEAD;
   const std::size_t types = std::min(votes.size(), world.playerType.size());
   std::size_t open = 0;
   std::size_t last = 0;
   for (std::size_t t = 0; t < types; ++t) {
-    const bool isBehind = most - votes[t].score >= MIN_LEAD;
+    const bool isBehind = most - votes[t].score >= lead;
     const bool isExcluded =
         isBehind || (steps >= TWIN_STEPS && isUnlikelyTwin(world, n, t, verdicts));
     votes[t].state = isExcluded ? PTS_IMPOSSIBLE : PTS_UNKNOWN;

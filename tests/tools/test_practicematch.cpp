@@ -231,6 +231,9 @@ TEST_F(PracticeDesk, ChangesTypesByTheRules) {
               "(ok change_player_type 5 " + type + ")");
   }
   EXPECT_EQ(ask("(change_player_type 5 14)"), Texts{"(warning no_subs_left)"});
+  EXPECT_EQ(report.typesAsked, 10);
+  EXPECT_EQ(report.typesGiven, 4);
+  EXPECT_EQ(report.typesRefused["no_subs_left"], 1);
 }
 
 TEST_F(PracticeDesk, ComparesWhatACoachSaysWithTheViewOfThatTime) {
@@ -255,6 +258,8 @@ TEST_F(PracticeDesk, ComparesWhatACoachSaysWithTheViewOfThatTime) {
   EXPECT_EQ(report.ballsRight, 1);
   EXPECT_EQ(report.lastTypes[4], 7);
   EXPECT_EQ(report.lastTypes[5], -1);
+  EXPECT_EQ(report.lastTypesUnknown, 10);
+  EXPECT_EQ(report.lastTypesRight, match.state().team(Side::Right)[3].type == 7 ? 1 : 0);
 }
 
 TEST(PracticeOptions, SayWhatIsWrongWithAnArgument) {
