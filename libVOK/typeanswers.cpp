@@ -11,14 +11,14 @@ struct Refusal {
   TypeAnswerKind kind;
 };
 
-constexpr Refusal refusals[] = {
+constexpr auto refusals = std::to_array<Refusal>({
     {"(warning max_of_that_type_on_field)", TypeAnswerKind::FULL},
     {"(warning no_left_of_that_type)", TypeAnswerKind::FULL},
     {"(error out_of_range_player_type)", TypeAnswerKind::NO_SUCH_TYPE},
     {"(warning no_such_player)", TypeAnswerKind::NO_SUCH_PLAYER},
     {"(warning cannot_sub_while_playon)", TypeAnswerKind::IN_PLAY},
     {"(warning no_subs_left)", TypeAnswerKind::NO_SUBSTITUTION_LEFT},
-};
+});
 
 bool readAnswer(std::string_view text, TypeAnswer& answer) {
   Scanner scan(text);

@@ -16,13 +16,12 @@ namespace {
 constexpr double MOVED = 0.2;  // metres in a cycle
 
 // What the library asks for when it is built; nothing of it bears upon the types.
-constexpr const char* neededKeys[] = {
-    "async_waitForSeeTime",   "world_maxPlayersOurTeam",  "world_maxPlayersOtherTeam",
-    "ourDefenders",           "ourDefMidfield",           "ourOffMidfield",
-    "ourOffenders",           "tac_ourEdgeDefender",      "tac_ourEdgeDefMidfield",
-    "tac_ourEdgeOffMidfield", "tac_ourEdgeOffender",      "tac_ourEdgeGoalie",
-    "tac_otherEdgeDefender",  "tac_otherEdgeDefMidfield", "tac_otherEdgeOffMidfield",
-    "tac_otherEdgeOffender",  "tac_otherEdgeGoalie"};
+constexpr auto neededKeys = std::to_array<const char*>(
+    {"async_waitForSeeTime", "world_maxPlayersOurTeam", "world_maxPlayersOtherTeam", "ourDefenders",
+     "ourDefMidfield", "ourOffMidfield", "ourOffenders", "tac_ourEdgeDefender",
+     "tac_ourEdgeDefMidfield", "tac_ourEdgeOffMidfield", "tac_ourEdgeOffender", "tac_ourEdgeGoalie",
+     "tac_otherEdgeDefender", "tac_otherEdgeDefMidfield", "tac_otherEdgeOffMidfield",
+     "tac_otherEdgeOffender", "tac_otherEdgeGoalie"});
 
 playing_side otherSide(playing_side side) {
   return side == SIDE_LEFT ? SIDE_RIGHT : SIDE_LEFT;

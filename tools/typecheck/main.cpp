@@ -4,7 +4,9 @@
 #include <fstream>
 #include <iomanip>
 #include <iostream>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "check.h"
 
@@ -33,30 +35,31 @@ struct Options {
   playing_side side = SIDE_UNKNOWN;
 };
 
+bool readSide(std::string_view letter, playing_side& side) {
+  if (letter == "l") side = SIDE_LEFT;
+  if (letter == "r") side = SIDE_RIGHT;
+  return letter == "l" || letter == "r";
+}
+
 bool readOptions(int argc, char** argv, Options& options) {
+  std::vector<std::string> files;
   for (int i = 1; i < argc; ++i) {
-    const std::string_view word = argv[i];
-    if (word == "--team" || word == "--side") {
-      if (++i == argc) return false;
-      const std::string_view value = argv[i];
-      if (word == "--team") {
-        options.team = value;
-      } else if (value == "l" || value == "r") {
-        options.side = value == "l" ? SIDE_LEFT : SIDE_RIGHT;
-      } else {
-        return false;
-      }
+    const std::string word = argv[i];
+    const bool hasValue = i + 1 < argc;
+    if (word == "--team" && hasValue) {
+      options.team = argv[++i];
+    } else if (word == "--side" && hasValue) {
+      if (!readSide(argv[++i], options.side)) return false;
     } else if (word.starts_with("--")) {
       return false;
-    } else if (options.capture.empty()) {
-      options.capture = word;
-    } else if (options.truth.empty()) {
-      options.truth = word;
     } else {
-      return false;
+      files.push_back(word);
     }
   }
-  return !options.truth.empty() && !options.team.empty() && options.side != SIDE_UNKNOWN;
+  if (files.size() != 2 || options.team.empty() || options.side == SIDE_UNKNOWN) return false;
+  options.capture = files[0];
+  options.truth = files[1];
+  return true;
 }
 
 template <typename Content>
