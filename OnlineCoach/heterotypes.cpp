@@ -72,11 +72,27 @@ bool VokCoach::knowsHeteroTypes() const {
 void VokCoach::chooseHeterogenousPlayers() {
   readAgentConf();
   initSubs();
+  if (typeLimits != nullptr) return chooseWithinLimits();
   // The offenders choose first and so get the scarce types. Any head count may be configured.
   const int offenders = std::clamp(tactical->ourSystem.numOffenders, 0, 10);
   const int firstOffender = LAST_PLAYER + 1 - offenders;
   for (int n = firstOffender; n <= LAST_PLAYER; ++n) choosePlayerType(n);
   for (int n = FIRST_FIELD_PLAYER; n < firstOffender; ++n) choosePlayerType(n);
+}
+
+void VokCoach::chooseWithinLimits() {
+  const int types = static_cast<int>(world->playerType.size());
+  for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
+    for (int type = 0; type < types; ++type) typeLimits->setUtility(n, type, calcUtility(n, type));
+  }
+  typeLimits->choose(numSubsMax());
+}
+
+void VokCoach::followTypes() {
+  typeLimits->takeAnswers();
+  for (int n = 1; n <= LAST_PLAYER; ++n) {
+    plType[static_cast<std::size_t>(n)] = typeLimits->typeOf(n);
+  }
 }
 
 void VokCoach::choosePlayerType(int playerNumber) {

@@ -30,9 +30,13 @@ VokCoach::VokCoach(const char* team, const char* host, int port, const char* age
   positionEval = std::make_unique<PositionEval>(goalShotEval.get(), passEval.get());
   otherTeam = std::make_unique<Team>(world.get());
   initSubs();
+  if (world != nullptr && Config::getOptionalInt("types_withinLimits", 0) == 1) {
+    typeLimits = std::make_unique<TypeLimits>(*world, *comm);
+  }
 }
 
 VokCoach::~VokCoach() {
+  typeLimits.reset();
   // In the order of their making, not in the reverse one of the members.
   tactical.reset();
   goalShotEval.reset();
@@ -46,6 +50,7 @@ void VokCoach::analyze() {
   positionEval->CalMinMaxX(world.get());
   positionEval->CalPlayerPositions(world.get());
   if (world->playMode == PLAY_MODE_PLAY_ON) otherTeam->Update();
+  if (typeLimits != nullptr) followTypes();
 
   // A message is due when a standard situation begins and from time to time while it lasts.
   const bool standard = isStandardSituation(world->playMode);
@@ -101,6 +106,7 @@ void VokCoach::sayMessage() {
 
 void VokCoach::chooseTypesOnce() {
   if (Config::getValueAsInt("use_heterogenous_players") != 1) return;
+  if (initDone && typeLimits != nullptr) typeLimits->ask();
   if (initDone || !knowsHeteroTypes()) return;
   chooseHeterogenousPlayers();
   initDone = true;

@@ -11,6 +11,7 @@
 #include "passmodule/passeval.h"
 #include "positionmodule/positioneval.h"
 #include "tacticalmodule/tacticalmodule.h"
+#include "typelimits.h"
 
 namespace vok {
 
@@ -47,7 +48,8 @@ class VokCoach : public Onlinecoach {
   void readAgentConf();
   /// True when types 1 to 6 all exist and are announced.
   bool knowsHeteroTypes() const;
-  /// Gives every field player the type that suits its wishes best, offenders first.
+  /// Gives every field player the type that suits its wishes best, offenders first; with
+  /// "types_withinLimits" the best types for all of them that the server's limits allow.
   void chooseHeterogenousPlayers();
   void choosePlayerType(int playerNumber);
   /// How well a type suits a player's wishes; greater is better.
@@ -68,17 +70,21 @@ class VokCoach : public Onlinecoach {
   std::unique_ptr<GoalShotEval> goalShotEval;
   std::unique_ptr<PositionEval> positionEval;
   std::unique_ptr<Team> otherTeam;
+  std::unique_ptr<TypeLimits> typeLimits;  ///< null unless "types_withinLimits"
   std::array<DesiredType, 12> desiredType;
   unsigned numSubs = 0;
   bool initDone = false;
   int numPlTypes = 0;
-  std::vector<int> numPlType;    ///< by type: how many more players may get it
-  std::array<int, 12> plType{};  ///< by shirt number
+  std::vector<int> numPlType;  ///< by type: how many more players may get it
+  /// By shirt number: the types asked for; with `typeLimits` those that the players have.
+  std::array<int, 12> plType{};
 
  private:
   void refillBudget();
   void sayMessage();
   void chooseTypesOnce();
+  void chooseWithinLimits();
+  void followTypes();
 };
 
 }  // namespace vok

@@ -173,13 +173,16 @@ void Comm::route(const SensorData& data, bool newCycle, const char* text) {
       store->put(data);
       break;
     case SENSOR_TYPE_OK:
+      typeAnswers.note(text);
       if (SYNCH_MODE && data.think) async->think();
       feignNormalView(VIEW_WIDTH_NARROW);
       break;
     case SENSOR_TYPE_ERROR:
+      typeAnswers.note(text);
       timedCommError() << "received error message from server: " << firstLine(text) << "\n";
       break;
     case SENSOR_TYPE_WARNING:
+      typeAnswers.note(text);
       timedCommError() << "received warning message from server: " << firstLine(text) << "\n";
       if (std::string_view(text).starts_with("(warning message_not_null_terminated)")) {
         terminateTexts = true;

@@ -13,6 +13,7 @@
 #include "audiomgr.h"
 #include "datastore.h"
 #include "mcommand.h"
+#include "typeanswers.h"
 
 namespace vok {
 
@@ -127,7 +128,8 @@ class Comm {
   std::unique_ptr<SensorDataStore> store;
   std::unique_ptr<AsyncCommInfo> async;
   std::unique_ptr<AudioMgr> audiomgr;
-  bool ZELTRAmode;  ///< remote control: no receive time-out, monitor commands go out
+  TypeAnswers typeAnswers;  ///< to `sendChangePlayer`, for whoever wants to know
+  bool ZELTRAmode;          ///< remote control: no receive time-out, monitor commands go out
   bool serverOK = true;
   int reconnectNumber;
   client_type ctype;

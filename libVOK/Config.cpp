@@ -132,6 +132,14 @@ int Config::getValueAsInt(const char* key) {
   return requireInt(key, value, Scanner(value));
 }
 
+int Config::getOptionalInt(const char* key, int fallback) {
+  assert(key);
+  const auto entry = entries().find(std::string_view(key));
+  if (entry == entries().end()) return fallback;
+  const char* value = entry->second.c_str();
+  return requireInt(key, value, Scanner(value));
+}
+
 double Config::getValueAsDoubleFromList(const char* key, int index) {
   const char* value = requireValue(key);
   return requireDouble(key, value, requireElement(key, value, index));

@@ -22,6 +22,8 @@ class Config {
 
   static double getValueAsDouble(const char* key);
   static int getValueAsInt(const char* key);
+  /// A key that may be missing, without a line about it: then the value is `fallback`.
+  static int getOptionalInt(const char* key, int fallback);
   /// Element `index` (from 0) of a comma-separated list.
   static double getValueAsDoubleFromList(const char* key, int index);
   static int getValueAsIntFromList(const char* key, int index);

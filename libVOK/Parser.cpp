@@ -143,8 +143,13 @@ bool Parser::plainHead(std::string_view head, sensor_data_type type) {
 bool Parser::parsePlayerChanged() {
   data->number = -1;
   data->heteroType = -1;
+  data->announcedType = -1;
   int number = -1;
-  if (msg.integer(number) && msg.literal(',')) msg.integer(data->heteroType);
+  if (msg.integer(number)) {
+    const bool comma = msg.literal(',');
+    msg.integer(data->announcedType);
+    if (comma) data->heteroType = data->announcedType;
+  }
   data->number = shirtNumber(number);
   data->ourTeamChanged = data->heteroType != -1;
   return true;

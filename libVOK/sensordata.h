@@ -296,6 +296,9 @@ struct SensorData {
   int number = -1;
   bool ourTeamChanged = false;  ///< the new type was named behind a comma
   int heteroType = -1;
+  /// change_player_type: the new type, comma or not. The server names it for our own players only
+  /// and writes no comma, so this tells our changes from the opponents'.
+  int announcedType = -1;
 
   // hear
   sender_type sender = SENDER_SELF;

@@ -245,11 +245,14 @@ void Worldmodel::takePlayerType(const PlayerType& announced) {
 
 void Worldmodel::changePlayer(const SensorData& data) {
   const int number = data.number;
-  const int type = data.heteroType;
+  const bool ours = data.ourTeamChanged || (ownChangesWithoutComma && data.announcedType != -1);
+  const int type = ours && !data.ourTeamChanged ? data.announcedType : data.heteroType;
   if (!isShirtNumber(number) || type < -1 || type >= static_cast<int>(playerType.size())) return;
   const auto entry = static_cast<std::size_t>(number);
 
-  if (!data.ourTeamChanged) {
+  if (!ours) {
+    int& changes = otherTypeChanges[entry];
+    if (data.announcedType == -1 && changes < std::numeric_limits<int>::max()) ++changes;
     // What an opponent can do is inferred elsewhere; until then it plays with the default.
     otherTeam[entry].setType(WPlayerType::fromDefaults());
     otherTeam[entry].type = type;

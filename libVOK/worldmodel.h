@@ -102,6 +102,11 @@ class Worldmodel {
   std::vector<Substitution> otherSubs;
   int numOurSubs = 0;  ///< counts since the beginning
   int numOtherSubs = 0;
+  /// Announced changes of each opponent. The ring above also holds our own players' changes that
+  /// came without a comma.
+  std::array<int, 12> otherTypeChanges{};
+  /// Take those changes for what they are, ours.
+  bool ownChangesWithoutComma = false;
   // Command counters as the server reported them.
   long kickCount = 0;
   long dashCount = 0;

@@ -77,6 +77,7 @@ TacticalModule::TacticalModule(const Worldmodel* newWorld, AdvSkills* newSkills)
   otherEdgeOffMidfield = Config::getValueAsInt("tac_otherEdgeOffMidfield");
   otherEdgeOffender = Config::getValueAsInt("tac_otherEdgeOffender");
   otherEdgeGoalie = Config::getValueAsInt("tac_otherEdgeGoalie");
+  typesFromDecay = Config::getOptionalInt("tac_typesFromDecay", 0) == 1;
   playerType.fill(-1);
   for (auto& beliefs : playerTypeData) {
     beliefs.resize(static_cast<std::size_t>(numPlayerTypes()));
@@ -137,7 +138,9 @@ bool TacticalModule::feedbackWorld() {
 
 void TacticalModule::determineOtherPlayerTypes() {
   const bool nextCycle = oldTime < world->time && world->time - 1 == oldTime;
-  if (nextCycle && world->playMode == PLAY_MODE_PLAY_ON) {
+  if (typesFromDecay) {
+    decayTypes.observe(*world, oldPlayer, nextCycle, playerTypeData, playerType);
+  } else if (nextCycle && world->playMode == PLAY_MODE_PLAY_ON) {
     for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
       if (substitutedSinceLastCall(n)) {
         forgetType(n);

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "grade.h"
+#include "tacticalmodule/decaytypes.h"
+#include "tacticalmodule/playertypedata.h"
 #include "worldmodel.h"
 
 namespace vok {
@@ -34,9 +36,6 @@ enum TacticalActionQuality {
 
 enum BallControlState { BC_SAFE = 0, BC_DANGER = 1, BC_LOST = 2, BC_UNKNOWN = 3 };
 
-/// Whether an opponent can be of a type.
-enum PlayerTypeState { PTS_IMPOSSIBLE = 0, PTS_SURE = 1, PTS_UNKNOWN = 2 };
-
 /// Head counts of the field players by role; tactical numbers run through the roles in this order,
 /// from 2 on.
 struct TacticalSystem {
@@ -56,12 +55,6 @@ struct TacticalAction {
   long age = NEVER;    ///< cycles
   int performer = -1;  ///< shirt number
   int receiver = -1;   ///< shirt number
-};
-
-/// The belief about one type for one opponent.
-struct PlayerTypeData {
-  PlayerTypeState state = PTS_UNKNOWN;
-  int score = 0;  ///< reserved for graded beliefs
 };
 
 struct PlayerPassInfo {
@@ -89,7 +82,8 @@ class TacticalModule {
   bool feedbackWorld();
 
   /// Rules out the types that the opponents' motion since the previous call contradicts. Only two
-  /// calls of consecutive cycles in play-on are compared.
+  /// calls of consecutive cycles in play-on are compared. With "tac_typesFromDecay" the decay of
+  /// the opponents' speed decides instead.
   void determineOtherPlayerTypes();
 
   /// The inferred type of an opponent; -1 while unknown and for no shirt number.
@@ -131,8 +125,10 @@ class TacticalModule {
   std::array<WPlayer, 12> oldPlayer;  ///< the opponents at the previous call
   long oldTime = -2;                  ///< cycle of the previous call
   int oldNumSubs = 0;                 ///< the opponents' changes up to the previous call
-  std::array<std::vector<PlayerTypeData>, 12> playerTypeData;  ///< opponents' beliefs by type id
-  std::array<int, 12> playerType;  ///< the opponents' types, -1 while unknown
+  TypeBeliefs playerTypeData;         ///< opponents' beliefs by type id
+  std::array<int, 12> playerType;     ///< the opponents' types, -1 while unknown
+  bool typesFromDecay;                ///< configured
+  DecayTypes decayTypes;              ///< the inference that is then used
 
  private:
   bool placeWithin(int n, long behind, long upTo) const;

@@ -9,6 +9,7 @@
 #include <new>
 #include <thread>
 
+#include "Config.h"
 #include "support/param_keeper.h"
 #include "support/server.h"
 #include "vokcoach.h"
@@ -78,7 +79,12 @@ TEST(Allocation, IsCounted) {
   EXPECT_EQ(allocations, 2);
 }
 
-TEST(Allocation, HasNoPlaceInACycle) {
+// With the optional keys on, ten answers to the requests for types come as well.
+class Cycle : public testing::TestWithParam<bool> {};
+
+TEST_P(Cycle, AllocatesNothing) {
+  setEntry("tac_typesFromDecay", GetParam() ? "1" : "0");
+  setEntry("types_withinLimits", GetParam() ? "1" : "0");
   std::vector<std::string> texts;
   std::ifstream file(VOK_SOURCE_DIR "/tests/data/realtime_left.txt");
   for (std::string line; std::getline(file, line);)
@@ -106,13 +112,23 @@ TEST(Allocation, HasNoPlaceInACycle) {
   VokCoach coach("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
   serving.join();
   int said = 0;
+  int asked = 0;
   for (std::size_t i = 3; i < texts.size(); ++i) {
     EXPECT_EQ(allocatedBy(coach, texts[i]), 0) << i << texts[i].substr(0, 60);
-    for (std::string text; !(text = server.receive(0)).empty();) said += text.starts_with("(say ");
+    for (std::string text; !(text = server.receive(0)).empty();) {
+      said += text.starts_with("(say ");
+      if (!text.starts_with("(change_player_type ")) continue;
+      ++asked;
+      if (!GetParam()) continue;
+      EXPECT_EQ(allocatedBy(coach, "(warning max_of_that_type_on_field)"), 0) << text;
+    }
   }
   EXPECT_EQ(coach.world->time, 305);
   EXPECT_EQ(said, 5) << "kick-off, free kick, corner kick and its repetition, free kick";
+  EXPECT_GE(asked, GetParam() ? 11 : 9) << "the refused are asked for again within the limits";
 }
+
+INSTANTIATE_TEST_SUITE_P(Keys, Cycle, testing::Bool());
 
 }  // namespace
 }  // namespace vok::test

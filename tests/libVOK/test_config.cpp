@@ -80,6 +80,14 @@ TEST(Config, ConvertsTheLongestValidPrefix) {
   EXPECT_EQ(Config::getValueAsIntFromList("list", 3), 4);
 }
 
+TEST(Config, AsksForAnOptionalKeyWithoutALine) {
+  read("given = 7\n");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(Config::getOptionalInt("given", 3), 7);
+  EXPECT_EQ(Config::getOptionalInt("nowhere", 3), 3);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
 TEST(ConfigDeathTest, EndsTheProcessForAMissingOrMalformedValue) {
   read("word = x\nhuge = 99999999999\nfar = 1e999\nspace = 1.0 2.0\ntwo = 1, 2\n");
   const struct {
@@ -90,6 +98,8 @@ TEST(ConfigDeathTest, EndsTheProcessForAMissingOrMalformedValue) {
        "^WARNING: configuration entry for 'none' not found.\n"
        "FATAL: no value for key 'none' found.\n$"},
       {[] { Config::getValueAsInt("word"); },
+       "^FATAL: value 'x' for key 'word' not an integer.\n$"},
+      {[] { Config::getOptionalInt("word", 1); },
        "^FATAL: value 'x' for key 'word' not an integer.\n$"},
       {[] { Config::getValueAsInt("huge"); }, "not an integer.\n$"},
       {[] { Config::getValueAsDouble("word"); },

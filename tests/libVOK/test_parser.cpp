@@ -66,17 +66,18 @@ TEST_F(ParserTest, RefusesWhatItDoesNotUnderstand) {
 TEST_F(ParserTest, ATypeChangeIsOursOnlyBehindAComma) {
   const struct {
     const char* text;
-    int number, type;
+    int number, type, announced;
     bool ours;
-  } rows[] = {{"(change_player_type 3 5)", 3, -1, false},
-              {"(change_player_type 3, 5)", 3, 5, true},
-              {"(change_player_type 4)", 4, -1, false},
-              {"(change_player_type 12, 5)", -1, 5, true},
-              {"(change_player_type x)", -1, -1, false}};
+  } rows[] = {{"(change_player_type 3 5)", 3, -1, 5, false},
+              {"(change_player_type 3, 5)", 3, 5, 5, true},
+              {"(change_player_type 4)", 4, -1, -1, false},
+              {"(change_player_type 12, 5)", -1, 5, 5, true},
+              {"(change_player_type x 7)", -1, -1, -1, false}};
   for (const auto& row : rows) {
     EXPECT_TRUE(parse(row.text));
     EXPECT_EQ(record.number, row.number) << row.text;
     EXPECT_EQ(record.heteroType, row.type) << row.text;
+    EXPECT_EQ(record.announcedType, row.announced) << row.text;
     EXPECT_EQ(record.ourTeamChanged, row.ours) << row.text;
   }
 }

@@ -30,7 +30,7 @@ class StartCoach : public testing::Test {
 TEST_F(StartCoach, TriesUntilTheTeamIsThereAndSaysOnceWhatItWaitsFor) {
   Lines numbered = arguments();
   numbered.push_back("12");
-  CoachProcess started(numbered, script);
+  CoachProcess started(numbered, {}, script);
   for (int attempt = 0; attempt < 2; ++attempt) {
     EXPECT_EQ(server.receive(), init);
     server.send(noTeam);
@@ -48,7 +48,7 @@ TEST_F(StartCoach, TriesUntilTheTeamIsThereAndSaysOnceWhatItWaitsFor) {
 }
 
 TEST_F(StartCoach, GivesUpAfterItsTime) {
-  CoachProcess started(arguments("1"), script);
+  CoachProcess started(arguments("1"), {}, script);
   while (server.receive() == init) {
     server.send(noTeam);
     EXPECT_EQ(server.receive(), "(bye)");
@@ -60,7 +60,7 @@ TEST_F(StartCoach, GivesUpAfterItsTime) {
 }
 
 TEST_F(StartCoach, DoesNotTryAgainWhereTryingCannotHelp) {
-  CoachProcess started(arguments(), script);
+  CoachProcess started(arguments(), {}, script);
   EXPECT_EQ(server.receive(), init);
   server.send("(error already_have_coach)");
   EXPECT_EQ(started.wait(), 1);
@@ -70,7 +70,7 @@ TEST_F(StartCoach, DoesNotTryAgainWhereTryingCannotHelp) {
 
 TEST_F(StartCoach, PassesSignalsOnToTheCoach) {
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-    CoachProcess started(arguments(), script);
+    CoachProcess started(arguments(), {}, script);
     EXPECT_EQ(server.checkIn(), init);
     EXPECT_EQ(server.receive(), "(eye on)");
     started.signal(number);
@@ -80,7 +80,7 @@ TEST_F(StartCoach, PassesSignalsOnToTheCoach) {
 }
 
 TEST_F(StartCoach, ASignalEndsTheWaitForTheTeam) {
-  CoachProcess started(arguments(), script);
+  CoachProcess started(arguments(), {}, script);
   EXPECT_EQ(server.receive(), init);
   server.send(noTeam);
   EXPECT_EQ(server.receive(), "(bye)");
@@ -92,7 +92,7 @@ TEST_F(StartCoach, WrongArgumentsGetOneLine) {
   const Lines wrong[] = {{"host"}, {"host", VOK_BIN_DIR, "7"}, {"-w", "long", "host", VOK_BIN_DIR},
                          {"-x"},   {"host", "/nowhere"},       {"-t", "(x)", "host", VOK_BIN_DIR}};
   for (const Lines& given : wrong) {
-    CoachProcess started(given, script);
+    CoachProcess started(given, {}, script);
     EXPECT_EQ(started.wait(), 2);
     EXPECT_EQ(lines(started.errors()).size(), 1U) << started.errors();
   }

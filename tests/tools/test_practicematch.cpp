@@ -174,6 +174,8 @@ TEST_F(PracticeDesk, ComparesWhatACoachSaysWithTheViewOfThatTime) {
   EXPECT_EQ(report.messagesDecoded, 2);
   EXPECT_EQ(report.ballsRight, 1);
   EXPECT_EQ(report.lastTypes[4], 7);
+  EXPECT_EQ(report.lastTypesUnknown, 10);
+  EXPECT_EQ(report.lastTypesRight, match.state().team(Side::Right)[3].type == 7 ? 1 : 0);
 }
 
 TEST(PracticeOptions, AreReadAndAWrongOneIsNamed) {

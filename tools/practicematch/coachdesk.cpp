@@ -45,6 +45,12 @@ std::string_view commandWord(std::string_view text) {
   return text.substr(1, text.find_first_of(" ()", 1) - 1);
 }
 
+/// "(error reason)" or "(warning reason)" gives the reason.
+std::string reasonOf(std::string_view refusal) {
+  const std::size_t begin = refusal.find(' ') + 1;
+  return std::string(refusal.substr(begin, refusal.size() - begin - 1));
+}
+
 }  // namespace
 
 std::string_view SayRules::judge(std::string_view command, long time, bool playOn,
@@ -132,7 +138,13 @@ void CoachDesk::changeType(std::string_view text, std::vector<std::string>& answ
     answers.emplace_back("(error illegal_command_form)");
     return;
   }
+  ++report.typesAsked;
   match.changeType((*numbers)[0], (*numbers)[1], answers);
+  if (answers.back().starts_with("(ok ")) {
+    ++report.typesGiven;
+  } else {
+    ++report.typesRefused[reasonOf(answers.back())];
+  }
 }
 
 void CoachDesk::say(std::string_view text, std::vector<std::string>& answers) {
@@ -140,8 +152,7 @@ void CoachDesk::say(std::string_view text, std::vector<std::string>& answers) {
   const std::string_view answer = rules.judge(text, match.time(), match.playOn(), message);
   answers.emplace_back(answer);
   if (message.empty()) {
-    // "(error reason)"
-    ++report.messagesRefused[std::string(answer.substr(7, answer.size() - 8))];
+    ++report.messagesRefused[reasonOf(answer)];
     return;
   }
   ++report.messagesAccepted;
@@ -153,6 +164,12 @@ void CoachDesk::compare(const std::string& text) {
   if (!message) return;
   ++report.messagesDecoded;
   report.lastTypes = message->opponentTypes;
+  report.lastTypesRight = report.lastTypesUnknown = 0;
+  for (const Player& p : match.state().team(other(match.settings().coachSide))) {
+    const int told = report.lastTypes[static_cast<std::size_t>(p.number)];
+    if (told == p.type) ++report.lastTypesRight;
+    if (told == -1) ++report.lastTypesUnknown;
+  }
 
   // Positions travel in steps of 0.1 m, the views' numbers are rounded too.
   constexpr double tolerance = 0.1 + 1e-4;

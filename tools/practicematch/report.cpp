@@ -114,7 +114,20 @@ void Report::printTypes(std::ostream& out, const Match& match) const {
   printTypeRow(out, "number", numbers);
   printTypeRow(out, match.name(side), typesOf(match.state().team(side)));
   printTypeRow(out, match.name(other(side)), typesOf(match.state().team(other(side))));
-  if (messagesDecoded > 0) printTypeRow(out, "in the last message", lastTypes);
+  if (messagesDecoded > 0) {
+    printTypeRow(out, "in the last message", lastTypes);
+    line(out, "") << lastTypesRight << " of 11 right when it came, "
+                  << 11 - lastTypesRight - lastTypesUnknown << " wrong, " << lastTypesUnknown
+                  << " unknown\n";
+  }
+  line(out, "changes") << typesAsked << " types asked, " << typesGiven << " given, "
+                       << typesAsked - typesGiven << " refused";
+  if (!typesRefused.empty()) {
+    out << " (";
+    printCounts(out, typesRefused);
+    out << ')';
+  }
+  out << '\n';
 }
 
 }  // namespace vok::practice

@@ -26,6 +26,12 @@ struct Report {
   int messagesDecoded = 0;                     ///< coach messages with a valid checksum
   int ballsRight = 0;
   std::array<int, 12> lastTypes{};  ///< the opponents' types by number in the last one
+  int lastTypesRight = 0;           ///< and how many of them were right when it came
+  int lastTypesUnknown = 0;
+
+  int typesAsked = 0;  ///< changes of the coach's own players
+  int typesGiven = 0;
+  std::map<std::string, int> typesRefused;  ///< by the server's answer
 
   Ending ending = Ending::Interrupted;
 

@@ -1,0 +1,218 @@
+#include "tacticalmodule/decaytypes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "constants.h"
+
+namespace vok {
+
+namespace {
+
+constexpr std::size_t FIRST_SHIRT = 1;
+constexpr std::size_t LAST_SHIRT = 11;
+
+// Steps that must fit a type before it is decided, and by how many it must lead each other type.
+constexpr int MIN_VOTES = 3;
+constexpr int MIN_LEAD = 3;
+// Contradicting steps that undo a verdict. Even one is a rare accident.
+constexpr int GIVE_UP = 3;
+// A type that so many steps fit, and all of them, leads by one: the bounds are hard.
+constexpr int SURE_VOTES = 12;
+// After so many steps types that are still level are told apart by other evidence.
+constexpr int TWIN_STEPS = 100;
+// Room around a body within which it may have been touched in the step, metres.
+constexpr double CONTACT_ROOM = 0.1;
+// The server announces a decay with six digits after the point.
+constexpr double DECAY_ERROR = 5e-7;
+// For the rounding of our own arithmetic.
+constexpr double ROUNDING = 1 + 1e-9;
+
+/// Half a unit of the last of six significant digits.
+double printError(double printed) {
+  const double size = std::abs(printed);
+  if (size >= 100) return size * 5e-6;
+  if (size >= 10) return 5e-5;
+  if (size >= 1) return 5e-6;
+  if (size >= 0.1) return 5e-7;
+  return 5e-8;
+}
+
+/// True for what the view of this cycle shows: predicted players decay as the prediction has it.
+bool isSeen(const WObject& object) {
+  return object.age == 0;
+}
+
+bool isCloser(const WObject& a, const WObject& b, double distance) {
+  const Vector2d gap = a.pos - b.pos;
+  return gap.x * gap.x + gap.y * gap.y < distance * distance;
+}
+
+}  // namespace
+
+/// A player's motion from one view to the next, with its uncertainty.
+struct DecayTypes::Step {
+  Vector2d way;
+  Vector2d left;  ///< velocity at the end
+  Vector2d wayError;
+  Vector2d leftError;
+  Vector2d gained;
+
+  Step(const WPlayer& from, const WPlayer& to)
+      : way(to.pos - from.pos),
+        left(to.v),
+        wayError(printError(from.pos.x) + printError(to.pos.x),
+                 printError(from.pos.y) + printError(to.pos.y)),
+        leftError(printError(left.x), printError(left.y)),
+        gained(way - from.v) {}
+
+  /// What the player's own dash has given at least: the rest can be noise.
+  double leastDash() const {
+    const double noise = 1.5 * PLAYER_RAND;  // in either coordinate up to PLAYER_RAND
+    return gained.getLength() - way.getLength() * noise / (1 - noise);
+  }
+
+  bool fits(double decay) const {
+    return fits(decay, way.x, left.x, wayError.x, leftError.x) &&
+           fits(decay, way.y, left.y, wayError.y, leftError.y);
+  }
+
+ private:
+  static bool fits(double decay, double way, double left, double wayError, double leftError) {
+    const double error = leftError + decay * wayError + DECAY_ERROR * std::abs(way);
+    return std::abs(left - decay * way) <= error * ROUNDING;
+  }
+};
+
+void DecayTypes::observe(const Worldmodel& world, const Opponents& before, bool nextCycle,
+                         TypeBeliefs& beliefs, Verdicts& verdicts) {
+  const bool inPlay = world.playMode == PLAY_MODE_PLAY_ON;
+  const bool inPlayThroughout = nextCycle && inPlay && wasInPlay;
+  wasInPlay = inPlay;
+  if (!limits.known) readLimits(world);
+
+  for (std::size_t n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+    if (std::exchange(changesSeen[n], world.otherTypeChanges[n]) != world.otherTypeChanges[n]) {
+      forget(n, beliefs, verdicts);
+      continue;
+    }
+    const WPlayer& player = world.otherTeam[n];
+    if (!inPlayThroughout || !limits.known || !isSeen(player) || !isSeen(before[n])) continue;
+    const Step step(before[n], player);
+    if (step.way.getLength() > limits.way) continue;
+    if (verdicts[n] != -1) {
+      verify(world, n, step, beliefs, verdicts);
+    } else if (!mayHaveTouched(world, n)) {
+      count(world, n, step, beliefs[n]);
+      decide(world, n, beliefs, verdicts);
+    }
+  }
+}
+
+void DecayTypes::readLimits(const Worldmodel& world) {
+  double speed = PLAYER_SPEED_MAX;
+  double size = PLAYER_SIZE;
+  for (const WPlayerType& type : world.playerType) {
+    if (type.state == -1) return;
+    speed = std::max(speed, type.playerSpeedMax);
+    size = std::max(size, type.playerSize);
+  }
+  limits.known = !world.playerType.empty();
+  // Noise comes on top of the greatest speed, up to PLAYER_RAND of it in either coordinate.
+  limits.way = speed * (1 + 1.5 * PLAYER_RAND);
+  limits.contact = 2 * size + CONTACT_ROOM;
+  limits.ballContact = size + BALL_SIZE + CONTACT_ROOM;
+}
+
+bool DecayTypes::mayHaveTouched(const Worldmodel& world, std::size_t n) const {
+  const WPlayer& player = world.otherTeam[n];
+  if (isSeen(world.ball) && isCloser(player, world.ball, limits.ballContact)) return true;
+  for (std::size_t i = FIRST_SHIRT; i <= LAST_SHIRT; ++i) {
+    const WPlayer& opponent = world.ourTeam[i];
+    const WPlayer& mate = world.otherTeam[i];
+    if (isSeen(opponent) && isCloser(player, opponent, limits.contact)) return true;
+    if (i != n && isSeen(mate) && isCloser(player, mate, limits.contact)) return true;
+  }
+  return false;
+}
+
+/// A verdict is held against every further step; a change may have been missed.
+void DecayTypes::verify(const Worldmodel& world, std::size_t n, const Step& step,
+                        TypeBeliefs& beliefs, Verdicts& verdicts) {
+  const auto& types = world.playerType;
+  const auto verdict = static_cast<std::size_t>(verdicts[n]);
+  if (step.fits(types[verdict].playerDecay) || mayHaveTouched(world, n)) return;
+  const bool otherFits = std::any_of(types.begin(), types.end(), [&](const WPlayerType& type) {
+    return step.fits(type.playerDecay);
+  });
+  if (otherFits && ++evidence[n].against >= GIVE_UP) forget(n, beliefs, verdicts);
+}
+
+/// Gives the types that the step fits a vote each, when it tells anything: it fits some type and
+/// excludes at least half of them. A player that hardly moves fits all.
+void DecayTypes::count(const Worldmodel& world, std::size_t n, const Step& step,
+                       std::vector<PlayerTypeData>& beliefs) {
+  const std::size_t types = std::min(beliefs.size(), world.playerType.size());
+  std::size_t fitting = 0;
+  for (std::size_t t = 0; t < types; ++t) {
+    if (step.fits(world.playerType[t].playerDecay)) ++fitting;
+  }
+  if (fitting == 0 || 2 * fitting > types) return;
+  for (std::size_t t = 0; t < types; ++t) {
+    if (step.fits(world.playerType[t].playerDecay)) ++beliefs[t].score;
+  }
+  Evidence& known = evidence[n];
+  ++known.steps;
+  const double dash = step.leastDash();
+  known.secondStrongest = std::max(known.secondStrongest, std::min(dash, known.strongest));
+  known.strongest = std::max(known.strongest, dash);
+}
+
+/// The type that is left when the evidence has ruled out all others.
+void DecayTypes::decide(const Worldmodel& world, std::size_t n, TypeBeliefs& beliefs,
+                        Verdicts& verdicts) {
+  auto& votes = beliefs[n];
+  const int steps = evidence[n].steps;
+  int most = 0;
+  for (const PlayerTypeData& belief : votes) most = std::max(most, belief.score);
+  if (most < MIN_VOTES || 8 * (steps - most) > steps) return;
+
+  const int lead = most >= SURE_VOTES && most == steps ? 1 : MIN_LEAD;
+  const std::size_t types = std::min(votes.size(), world.playerType.size());
+  std::size_t open = 0;
+  std::size_t last = 0;
+  for (std::size_t t = 0; t < types; ++t) {
+    const bool isBehind = most - votes[t].score >= lead;
+    const bool isExcluded =
+        isBehind || (steps >= TWIN_STEPS && isUnlikelyTwin(world, n, t, verdicts));
+    votes[t].state = isExcluded ? PTS_IMPOSSIBLE : PTS_UNKNOWN;
+    if (isExcluded) continue;
+    ++open;
+    last = t;
+  }
+  if (open != 1) return;
+  votes[last].state = PTS_SURE;
+  verdicts[n] = static_cast<int>(last);
+}
+
+/// Decides between types of the same decay: a full dash of this one is too weak for what the
+/// opponent did, or others have it already, as many as may.
+bool DecayTypes::isUnlikelyTwin(const Worldmodel& world, std::size_t n, std::size_t type,
+                                const Verdicts& verdicts) const {
+  const WPlayerType& twin = world.playerType[type];
+  const double fullDash = MAXPOWER * twin.dashPowerRate * twin.effortMax;
+  if (fullDash < evidence[n].secondStrongest) return true;
+  // The default type is no proof: everybody starts with it.
+  if (type == 0 || !(playerParams.pt_max >= 1)) return false;
+  const auto wearers = std::count(verdicts.begin(), verdicts.end(), static_cast<int>(type));
+  return static_cast<double>(wearers) >= playerParams.pt_max;
+}
+
+void DecayTypes::forget(std::size_t n, TypeBeliefs& beliefs, Verdicts& verdicts) {
+  evidence[n] = {};
+  verdicts[n] = -1;
+  std::fill(beliefs[n].begin(), beliefs[n].end(), PlayerTypeData{});
+}
+
+}  // namespace vok

@@ -1,0 +1,104 @@
+// The verdicts over real traffic: tests/data/types_left.txt, the first 600 cycles of a match that
+// a real server sent to the coach of "Alpha" on the left; and over simulated matches.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "check.h"
+#include "match.h"
+#include "support/param_keeper.h"
+#include "support/server.h"
+
+namespace vok::typecheck {
+namespace {
+
+class TypeCheck : public testing::Test {
+ protected:
+  TypeCheck() {
+    std::ifstream file(VOK_SOURCE_DIR "/tests/data/types_left.txt");
+    std::ifstream types(VOK_SOURCE_DIR "/tests/data/types_left.truth.tsv");
+    EXPECT_TRUE(capture.read(file, error) && truth.read(types, error)) << error;
+  }
+
+  test::ParamKeeper keeper;
+  test::StderrCapture errors;
+  Capture capture;
+  Truth truth;
+  Findings findings;
+  std::string error;
+};
+
+TEST_F(TypeCheck, AllOpponentsAreKnownSoonAndNoVerdictIsEverWrong) {
+  ASSERT_TRUE(check(capture, truth, "Alpha", SIDE_LEFT, true, findings, error)) << error;
+  for (std::size_t n = 1; n <= 11; ++n) {
+    EXPECT_TRUE(findings[n].isRight()) << n << " " << findings[n].verdict;
+    EXPECT_EQ(findings[n].wrongOnTheWay, 0) << n;
+    EXPECT_LE(findings[n].playOn, 30) << n;
+  }
+}
+
+TEST_F(TypeCheck, WithoutTheKeyNoTypeIsKnown) {
+  ASSERT_TRUE(check(capture, truth, "Alpha", SIDE_LEFT, false, findings, error)) << error;
+  for (std::size_t n = 1; n <= 11; ++n) EXPECT_EQ(findings[n].verdict, -1) << n;
+}
+
+TEST_F(TypeCheck, AWrongTruthShows) {
+  std::istringstream wrong("1\tr\t2\t17\n1\tr\t3\t15\n400\tr\t2\t5\n");
+  ASSERT_TRUE(truth.read(wrong, error));
+  ASSERT_TRUE(check(capture, truth, "Alpha", SIDE_LEFT, true, findings, error)) << error;
+  EXPECT_TRUE(findings[2].isWrong()) << "not announced, not seen";
+  EXPECT_TRUE(findings[3].isWrong());
+  EXPECT_EQ(findings[3].wrongOnTheWay, 1);
+}
+
+TEST_F(TypeCheck, BadFilesAreRefused) {
+  for (const char* text : {"", "1 l 1\n", "1 x 1 0\n", "1 l 12 0\n", "1 l 1 -1\n", "1 l 1 0 9\n"}) {
+    std::istringstream in(text);
+    EXPECT_FALSE(truth.read(in, error)) << text;
+  }
+  EXPECT_FALSE(check(capture, truth, "Alpha", SIDE_RIGHT, true, findings, error));
+  std::istringstream in("12 (think)\n");
+  EXPECT_FALSE(capture.read(in, error));
+  EXPECT_EQ(error, "line 1 has no tab behind its milliseconds");
+}
+
+// Changes of the opponents included: in each quarter of the match but the first.
+TEST_F(TypeCheck, TypesOfSimulatedMatchesAreFoundFromEitherSide) {
+  using practice::Side;
+  for (const Side side : {Side::Left, Side::Right}) {
+    practice::MatchSettings settings;
+    settings.cycles = 1200;
+    settings.ptMax = side == Side::Left ? 1 : 3;
+    settings.coachSide = side;
+    settings.coachTeam = "Alpha";
+    settings.otherTeam = "Beta";
+    practice::Match match(settings);
+    std::ostringstream types;
+    capture.texts = match.checkIn();
+    for (std::vector<std::string> texts; !match.finished();) {
+      match.cycle(texts);
+      capture.texts.insert(capture.texts.end(), texts.begin(), texts.end());
+      capture.texts.emplace_back("(think)");
+      for (const practice::Player& p : match.state().team(practice::other(side))) {
+        types << match.time() << ' ' << practice::letter(p.side) << ' ' << p.number << ' ' << p.type
+              << '\n';
+      }
+    }
+    std::istringstream in(types.str());
+    ASSERT_TRUE(truth.read(in, error)) << error;
+    ASSERT_TRUE(check(capture, truth, "Alpha", side == Side::Left ? SIDE_LEFT : SIDE_RIGHT, true,
+                      findings, error))
+        << error;
+    int right = 0;
+    for (std::size_t n = 1; n <= 11; ++n) {
+      right += findings[n].isRight() ? 1 : 0;
+      EXPECT_FALSE(findings[n].isWrong()) << n;
+      EXPECT_EQ(findings[n].wrongOnTheWay, 0) << n;
+    }
+    EXPECT_GE(right, 10) << "a change shortly before the end may leave one open";
+  }
+}
+
+}  // namespace
+}  // namespace vok::typecheck

@@ -1,0 +1,169 @@
+#include "check.h"
+
+#include <algorithm>
+#include <memory>
+#include <sstream>
+
+#include "Comm.h"
+#include "Config.h"
+#include "constants.h"
+#include "tacticalmodule/tacticalmodule.h"
+
+namespace vok::typecheck {
+
+namespace {
+
+constexpr double MOVED = 0.2;  // metres in a cycle
+
+// What the library asks for when it is built; nothing of it bears upon the types.
+constexpr auto neededKeys = std::to_array<const char*>(
+    {"async_waitForSeeTime", "world_maxPlayersOurTeam", "world_maxPlayersOtherTeam", "ourDefenders",
+     "ourDefMidfield", "ourOffMidfield", "ourOffenders", "tac_ourEdgeDefender",
+     "tac_ourEdgeDefMidfield", "tac_ourEdgeOffMidfield", "tac_ourEdgeOffender", "tac_ourEdgeGoalie",
+     "tac_otherEdgeDefender", "tac_otherEdgeDefMidfield", "tac_otherEdgeOffMidfield",
+     "tac_otherEdgeOffender", "tac_otherEdgeGoalie"});
+
+playing_side otherSide(playing_side side) {
+  return side == SIDE_LEFT ? SIDE_RIGHT : SIDE_LEFT;
+}
+
+/// The first texts of a recording: the answer to the check-in and the two parameter messages.
+bool checkIn(Comm& comm, const Capture& capture, playing_side side, std::string& error) {
+  const auto& texts = capture.texts;
+  const std::string init = std::string("(init ") + (side == SIDE_LEFT ? 'l' : 'r') + " ok)";
+  if (texts.size() < 3 || texts[0] != init) {
+    error = "the capture does not begin with \"" + init + "\"";
+    return false;
+  }
+  if (!comm.parser->parseServerParam(texts[1]) || !comm.parser->parsePlayerParam(texts[2])) {
+    error = "the capture lacks server_param or player_param behind its first line";
+    return false;
+  }
+  comm.async->setStates(0, 0, PLAY_MODE_BEFORE_KICK_OFF, side, false);
+  comm.parser->setSide(side);
+  return true;
+}
+
+/// Follows the verdicts of one run.
+class Observer {
+ public:
+  Observer(const Truth& knownTruth, playing_side opponents, Findings& intoFindings)
+      : truth(knownTruth), side(opponents), findings(intoFindings) {
+    findings = {};
+    reported.fill(-1);
+  }
+
+  void cycle(const Worldmodel& world, const TacticalModule& tactical) {
+    for (int n = 1; n <= 11; ++n) follow(n, world, tactical.otherPlayerType(n));
+    lastTime = world.time;
+  }
+
+ private:
+  void follow(int number, const Worldmodel& world, int verdict) {
+    const auto n = static_cast<std::size_t>(number);
+    Finding& finding = findings[n];
+    const WPlayer& player = world.otherTeam[n];
+    if (changes[n] != world.otherTypeChanges[n]) {
+      changes[n] = world.otherTypeChanges[n];
+      finding.playOn = finding.moved = 0;
+    }
+    if (reported[n] == -1 && world.playMode == PLAY_MODE_PLAY_ON && world.time > lastTime &&
+        player.age == 0) {
+      ++finding.playOn;
+      if (player.distTo(places[n]) >= MOVED) ++finding.moved;
+    }
+    places[n] = player.pos;
+    finding.trueType = truth.typeAt(side, number, world.time);
+    // A change is announced a little before the cycle in which the truth has it, or after.
+    const bool wrong = verdict != -1 && verdict != finding.trueType &&
+                       verdict != truth.typeAt(side, number, world.time - 1);
+    if (wrong && verdict != reported[n]) ++finding.wrongOnTheWay;
+    finding.verdict = reported[n] = verdict;
+  }
+
+  const Truth& truth;
+  playing_side side;
+  Findings& findings;
+  std::array<int, 12> reported{};
+  std::array<int, 12> changes{};
+  std::array<Vector2d, 12> places;
+  long lastTime = -1;
+};
+
+}  // namespace
+
+bool Truth::read(std::istream& in, std::string& error) {
+  entries.clear();
+  std::string line;
+  for (int number = 1; std::getline(in, line); ++number) {
+    if (line.empty()) continue;
+    std::istringstream words(line);
+    Entry entry{};
+    char letter = '\0';
+    std::string rest;
+    if (!(words >> entry.time >> letter >> entry.number >> entry.type) || words >> rest ||
+        (letter != 'l' && letter != 'r') || entry.number < 1 || entry.number > 11 ||
+        entry.type < 0) {
+      error = "line " + std::to_string(number) + " is not \"time l|r number type\"";
+      return false;
+    }
+    entry.side = letter == 'l' ? SIDE_LEFT : SIDE_RIGHT;
+    entries.push_back(entry);
+  }
+  std::stable_sort(entries.begin(), entries.end(),
+                   [](const Entry& a, const Entry& b) { return a.time < b.time; });
+  if (entries.empty()) error = "is empty";
+  return !entries.empty();
+}
+
+int Truth::typeAt(playing_side side, int number, long time) const {
+  int type = -1;
+  for (const Entry& entry : entries) {
+    if (entry.time > time) break;
+    if (entry.side == side && entry.number == number) type = entry.type;
+  }
+  return type;
+}
+
+bool Capture::read(std::istream& in, std::string& error) {
+  texts.clear();
+  std::string line;
+  for (int number = 1; std::getline(in, line); ++number) {
+    const std::size_t tab = line.find('\t');
+    if (tab == std::string::npos) {
+      error = "line " + std::to_string(number) + " has no tab behind its milliseconds";
+      return false;
+    }
+    texts.push_back(line.substr(tab + 1));
+  }
+  return true;
+}
+
+bool check(const Capture& capture, const Truth& truth, const std::string& team, playing_side side,
+           bool fromDecay, Findings& findings, std::string& error) {
+  for (const char* key : neededKeys) setEntry(key, "0");
+  setEntry("tac_typesFromDecay", fromDecay ? "1" : "0");
+
+  // A connection that never sends: its texts come from the capture.
+  Comm comm(team.c_str(), CLIENT_ONLINECOACH, "127.0.0.1", OLCOACH_PORT, 0, false, 7, 7, side);
+  comm.serverOK = false;
+  if (!checkIn(comm, capture, side, error)) return false;
+
+  Worldmodel world(&comm);
+  TacticalModule tactical(&world, nullptr);
+  Observer observer(truth, otherSide(side), findings);
+  for (std::size_t i = 3; i < capture.texts.size(); ++i) {
+    comm.receiveText(capture.texts[i].c_str());
+    if (comm.async->takeAct()) {
+      world.adjust();
+      tactical.feedbackWorld();
+      observer.cycle(world, tactical);
+    } else if (comm.async->answerDue()) {
+      comm.async->takeAnswer();
+      world.adjust();
+    }
+  }
+  return true;
+}
+
+}  // namespace vok::typecheck

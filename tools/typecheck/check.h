@@ -1,0 +1,60 @@
+// Runs the inference of the opponents' types over a recorded match and compares it with the truth.
+#pragma once
+
+#include <array>
+#include <istream>
+#include <string>
+#include <vector>
+
+#include "sensordata.h"
+
+namespace vok::typecheck {
+
+/// Who holds which type from when on, by side.
+class Truth {
+ public:
+  /// Lines of time, l or r, shirt number and type; false with the reason for anything else.
+  bool read(std::istream& in, std::string& error);
+
+  /// The type of a player at a time, -1 when nothing is known yet.
+  int typeAt(playing_side side, int number, long time) const;
+
+ private:
+  struct Entry {
+    long time;
+    playing_side side;
+    int number;
+    int type;
+  };
+
+  std::vector<Entry> entries;
+};
+
+/// A recording: one line a datagram, milliseconds, a tab and the text.
+struct Capture {
+  std::vector<std::string> texts;
+
+  bool read(std::istream& in, std::string& error);
+};
+
+/// How the inference about one opponent went.
+struct Finding {
+  int trueType = -1;  ///< at the end
+  int verdict = -1;   ///< at the end
+  // Since the last announced change of the opponent, up to the verdict or the end:
+  int playOn = 0;  ///< views in play-on
+  int moved = 0;   ///< those in which it had covered a fifth of a metre
+  int wrongOnTheWay = 0;
+
+  bool isRight() const { return trueType != -1 && verdict == trueType; }
+  bool isWrong() const { return verdict != -1 && verdict != trueType; }
+};
+
+using Findings = std::array<Finding, 12>;
+
+/// What the coach of `team` on `side` finds out. False with the reason when the recording is none
+/// of that coach.
+bool check(const Capture& capture, const Truth& truth, const std::string& team, playing_side side,
+           bool fromDecay, Findings& findings, std::string& error);
+
+}  // namespace vok::typecheck
