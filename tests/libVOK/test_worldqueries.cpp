@@ -90,7 +90,6 @@ TEST(WorldQueries, OtherOffsideLineKnowsTheSetPlaysAndElseOurSecondLastOrTheBall
 
 TEST(WorldQueries, ADirectionIsAsOldAsItsFreshestLook) {
   Worldmodel world = emptyWorld();
-  EXPECT_EQ(world.dirAge(0.5), NEVER);
   world.vDir[3] = PI;
   world.vAngle[3] = Worldmodel::getViewAngle(VIEW_WIDTH_NORMAL);
   world.vAge[3] = 5;
@@ -105,14 +104,12 @@ TEST(WorldQueries, ADirectionIsAsOldAsItsFreshestLook) {
 TEST(WorldQueries, LookingAroundEndsWithNineFreshDirectionsOfSixteen) {
   Worldmodel world = emptyWorld();
   world.my.bodyDir = world.vDir[0] = 3.0;
-  world.vAge[0] = 7;
-  world.vAngle[0] = 4.1 * PI / 8;
-  EXPECT_TRUE(world.lookAroundFinished());
-  world.vAngle[0] = 3.9 * PI / 8;  // leaves seven
-  EXPECT_FALSE(world.lookAroundFinished());
-  world.vAngle[0] = PI;
-  world.vAge[0] = 8;
-  EXPECT_FALSE(world.lookAroundFinished());
+  for (const auto& [age, angle, finished] :
+       {std::tuple(7, 4.1, true), {7, 3.9, false}, {8, 8.0, false}}) {
+    world.vAge[0] = age;
+    world.vAngle[0] = angle * PI / 8;
+    EXPECT_EQ(world.lookAroundFinished(), finished) << age << " " << angle;
+  }
 }
 
 }  // namespace
