@@ -1,6 +1,7 @@
 // Nothing is allocated in a cycle of the running match. The operators below serve the whole test
-// program and do nothing but count, and that only while a test measures. All forms are replaced,
-// since a sanitizer's own operators would not take back what another one's have given.
+// program and do nothing but count, and that only while a test measures. They are replaced
+// together, since a sanitizer's own operators would not take back what another one's have given;
+// those for arrays call them, but for a sanitizer's.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,18 +25,11 @@ void* allocate(std::size_t size) noexcept {
   return std::malloc(size == 0 ? 1 : size);
 }
 
-void* allocateOrThrow(std::size_t size) {
-  if (void* memory = allocate(size)) return memory;
-  throw std::bad_alloc();
-}
-
 }  // namespace
 
 void* operator new(std::size_t size) {
-  return allocateOrThrow(size);
-}
-void* operator new[](std::size_t size) {
-  return allocateOrThrow(size);
+  if (void* memory = allocate(size)) return memory;
+  throw std::bad_alloc();
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   return allocate(size);
@@ -46,13 +40,7 @@ void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
 void operator delete(void* memory) noexcept {
   std::free(memory);
 }
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
 void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
   std::free(memory);
 }
 
@@ -73,7 +61,7 @@ TEST(Allocation, IsCounted) {
   counting = true;
   allocations = 0;
   ::operator delete(::operator new(1));
-  ::operator delete[](::operator new[](1, std::nothrow));
+  ::operator delete(::operator new(1, std::nothrow));
   counting = false;
   ::operator delete(::operator new(1));
   EXPECT_EQ(allocations, 2);

@@ -199,31 +199,24 @@ TEST(AudioMsg, WritesFitBelowTheCapacityAndFailUnchangedBeyondIt) {
   EXPECT_EQ(AudioMsg(4, "Ours", coach.getEncoding()).getWriteLeft(), 512U);
 }
 
-TEST(AudioMsg, RollingBackKeepsTheCharactersUntilTheyAreOverwritten) {
+TEST(AudioMsg, RollingBackKeepsTheCharactersAndNeverGoesBehindWhatIsReadNorAhead) {
   AudioMsg msg;
-  msg << true << true;
+  msg << true;
   msg.markWrite();
   msg << Int3B(1U);
   msg.rollbackWrite();
-  EXPECT_STREQ(msg.getEncoding() + 14, "bbbaa");
-  EXPECT_EQ(msg.getSize(), 16U);
+  EXPECT_STREQ(msg.getEncoding() + 14, "bbaa") << "until they are overwritten";
+  EXPECT_EQ(msg.getSize(), 15U);
   msg << false;
-  EXPECT_STREQ(msg.getEncoding() + 14, "bba");
-}
-
-TEST(AudioMsg, RollingBackNeverGoesBehindWhatIsReadNorAhead) {
-  AudioMsg msg;
-  msg << Int3B(1U);
-  msg.setReadPos(3);
+  EXPECT_STREQ(msg.getEncoding() + 14, "ba");
+  msg.setReadPos(2);
+  msg.markRead();
   msg.rollbackWrite();
   EXPECT_FALSE(msg.getState());
   msg.clearState();
-  msg.markRead();
-  msg.setReadPos(2);
+  msg.setReadPos(0);
   msg.rollbackRead();
   EXPECT_FALSE(msg.getState());
-  msg.clearState();
-  msg.setReadPos(0);
   msg.markWrite();
   msg.setWritePos(1);
   msg.rollbackWrite();  // the mark is beyond the end: everything goes
