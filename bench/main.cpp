@@ -1,0 +1,185 @@
+// Runs the benchmarks and sets their figures against each other, in one table.
+//
+//   vokbench [--benchmark_...] [TABLE.json]
+//   vokbench --cycles play_on|free_kick N     for a profiler
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <map>
+
+#include "bench.h"
+
+namespace vok::bench {
+namespace {
+
+enum class Goal { NONE, AT_MOST, AT_LEAST };
+
+/// One line of the table: a figure over another of the same run, or over a number.
+struct Row {
+  const char* what;
+  const char* over;   ///< a benchmark, or with ':' one of its counters
+  const char* under;  ///< the same; null for the unit alone
+  const char* unit;
+  double scale;
+  Goal goal;
+  double bound;
+};
+
+constexpr double MILLI = 1e-3;
+constexpr double MEGA = 1e6;
+
+constexpr auto rows = std::to_array<Row>({
+    {"view, left: floor", "view/left", "view_floor/left", "x", 1, Goal::AT_MOST, 1.7},
+    {"view, right: floor", "view/right", "view_floor/right", "x", 1, Goal::AT_MOST, 1.7},
+    {"view, tackles: floor", "view/tackles", "view_floor/tackles", "x", 1, Goal::AT_MOST, 1.7},
+    {"view, largest: floor", "view/largest", "view_floor/largest", "x", 1, Goal::AT_MOST, 1.7},
+    {"plain way, left: view", "view_plain/left", "view/left", "x", 1, Goal::AT_LEAST, 10},
+    {"plain way, right: view", "view_plain/right", "view/right", "x", 1, Goal::AT_LEAST, 10},
+    {"plain way, tackles: view", "view_plain/tackles", "view/tackles", "x", 1, Goal::AT_LEAST, 10},
+    {"plain way, largest: view", "view_plain/largest", "view/largest", "x", 1, Goal::AT_LEAST, 10},
+    {"making an empty record: floor", "record", "view_floor/left", "x", 1, Goal::NONE, 0},
+    {"plain way: server_param", "server_param_plain", "server_param", "x", 1, Goal::AT_LEAST, 100},
+    {"cycle, play-on: parse", "cycle/types_18", "parse", "x", 1, Goal::AT_MOST, 3},
+    {"cycle, free kick with message: parse", "cycle/free_kick", "parse", "x", 1, Goal::AT_MOST, 3},
+    {"cycle, synchronous with (done): parse", "cycle/synchronous", "parse", "x", 1, Goal::NONE, 0},
+    {"composing a message: parse", "message/compose", "parse", "x", 1, Goal::NONE, 0},
+    {"checking a message: parse", "message/check", "parse", "x", 1, Goal::NONE, 0},
+    {"decoding a message: parse", "message/decode", "parse", "x", 1, Goal::NONE, 0},
+    {"think to done, median: echo", "think_done/coach:median", "think_done/echo:median", "x", 1,
+     Goal::AT_MOST, 1.3},
+    {"think to done, 99th percentile: echo", "think_done/coach:p99", "think_done/echo:p99", "x", 1,
+     Goal::AT_MOST, 2},
+    {"cycle with 1 type: with 18", "cycle/types_1", "cycle/types_18", "x", 1, Goal::NONE, 0},
+    {"cycle with 7 types: with 18", "cycle/types_7", "cycle/types_18", "x", 1, Goal::NONE, 0},
+    {"cycle with 100 types: with 18", "cycle/types_100", "cycle/types_18", "x", 1, Goal::NONE, 0},
+    // It must not grow; the rest is noise.
+    {"cycle after 24000 cycles: after none", "cycle/late", "cycle/first", "x", 1, Goal::AT_MOST,
+     1.1},
+    {"start-up to the first datagram", "start_up/coach", nullptr, "ms", MILLI, Goal::AT_MOST, 5},
+    {"start-up: echo's", "start_up/coach", "start_up/echo", "x", 1, Goal::NONE, 0},
+    {"resident memory, at most", "think_done/coach:memory", nullptr, "MB", MEGA, Goal::AT_MOST, 6},
+});
+
+/// Keeps every repetition's figure, seconds or a counter's value, by name.
+class Collector : public benchmark::BenchmarkReporter {
+ public:
+  bool ReportContext(const Context&) override { return true; }
+
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      const std::string& name = run.run_name.function_name;
+      if (run.error_occurred) std::cerr << name << ": " << run.error_message << "\n";
+      if (run.error_occurred || run.run_type != Run::RT_Iteration) continue;
+      const bool isManual = !run.run_name.time_type.empty();
+      const double time = isManual ? run.real_accumulated_time : run.cpu_accumulated_time;
+      figures[name].push_back(time / static_cast<double>(run.iterations));
+      for (const auto& [key, value] : run.counters) figures[name + ":" + key].push_back(value);
+    }
+  }
+
+  std::map<std::string, std::vector<double>> figures;
+};
+
+struct Measured {
+  double median = 0;
+  double low = 0;   ///< a quarter of the repetitions lies below
+  double high = 0;  ///< and a quarter above
+};
+
+/// The figures of a row, repetition by repetition. None when the benchmark has not run.
+std::vector<double> figuresOf(const Row& row, const Collector& collected) {
+  const auto over = collected.figures.find(row.over);
+  if (over == collected.figures.end()) return {};
+  std::vector<double> values = over->second;
+  if (row.under != nullptr) {
+    const auto under = collected.figures.find(row.under);
+    if (under == collected.figures.end()) return {};
+    values.resize(std::min(values.size(), under->second.size()));
+    for (std::size_t i = 0; i < values.size(); ++i) values[i] /= under->second[i];
+  }
+  for (double& value : values) value /= row.scale;
+  return values;
+}
+
+Measured summary(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  const std::size_t n = values.size();
+  return {values[n / 2], values[n / 4], values[n - 1 - n / 4]};
+}
+
+std::string goalText(const Row& row) {
+  if (row.goal == Goal::NONE) return "";
+  std::array<char, 40> text{};
+  std::snprintf(text.data(), text.size(), "%s %g %s",
+                row.goal == Goal::AT_MOST ? "<=" : ">=", row.bound, row.unit);
+  return text.data();
+}
+
+const char* verdict(const Row& row, double value) {
+  if (row.goal == Goal::NONE) return "";
+  return (row.goal == Goal::AT_MOST ? value <= row.bound : value >= row.bound) ? "kept" : "MISSED";
+}
+
+/// The number of rows without a figure.
+int printTable(const Collector& collected, const char* jsonPath) {
+  std::ofstream json;
+  if (jsonPath != nullptr) json.open(jsonPath);
+  const char* separator = "[";
+  int missing = 0;
+  std::size_t repetitions = 0;
+  std::printf("| %-38s | %10s | %17s | %8s | %6s |\n", "row", "measured", "middle half", "goal",
+              "");
+  std::printf("|%s|%s:|%s:|%s:|%s|\n", std::string(40, '-').c_str(), std::string(11, '-').c_str(),
+              std::string(18, '-').c_str(), std::string(9, '-').c_str(),
+              std::string(8, '-').c_str());
+  for (const Row& row : rows) {
+    const std::vector<double> values = figuresOf(row, collected);
+    if (values.empty()) {
+      ++missing;
+      continue;
+    }
+    repetitions = std::max(repetitions, values.size());
+    const Measured m = summary(values);
+    std::array<char, 40> spread{};
+    std::snprintf(spread.data(), spread.size(), "%.2f .. %.2f", m.low, m.high);
+    std::printf("| %-38s | %7.2f %2s | %17s | %8s | %6s |\n", row.what, m.median, row.unit,
+                spread.data(), goalText(row).c_str(), verdict(row, m.median));
+    json << separator << "\n{\"row\": \"" << row.what << "\", \"median\": " << m.median
+         << ", \"low\": " << m.low << ", \"high\": " << m.high << ", \"unit\": \"" << row.unit
+         << "\", \"goal\": \"" << goalText(row) << "\", \"verdict\": \"" << verdict(row, m.median)
+         << "\"}";
+    separator = ",";
+  }
+  json << "\n]\n";
+  if (const auto floor = collected.figures.find("view_floor/left");
+      floor != collected.figures.end()) {
+    const auto [least, most] = std::minmax_element(floor->second.begin(), floor->second.end());
+    std::printf("\n%zu repetitions; between them the same floor took %.2f to %.2f microseconds.\n",
+                repetitions, *least * 1e6, *most * 1e6);
+  }
+  return missing;
+}
+
+}  // namespace
+}  // namespace vok::bench
+
+int main(int argc, char** argv) {
+  using namespace vok::bench;
+  if (argc == 4 && std::string_view(argv[1]) == "--cycles") {
+    return runCycles(argv[2], std::atoi(argv[3])) ? 0 : 1;
+  }
+  benchmark::Initialize(&argc, argv);
+  addParsing();
+  addCycles();
+  addMessages();
+  addProcesses();
+  Collector collector;
+  benchmark::RunSpecifiedBenchmarks(&collector);
+  const int missing = printTable(collector, argc > 1 ? argv[1] : nullptr);
+  if (missing != 0) std::cerr << missing << " rows have no figure\n";
+  return missing == 0 ? 0 : 1;
+}

@@ -1,0 +1,134 @@
+// The coach as a process of its own: how soon it answers "(think)", how soon it is there, and how
+// much memory it takes.
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <fstream>
+
+#include "bench.h"
+
+namespace vok::bench {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+/// A program that speaks to a server's port; what it reports is dropped.
+class Child {
+ public:
+  Child(const std::string& program, int port) {
+    const std::string portText = std::to_string(port);
+    const std::vector<const char*> argv = {program.c_str(), "-t",   "Alpha",          "-h",
+                                           "127.0.0.1",     "-p",   portText.c_str(), "-f",
+                                           configFile,      nullptr};
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+    char* const environment[] = {nullptr};
+    if (posix_spawn(&pid, program.c_str(), &actions, nullptr, const_cast<char* const*>(argv.data()),
+                    environment) != 0) {
+      pid = -1;
+    }
+    posix_spawn_file_actions_destroy(&actions);
+  }
+  ~Child() {
+    if (pid <= 0) return;
+    kill(pid, SIGTERM);
+    waitpid(pid, nullptr, 0);
+  }
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+
+  /// The most memory that was ever resident, in bytes.
+  double peakMemory() const {
+    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+    std::string word;
+    double kilobytes = 0;
+    while (status >> word && word != "VmHWM:") {
+    }
+    status >> kilobytes;
+    return kilobytes * 1024;
+  }
+
+ private:
+  pid_t pid = -1;
+};
+
+const std::string coachProgram = VOK_BIN_DIR "/onlinecoach";
+const std::string echoProgram = VOK_BIN_DIR "/vokecho";
+
+void checkIn(Server& server) {
+  server.receive();
+  std::vector<std::string> texts = recording();
+  const std::string off = "(synch_mode 0)";
+  texts[1].replace(texts[1].find(off), off.size(), "(synch_mode 1)");
+  for (std::size_t i = 0; i < 3 + 18; ++i) server.send(texts[i]);
+  server.send("(hear 0 referee play_on)");
+}
+
+/// One cycle; the seconds from "(think)" to its answer, negative when none comes.
+double thinkToDone(Server& server, Views& views) {
+  server.send(views.next());
+  const Clock::time_point start = Clock::now();
+  server.send("(think)");
+  for (;;) {
+    const std::string_view text = server.receive();
+    if (text.empty()) return -1;
+    if (text.starts_with("(done)")) return secondsSince(start);
+  }
+}
+
+void roundTrips(benchmark::State& state, const std::string& program) {
+  constexpr int WARM_UP = 50;
+  Server server;
+  const Child child(program, server.port());
+  checkIn(server);
+  Views views;
+  for (int i = 0; i < WARM_UP; ++i) thinkToDone(server, views);
+  std::vector<double> times;
+  for (auto _ : state) {
+    times.push_back(thinkToDone(server, views));
+    if (times.back() < 0) return state.SkipWithError("no answer");
+    state.SetIterationTime(times.back());
+  }
+  std::sort(times.begin(), times.end());
+  state.counters["median"] = times[times.size() / 2];
+  state.counters["p99"] = times[times.size() * 99 / 100];
+  state.counters["memory"] = child.peakMemory();
+}
+
+/// From the order to start the program to its first datagram at the server.
+void startUp(benchmark::State& state, const std::string& program) {
+  for (auto _ : state) {
+    Server server;
+    const Clock::time_point start = Clock::now();
+    const Child child(program, server.port());
+    if (server.receive().empty()) return state.SkipWithError("no datagram");
+    state.SetIterationTime(secondsSince(start));
+    server.send("(error no_such_team)");
+  }
+}
+
+}  // namespace
+
+void addProcesses() {
+  for (const auto& [name, program] :
+       {std::pair("coach", coachProgram), std::pair("echo", echoProgram)}) {
+    benchmark::RegisterBenchmark((std::string("think_done/") + name).c_str(), roundTrips, program)
+        ->UseManualTime()
+        ->Iterations(1000);
+    benchmark::RegisterBenchmark((std::string("start_up/") + name).c_str(), startUp, program)
+        ->UseManualTime()
+        ->Iterations(10);
+  }
+}
+
+}  // namespace vok::bench

@@ -1,0 +1,37 @@
+// What the parser is measured against: the least that any reading of a text must do, and the
+// obvious way of reading it.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Parser.h"
+
+namespace vok::bench {
+
+/// The floor: converts exactly the numbers of a datagram, whose places are known beforehand, and
+/// looks at each of its bytes once.
+class Floor {
+ public:
+  explicit Floor(std::string_view datagram);
+  double run() const;
+  std::size_t numbers() const { return integers.size() + reals.size(); }
+
+ private:
+  std::string_view text;
+  std::vector<std::string_view> integers;
+  std::vector<std::string_view> reals;
+};
+
+/// The plain way: std::sscanf with whole formats, from the head of the datagram on.
+bool plainView(const char* text, const char* ourTeam, playing_side side, SensorData& data);
+
+/// The rows of the table tried one after the other with std::sscanf, until none takes an item.
+/// The number of items read.
+int plainServerParam(const char* text);
+
+/// What differs between two records of a global view; empty when they are the same.
+std::string difference(const SensorData& a, const SensorData& b);
+
+}  // namespace vok::bench
