@@ -1,5 +1,5 @@
 // Reads a coach's view of the field with the library and says where the ball is.
-#include <Parser.h>
+#include <VOK/Parser.h>
 
 #include <iostream>
 
