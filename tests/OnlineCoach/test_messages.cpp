@@ -117,7 +117,7 @@ class MatchMessages : public Messages, public testing::WithParamInterface<Side> 
 // The first of these, by characters:
 //   vok            prefix
 //   q q            number 0 on the left side (16); to all (0), by a coach (16)
-//   SU             sum of the codes of all other characters: 1324 = 44 + 20 * 64
+//   SU             sum of the codes of all other characters: 2988 = 44 + 46 * 64
 //   baa aa Wb      cycle 1; read position 0; 112 characters follow (48 + 1 * 64)
 //   b i c          a world follows; goalies 7 and 1, each + 1
 //   YA 6G          ball: -33.34 is floor(1714.6) = 50 + 26 * 64, 5.81 is floor(2106.1)
