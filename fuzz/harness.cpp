@@ -91,6 +91,8 @@ void require(bool holds, const char* what) {
 
 void silence() {
   std::cerr.rdbuf(&nowhere);
+  // The stream is flushed once more after this buffer's end.
+  std::atexit([] { std::cerr.rdbuf(nullptr); });
 }
 
 std::string playerType(int id) {
