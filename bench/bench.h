@@ -87,7 +87,6 @@ bool runCycles(std::string_view situation, int cycles);
 // Register the benchmarks of one file each.
 void addParsing();
 void addCycles();
-void addMessages();
 void addProcesses();
 
 }  // namespace vok::bench

@@ -1,4 +1,4 @@
-// Whole cycles, from the text of a view to the end of act.
+// Whole cycles, from the text of a view to the end of act, and the message that some of them say.
 #include <benchmark/benchmark.h>
 
 #include "bench.h"
@@ -7,8 +7,14 @@
 namespace vok::bench {
 namespace {
 
-// The server's buffer holds more; full, it would make sending cheaper than it is.
-constexpr int MESSAGES_UNREAD = 64;
+/// Keeps the server's buffer from filling, which would make sending cheaper than it is.
+void dropNowAndThen(benchmark::State& state, Server& server) {
+  static int calls = 0;
+  if (++calls % 64 != 0) return;
+  state.PauseTiming();
+  server.drop();
+  state.ResumeTiming();
+}
 
 /// A function of its own, so that a profiler can count inside it alone.
 [[gnu::noinline]] void measuredCycle(CoachInMatch& match, const std::string& text) {
@@ -49,16 +55,11 @@ void playOn(benchmark::State& state, int types, int played) {
 void freeKick(benchmark::State& state) {
   CoachInMatch match;
   match.call("free_kick_l");
-  int unread = 0;
   for (auto _ : state) {
     orderMessage(*match.coach);
     measuredCycle(match, match.views.next());
     if (match.coach->numMsgsLeft != 1) return state.SkipWithError("nothing said");
-    if (++unread < MESSAGES_UNREAD) continue;
-    unread = 0;
-    state.PauseTiming();
-    match.server.drop();
-    state.ResumeTiming();
+    dropNowAndThen(state, match.server);
   }
 }
 
@@ -67,17 +68,60 @@ void synchronous(benchmark::State& state) {
   CoachInMatch match;
   SYNCH_MODE = true;
   match.server.drop();
-  int unread = 0;
   for (auto _ : state) {
     match.feed(match.views.next());
     match.feed("(think)");
-    if (++unread < MESSAGES_UNREAD) continue;
-    unread = 0;
-    state.PauseTiming();
-    match.server.drop();
-    state.ResumeTiming();
+    dropNowAndThen(state, match.server);
   }
   if (match.coach->world->time != match.views.time()) state.SkipWithError("cycles are missing");
+}
+
+/// As the coach puts its messages together, stamped.
+AudioMsg compose(VokCoach& coach) {
+  AudioMsg message(0, static_cast<unsigned>(coach.world->time), true);
+  message << true << *coach.world << coach.tactical->playerType.data();
+  message << Int3B(static_cast<unsigned>(coach.calcPlayerForKickUs()));
+  int foremost = 3;
+  int second = 9;
+  coach.otherTeam->GetDefensePlayer(foremost, second);
+  message << Int3B(static_cast<unsigned>(second + 12 * foremost));
+  coach.comm->audiomgr->SpeakTo(message);
+  return message;
+}
+
+bool decode(AudioMsg& message, Worldmodel& world) {
+  Int3B kicker;
+  Int3B opponents;
+  if (!world.feedbackAudio(message)) return false;
+  message >> kicker >> opponents;
+  return message.getState();
+}
+
+void composing(benchmark::State& state) {
+  CoachInMatch match;
+  for (auto _ : state) benchmark::DoNotOptimize(compose(*match.coach));
+}
+
+void checking(benchmark::State& state) {
+  CoachInMatch match;
+  const std::string text = compose(*match.coach).getEncoding();
+  if (!AudioMsg(text.c_str()).isChkSumsValid()) return state.SkipWithError("refused");
+  for (auto _ : state) {
+    const AudioMsg heard(text.c_str());
+    benchmark::DoNotOptimize(heard.isChkSumsValid());
+  }
+}
+
+void decoding(benchmark::State& state) {
+  CoachInMatch match;
+  const AudioMsg message = compose(*match.coach);
+  Worldmodel player = *match.coach->world;
+  AudioMsg heard = message;
+  if (!decode(heard, player)) return state.SkipWithError("not understood");
+  for (auto _ : state) {
+    heard.rewindRead();
+    benchmark::DoNotOptimize(decode(heard, player));
+  }
 }
 
 constexpr int FOUR_MATCHES = 24000;
@@ -106,6 +150,9 @@ void addCycles() {
   }
   benchmark::RegisterBenchmark("cycle/first", playOn, 18, 0)->Iterations(2000);
   benchmark::RegisterBenchmark("cycle/late", playOn, 18, FOUR_MATCHES)->Iterations(2000);
+  benchmark::RegisterBenchmark("message/compose", composing);
+  benchmark::RegisterBenchmark("message/check", checking);
+  benchmark::RegisterBenchmark("message/decode", decoding);
 }
 
 }  // namespace vok::bench

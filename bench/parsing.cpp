@@ -20,9 +20,8 @@ void parseView(benchmark::State& state, const std::string& text, playing_side si
   if (!parser.parseServerString(text, ours) || !plainView(text.c_str(), "Alpha", side, plain)) {
     return state.SkipWithError("not parsed");
   }
-  if (const std::string what = difference(ours, plain); !what.empty()) {
-    return state.SkipWithError(("the plain way reads otherwise: " + what).c_str());
-  }
+  if (fieldsOf(ours) != fieldsOf(plain))
+    return state.SkipWithError("the plain way reads otherwise");
   for (auto _ : state) {
     SensorData data;  // a fresh one for each text, as the connection has it
     benchmark::DoNotOptimize(parser.parseServerString(text, data));
@@ -54,6 +53,7 @@ void makeRecord(benchmark::State& state) {
 void parseParameters(benchmark::State& state) {
   const std::string text = recording().at(1);
   Parser parser = parserFor(SIDE_LEFT);
+  parser.parseServerParam(text);  // the first one in a process also sorts the table
   for (auto _ : state) benchmark::DoNotOptimize(parser.parseServerParam(text));
 }
 

@@ -146,28 +146,24 @@ int plainServerParam(const char* text) {
   return items;
 }
 
-std::string difference(const SensorData& a, const SensorData& b) {
-  const auto same = [](const ExactObject& p, const ExactObject& q) {
-    return p.valid == q.valid && p.x == q.x && p.y == q.y && p.x_vel == q.x_vel &&
-           p.y_vel == q.y_vel;
-  };
-  if (a.type != b.type || a.time != b.time) return "head";
-  if (!same(a.exactball, b.exactball)) return "ball";
-  for (std::size_t i = 0; i < a.exactgoal.size(); ++i) {
-    const ExactGoal& p = a.exactgoal[i];
-    const ExactGoal& q = b.exactgoal[i];
-    if (!same(p, q) || p.which != q.which || p.team != q.team) return "goal";
-  }
-  for (std::size_t i = 0; i < a.exactplayer.size(); ++i) {
-    const ExactPlayer& p = a.exactplayer[i];
-    const ExactPlayer& q = b.exactplayer[i];
-    if (!same(p, q) || p.team != q.team || p.number != q.number || p.goalie != q.goalie ||
-        p.body_dir != q.body_dir || p.face_dir != q.face_dir || p.pointto_dir != q.pointto_dir ||
-        p.tackle != q.tackle) {
-      return "player " + std::to_string(i);
+std::vector<double> fieldsOf(const SensorData& data) {
+  std::vector<double> fields = {static_cast<double>(data.type), static_cast<double>(data.time)};
+  const auto add = [&](const ExactObject& object, std::initializer_list<double> others) {
+    for (const double value :
+         {static_cast<double>(object.valid), object.x, object.y, object.x_vel, object.y_vel}) {
+      fields.push_back(value);
     }
+    fields.insert(fields.end(), others);
+  };
+  add(data.exactball, {});
+  for (const ExactGoal& goal : data.exactgoal)
+    add(goal, {static_cast<double>(goal.which), static_cast<double>(goal.team)});
+  for (const ExactPlayer& p : data.exactplayer) {
+    add(p,
+        {static_cast<double>(p.team), static_cast<double>(p.number), static_cast<double>(p.goalie),
+         p.body_dir, p.face_dir, p.pointto_dir, static_cast<double>(p.tackle)});
   }
-  return "";
+  return fields;
 }
 
 }  // namespace vok::bench

@@ -2,7 +2,6 @@
 // obvious way of reading it.
 #pragma once
 
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -31,7 +30,7 @@ bool plainView(const char* text, const char* ourTeam, playing_side side, SensorD
 /// The number of items read.
 int plainServerParam(const char* text);
 
-/// What differs between two records of a global view; empty when they are the same.
-std::string difference(const SensorData& a, const SensorData& b);
+/// All that a record tells of a global view, for comparing two.
+std::vector<double> fieldsOf(const SensorData& data);
 
 }  // namespace vok::bench
