@@ -98,7 +98,9 @@ TEST_F(HeteroTypes, AfterKickOffAChangeNeedsASubstitutionAndAWish) {
   coach->choosePlayerType(2);
   coach->numSubs = 0;
   coach->choosePlayerType(3);
-  EXPECT_EQ(changes(), "2:2 ");
+  coach->world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
+  coach->choosePlayerType(4);
+  EXPECT_EQ(changes(), "2:2 4:3 ");
 }
 
 TEST_F(HeteroTypes, TypesAreKnownWhenAllSixAreAnnounced) {

@@ -21,6 +21,11 @@ TEST(Angle, IsNormalisedFromMinusPiExclusiveToPi) {
   EXPECT_EQ(Angle::mod2pi(std::numeric_limits<double>::quiet_NaN()), 0);
 }
 
+TEST(Vector2d, StretchesAndTurnsCounterClockwise) {
+  EXPECT_EQ(Vector2d(3, -4).stretch(10), Vector2d(6, -8));
+  EXPECT_DOUBLE_EQ(Vector2d(5, 0).turn(2).getAngle(), 2);
+}
+
 TEST(Intersections, OfDegenerateShapesWriteNoSolution) {
   double a = 7, b = 7;
   Vector2d p(7, 7), q(7, 7);

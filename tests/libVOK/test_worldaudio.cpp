@@ -82,6 +82,7 @@ TEST_F(WorldAudio, OnlyWholeFreshMessagesOfTheCoachAreTaken) {
   empty << false;
   AudioMsg players(0, 52, false);
   players << true;
+  EXPECT_EQ((players << world).getWritePos(), 1u) << "a player has no picture to send";
   for (AudioMsg* msg : {&old, &empty, &players}) EXPECT_FALSE(world.feedbackAudio(*msg));
   EXPECT_EQ(world.ball.age, NEVER);
 

@@ -73,8 +73,8 @@ TEST(Saydecode, FindsMessagesWhereverTheyStandAndSurvivesAnyBytes) {
   const std::string text = coachText();
   std::mt19937 random(5);
   std::string noise;
-  for (int i = 0; i < 60000; ++i)
-    noise += i < 30000 ? msgEncodeChars[random() % 64] : static_cast<char>(random());
+  for (int i = 0; i < 90000; ++i)
+    noise += i < 70000 ? msgEncodeChars[random() % 64] : static_cast<char>(random());
   const std::pair<std::string, std::size_t> inputs[] = {
       {"2345,0\tRecv Alpha_Coach: (say (freeform \"" + text + "\"))\n", 1},
       {"(hear 9 self \"" + playerText() + "\")\r\n\n" + text + " " + text + "\n", 3},
