@@ -3,9 +3,11 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 
 #include "Config.h"
 #include "constants.h"
@@ -75,6 +77,23 @@ void checkKeys(std::string_view text) {
   }
 }
 
+/// What players ask for.
+void checkPlaces(const VokCoach& coach) {
+  const Worldmodel* world = coach.world.get();
+  for (int n = 1; n <= 11; ++n) {
+    const bool roles[] = {coach.tactical->ourTeamDefender(n), coach.tactical->ourTeamMidfield(n),
+                          coach.tactical->ourTeamOffender(n)};
+    require(std::count(std::begin(roles), std::end(roles), true) <= 1, "a player has one role");
+    Vector2d lo;
+    Vector2d hi;
+    coach.positionEval->GetPlayerArea(world, n, lo, hi);
+    for (int k = 0; k < 3; ++k) {
+      const int watched = coach.positionEval->GetPlayerWatchNo(world, n, k);
+      require(watched == -1 || isShirtNumber(watched), "watched players have shirt numbers");
+    }
+  }
+}
+
 void play() {
   fuzz::Match& match = fuzz::Match::instance();
   match.readFormations();
@@ -85,6 +104,7 @@ void play() {
     match.receive("(hear 7 referee " + std::string(call) + ")");
     match.expectGoodCycle();
   }
+  checkPlaces(match.itsCoach());
 }
 
 }  // namespace

@@ -11,8 +11,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   vok::SYNCH_MODE = size % 2 == 0;
   match.receive("(hear 7 referee free_kick_l)");
   match.receive("(see_global 7 ((b) -3 2.5 0 0) ((p \"Alpha\" 7 goalie) -50 0 0 0 0 0)");
-  match.receive({reinterpret_cast<const char*>(data), size});
+  const std::string_view datagram(reinterpret_cast<const char*>(data), size);
+  match.receive(datagram);
   match.receive("(think)");
+  match.receiveFromSocket(datagram);
   match.expectGoodCycle();
   return 0;
 }

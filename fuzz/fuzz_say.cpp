@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <numbers>
 #include <sstream>
 
@@ -20,9 +21,19 @@ void checkLength(const AudioMsg& msg) {
   require(std::strlen(msg.getEncoding()) < 512, "a message stays within its buffer");
 }
 
+template <typename T>
+bool same(const T& a, const T& b) {
+  return a == b;
+}
+
+bool same(const Val5B& a, const Val5B& b) {
+  return a.getX() == b.getX() && a.getY() == b.getY() && a.getState() == b.getState() &&
+         (a.getAge() == b.getAge() || (!a.isValid() && !b.isValid()));
+}
+
 /// Reads a value, says it and hears it again: then it is the same.
 template <typename T>
-T readAndRepeat(AudioMsg& msg, T value, bool (*equal)(const T&, const T&)) {
+T readAndRepeat(AudioMsg& msg, T value) {
   msg >> value;
   AudioMsg said(0, 0, false);
   said << value;
@@ -30,60 +41,46 @@ T readAndRepeat(AudioMsg& msg, T value, bool (*equal)(const T&, const T&)) {
   AudioMsg heard(said.getEncoding());
   T again = value;
   heard >> again;
-  require(heard.getState() && equal(value, again), "what was said is heard");
+  require(heard.getState() && same(value, again), "what was said is heard");
   return value;
 }
 
-bool sameNumber(const Int3B& a, const Int3B& b) {
-  return a.getValue() == b.getValue();
+void readNumber(AudioMsg& msg) {
+  const unsigned number = readAndRepeat(msg, Int3B(0U)).getValue();
+  const Int3B again(Int3B(number).getEncoding());
+  require(again.getValue() == (number & 0x3FFFF), "18 bits of a number travel");
 }
 
-bool samePlace(const Val5B& a, const Val5B& b) {
-  return a.getX() == b.getX() && a.getY() == b.getY() && a.getState() == b.getState() &&
-         (a.getAge() == b.getAge() || (!a.isValid() && !b.isValid()));
+void readPlace(AudioMsg& msg) {
+  const Val5B place = readAndRepeat(msg, Val5B(0, 0, 0, UNSAFE));
+  const Val5B coded(place.getX(), place.getY(), place.getAge(), place.getState());
+  require(same(place, Val5B(coded.getEncoding())), "a decoded place is coded the same");
 }
 
-/// Reads on by the kind that a character chooses.
-void read(AudioMsg& msg, char kind) {
-  switch (decodeChar(kind) % 8) {
-    case 0: {
-      const Int3B number = readAndRepeat(msg, Int3B(0U), sameNumber);
-      const Int3B again(Int3B(number.getValue()).getEncoding());
-      require(again.getValue() == (number.getValue() & 0x3FFFF), "18 bits of a number travel");
-      return;
-    }
-    case 1: {
-      const Val5B place = readAndRepeat(msg, Val5B(0, 0, 0, UNSAFE), samePlace);
-      const Val5B coded(place.getX(), place.getY(), place.getAge(), place.getState());
-      require(samePlace(place, Val5B(coded.getEncoding())), "a decoded place is coded the same");
-      return;
-    }
-    case 2:
-      readAndRepeat<bool>(msg, false, [](const bool& a, const bool& b) { return a == b; });
-      return;
-    case 3:
-      readAndRepeat<char>(msg, 'x', [](const char& a, const char& b) { return a == b; });
-      return;
-    case 4:
-      readAndRepeat<double>(msg, 0, [](const double& a, const double& b) { return a == b; });
-      return;
-    case 5:
-      readAndRepeat<NodaChar>(msg, 0, [](const NodaChar& a, const NodaChar& b) {
-        return static_cast<char>(a) == static_cast<char>(b);
-      });
-      return;
-    case 6: {
-      Angle angle;
-      msg >> angle;
-      require(std::abs(angle) <= std::numbers::pi, "an angle is normalised");
-      return;
-    }
-    default:
-      msg.rollbackRead();
-      msg.markRead();
-      msg.clearState();
-  }
+/// Not repeated: the players' decoding adds the digits.
+void readAngle(AudioMsg& msg) {
+  Angle angle;
+  msg >> angle;
+  require(std::abs(angle) <= std::numbers::pi, "an angle is normalised");
 }
+
+void goBack(AudioMsg& msg) {
+  msg.rollbackRead();
+  msg.markRead();
+  msg.clearState();
+}
+
+/// What a character of the text does to the message.
+constexpr void (*steps[])(AudioMsg&) = {
+    readNumber,
+    readPlace,
+    readAngle,
+    goBack,
+    [](AudioMsg& msg) { readAndRepeat(msg, false); },
+    [](AudioMsg& msg) { readAndRepeat(msg, 'x'); },
+    [](AudioMsg& msg) { readAndRepeat(msg, 0.0); },
+    [](AudioMsg& msg) { readAndRepeat(msg, NodaChar(0)); },
+};
 
 Worldmodel newWorld(int myNumber) {
   Worldmodel world(nullptr);
@@ -148,7 +145,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     std::ostringstream printed;
     printed << msg;
-    for (const char kind : text) read(msg, kind);
+    for (const char c : text) steps[decodeChar(c) % std::size(steps)](msg);
     checkLength(msg);
     msg.clearState();
     while (msg.getState()) msg << Int3B(1U);

@@ -7,6 +7,7 @@
 #include <array>
 #include <climits>
 #include <cmath>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -52,6 +53,26 @@ class Nowhere : public std::streambuf {
 };
 
 Nowhere nowhere;
+
+/// The timing takes the alarm, by which libFuzzer notices a hang: gives it back.
+class AlarmKeeper {
+ public:
+  AlarmKeeper() { sigaction(SIGALRM, nullptr, &before); }
+  ~AlarmKeeper() { sigaction(SIGALRM, &before, nullptr); }
+  AlarmKeeper(const AlarmKeeper&) = delete;
+  AlarmKeeper& operator=(const AlarmKeeper&) = delete;
+
+ private:
+  struct sigaction before {};
+};
+
+sockaddr_in loopback(int port) {
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  address.sin_port = htons(static_cast<in_port_t>(port));
+  return address;
+}
 
 /// One player of the good view.
 struct Placed {
@@ -112,13 +133,12 @@ Match::Match()
     : server(socket(AF_INET, SOCK_DGRAM, 0)),
       emptyAudiomgr(UINT_MAX, false, AudioMsg::DEFAULT_MSG_PREFIX, 20) {
   silence();
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  sockaddr_in address = loopback(0);
   socklen_t size = sizeof address;
   require(bind(server, reinterpret_cast<const sockaddr*>(&address), size) == 0, "harness: bind");
   getsockname(server, reinterpret_cast<sockaddr*>(&address), &size);
 
+  const AlarmKeeper keeper;
   SIMULATOR_STEP = 1;  // nobody answers this check-in: it should give up soon
   coach = std::make_unique<VokCoach>(TEAM, "127.0.0.1", ntohs(address.sin_port),
                                      VOK_SOURCE_DIR "/conf/agent.conf", "", false);
@@ -137,6 +157,7 @@ void Match::restart() {
   Comm& comm = *coach->comm;
   comm.async.reset();
   AsyncCommInfo::info = nullptr;  // also of one whose construction failed
+  const AlarmKeeper keeper;
   comm.async = std::make_unique<AsyncCommInfo>(TEAM, CLIENT_ONLINECOACH);
   *comm.parser = Parser(TEAM, CLIENT_ONLINECOACH, 7, 7);
   *comm.store = emptyStore;
@@ -165,15 +186,13 @@ bool Match::checkIn(std::string_view init, std::string_view serverText,
   coach->initSubs();
   takeCommands();
   answers = 0;
+  nowhere.ensureFailed = false;  // a configuration may have been told off
   checkWorld();
   return true;
 }
 
-void Match::sendToCoach(std::string_view datagram) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  address.sin_port = htons(static_cast<in_port_t>(coachPort));
+void Match::sendToCoach(std::string_view datagram) const {
+  const sockaddr_in address = loopback(coachPort);
   sendto(server, datagram.data(), std::min(datagram.size(), std::size_t{60000}), 0,
          reinterpret_cast<const sockaddr*>(&address), sizeof address);
 }
@@ -184,8 +203,18 @@ void Match::receive(std::string_view datagram) {
   std::vector<char> text(datagram.size() + 1);
   datagram.copy(text.data(), datagram.size());
 
-  nowhere.ensureFailed = false;
   coach->comm->receiveText(text.data());
+  runCycle();
+}
+
+void Match::receiveFromSocket(std::string_view datagram) {
+  sendToCoach(datagram);
+  coach->comm->drainSocket();
+  require(coach->comm->isServerAlive(), "no datagram is a dead server");
+  runCycle();
+}
+
+void Match::runCycle() {
   coach->step();
   require(!nowhere.ensureFailed, "no soft assertion fails");
   checkWorld();
@@ -273,31 +302,28 @@ void Match::takeCommands() {
 }
 
 void Match::checkCommand(std::string_view command) {
-  constexpr std::string_view head = "(say (freeform \"";
-  constexpr std::string_view tail = "\"))";
+  constexpr std::string_view sayHead = "(say (freeform \"";
+  constexpr std::string_view sayTail = "\"))";
   if (command == "(done)") {
     ++answers;
-    return;
-  }
-  if (command.starts_with(head)) {
-    require(command.ends_with(tail), "a say command is whole");
-    const std::string said(command.substr(head.size(), command.size() - head.size() - tail.size()));
-    require(static_cast<int>(said.size()) <= SAY_COACH_MSG_SIZE, "a message has the server's size");
-    require(said.find_first_not_of(msgEncodeChars) == std::string::npos, "it has its characters");
-    require(AudioMsg(said.c_str()).isChkSumsValid(), "its checksum is valid");
-    return;
-  }
-  int number = 0;
-  int type = 0;
-  if (std::sscanf(std::string(command).c_str(), "(change_player_type %d %d)", &number, &type) ==
-      2) {
+  } else if (command.starts_with(sayHead)) {
+    require(command.ends_with(sayTail), "a say command is whole");
+    command.remove_prefix(sayHead.size());
+    command.remove_suffix(sayTail.size());
+    require(static_cast<int>(command.size()) <= SAY_COACH_MSG_SIZE, "a message is short enough");
+    require(command.find_first_not_of(msgEncodeChars) == command.npos, "of the right characters");
+    require(AudioMsg(std::string(command).c_str()).isChkSumsValid(), "its checksum is valid");
+  } else if (command.starts_with("(change_player_type ")) {
+    int number = 0;
+    int type = 0;
+    std::sscanf(std::string(command).c_str(), "(change_player_type %d %d)", &number, &type);
     require(number >= 2 && number <= 11, "only field players change their types");
     require(type >= 1 && type < static_cast<int>(coach->world->playerType.size()) &&
                 coach->world->playerType[static_cast<std::size_t>(type)].state == type,
             "only announced types are ordered");
-    return;
+  } else {
+    require(command.starts_with("(eye on)") || command.starts_with("(init "), "a known command");
   }
-  require(command.starts_with("(eye on)") || command.starts_with("(init "), "a known command");
 }
 
 }  // namespace vok::fuzz

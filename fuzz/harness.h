@@ -40,16 +40,22 @@ class Match {
   /// the world and at what the coach has sent.
   void receive(std::string_view datagram);
 
+  /// Receives what waits in the socket after one datagram has been sent to it.
+  void receiveFromSocket(std::string_view datagram);
+
   /// The next good view is taken over exactly and, in synchronous mode, answered.
   void expectGoodCycle();
 
   /// What the positions are computed from: the configuration, read anew.
   void readFormations();
 
+  const VokCoach& itsCoach() const { return *coach; }
+
  private:
   Match();
   void restart();
-  void sendToCoach(std::string_view datagram);
+  void sendToCoach(std::string_view datagram) const;
+  void runCycle();
   void checkWorld() const;
   void checkView(long time) const;
   void takeCommands();

@@ -17,7 +17,7 @@ void runFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   const std::string input{std::istreambuf_iterator<char>(file), {}};
   // Of the exact size, without a terminator.
-  const auto bytes = std::vector<std::uint8_t>(input.begin(), input.end());
+  const std::vector<std::uint8_t> bytes(input.begin(), input.end());
   LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
 }
 

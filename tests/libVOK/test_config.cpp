@@ -114,5 +114,18 @@ TEST(ConfigDeathTest, EndsTheProcessForAMissingOrMalformedValue) {
   EXPECT_DEATH(Config::getValue(nullptr), "key");
 }
 
+TEST(Config, CanBeForgottenAndItsFatalErrorsCaught) {
+  read("word = x\n");
+  Config::onFatal = [](const std::string& message) { throw message; };
+  testing::internal::CaptureStderr();
+  EXPECT_THROW(Config::getValueAsInt("word"), std::string);
+  Config::onFatal = nullptr;
+  Config::clear();
+  EXPECT_EQ(Config::getValue("word"), nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "FATAL: value 'x' for key 'word' not an integer.\n"
+            "WARNING: configuration entry for 'word' not found.\n");
+}
+
 }  // namespace
 }  // namespace vok
