@@ -40,11 +40,10 @@ struct ObjectNumbers {
 bool readNumbers(Scanner at, ObjectNumbers& numbers) {
   std::size_t read = 0;
   while (read < numbers.value.size() && at.real(numbers.value[read])) ++read;
-  if (at.atUnfitReal()) return false;
-  if (read < numbers.value.size()) return true;
+  if (read < numbers.value.size()) return !at.atUnfitReal();
 
+  if (!at.real(numbers.pointto) && at.atUnfitReal()) return false;
   at.skipBlanks();
-  if (at.real(numbers.pointto)) at.skipBlanks();
   char flag = '\0';
   numbers.tackle = at.character(flag) && flag == 't';
   return true;
