@@ -18,7 +18,8 @@ constexpr unsigned noKicker = (1U << 18) - 1;  // -1, in the 18 bits that travel
 
 constexpr const char* helpText =
     "player_listener [HOST [PORT [TEAM]]]\n\n"
-    "Checks in at a simulator server as a field player and prints what the coach of its team says:\n"
+    "Checks in at a simulator server as a field player and prints what the coach of its team "
+    "says:\n"
     "kicker, ball, players and the opponents' types. Its body does nothing.\n\n"
     "  HOST              the server's host (default localhost)\n"
     "  PORT              its port for players, 1 to 65535 (default 6000)\n"
@@ -94,6 +95,7 @@ void listen(vok::Comm& comm, vok::Worldmodel& world) {
 /// Runs the match and returns why it ended.
 const char* play(vok::Comm& comm) {
   vok::Worldmodel world(&comm);
+  world.ownChangesWithoutComma = true;  // current servers announce our types so
   std::cout << "player " << comm.getMyNumber() << " of " << comm.getMyTeam() << " on the "
             << (comm.getMySide() == vok::SIDE_LEFT ? "left" : "right") << ", listening"
             << std::endl;
@@ -145,6 +147,7 @@ int main(int argc, char** argv) {
     std::cout << "player_listener: not let in" << std::endl;
     return 1;
   }
-  std::cout << "player_listener: " << play(comm) << std::endl;
+  const char* ending = play(comm);
+  std::cout << "player_listener: " << ending << std::endl;
   return 0;
 }
