@@ -63,6 +63,7 @@ class Parser {
   static const std::vector<Token> playerParamTokens;
 
  private:
+  struct Format;
   struct TokenIndex;
   struct GlobalObject;
 
@@ -78,7 +79,7 @@ class Parser {
   bool parseVoice();
   bool parseCoachMsg();
   bool readItems(std::string_view text, std::string_view head, const TokenIndex& index);
-  bool readItem(const TokenIndex& index);
+  int readToken(const Format& format, const Token& token);
   // The players' own messages.
   bool parseSee();
   bool parseSenseBody();
