@@ -80,9 +80,9 @@ class Parser {
   bool parseCoachMsg();
   bool readItems(std::string_view text, std::string_view head, const TokenIndex& index);
   int readToken(const Format& format, const Token& token);
-  // The players' own messages; nobody here reads them.
-  bool parseSee() { return false; }
-  bool parseSenseBody() { return false; }
+  // The players' own messages.
+  bool parseSee();
+  bool parseSenseBody();
 
   /// 1..11, or -1.
   static int shirtNumber(int number) { return number >= 1 && number <= 11 ? number : -1; }
