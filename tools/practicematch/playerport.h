@@ -48,6 +48,7 @@ class PlayerPort {
   bool serve();
   void letIn(std::string_view text, const sockaddr_in& from);
   void take(std::string_view text, const sockaddr_in& from);
+  std::vector<Client>::iterator find(const sockaddr_in& address);
   int freeNumber(bool goalie) const;
   void sendToAll(const std::string& text) const;
   std::string see(const Player& p) const;
