@@ -186,11 +186,12 @@ bool Match::checkIn(std::string_view init, std::string_view serverText,
                     std::string_view playerText) {
   restart(isPlayersAnswer(init) ? CLIENT_FIELDPLAYER : CLIENT_ONLINECOACH);
   for (const std::string_view text : {init, serverText, playerText}) sendToCoach(text);
-  if (coach->comm->connect() != COMM_OK) return false;
+  const bool checkedIn = coach->comm->connect() == COMM_OK;
+  takeCommands();
+  if (!checkedIn) return false;
 
   coach->world = std::make_unique<Worldmodel>(coach->comm.get());
   prepareCoach();
-  takeCommands();
   answers = 0;
   nowhere.ensureFailed = false;  // a configuration may have been told off
   checkWorld();
