@@ -40,8 +40,8 @@ bool readAngle(Scanner& at, double& angle) {
 
 /// A number of commands: the cycle timing takes the differences of two, and counts on from one.
 bool readCount(Scanner& at, int& count) {
-  constexpr int MAX_COUNT = 1'000'000'000;
-  return at.integer(count) && count >= 0 && count <= MAX_COUNT;
+  constexpr int maxCount = 1'000'000'000;
+  return at.integer(count) && count >= 0 && count <= maxCount;
 }
 
 bool readViewMode(Scanner& at, SensorData& body) {

@@ -8,7 +8,7 @@ namespace vok::practice {
 namespace {
 
 constexpr int maxMissedInRow = 3;
-constexpr int maxServed = 100;  // at once: a flood must not keep the match from its next cycle
+constexpr int maxServed = 20;  // at once: a flood must not keep the match from its next cycle
 // A player that hears nothing for longer takes the server for dead.
 constexpr auto sensesAtLeastEvery = std::chrono::seconds(1);
 constexpr double halfView = 45;  // degrees
@@ -96,7 +96,7 @@ void PlayerPort::take(std::string_view text, const sockaddr_in& from) {
   if (text == "(bye)") {
     clients.erase(client);
   } else if (text == "(done)") {
-    client->done = true;
+    client->answers = client->done = true;
   } else if (text.starts_with("(clang ")) {
     ownSocket.send("(ok " + std::string(text.substr(1)), from);
   }
@@ -157,11 +157,13 @@ void PlayerPort::think() {
 }
 
 bool PlayerPort::allDone() const {
-  return std::all_of(clients.begin(), clients.end(), [](const Client& c) { return c.done; });
+  return std::all_of(clients.begin(), clients.end(),
+                     [](const Client& c) { return c.done || !c.answers; });
 }
 
 void PlayerPort::endCycle() {
-  for (Client& client : clients) client.missedInRow = client.done ? 0 : client.missedInRow + 1;
+  for (Client& client : clients)
+    client.missedInRow = client.done || !client.answers ? 0 : client.missedInRow + 1;
   std::erase_if(clients, [](const Client& c) { return c.missedInRow == maxMissedInRow; });
 }
 
