@@ -177,11 +177,11 @@ TEST(PracticePlayers, AreLetInOnceAndGivenUpWhenTheyStaySilent) {
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   address.sin_port = htons(static_cast<in_port_t>(port.port()));
+  sockaddr_in from{};
   const auto answersTo = [&](const std::string& text, int times = 1) {
     for (int i = 0; i < times; ++i) player.send(text, address);
     port.company().serve();
     Texts answers;
-    sockaddr_in from{};
     while (const auto answer = player.receive(from)) answers.push_back(answer->text);
     return answers;
   };
@@ -190,10 +190,12 @@ TEST(PracticePlayers, AreLetInOnceAndGivenUpWhenTheyStaySilent) {
   EXPECT_EQ(answersTo("", 30).size(), 20U) << "a flood is taken in pieces";
   EXPECT_EQ(answersTo("(dash 1)").size(), 11U);
   EXPECT_EQ(answersTo("(init Alpha (version 9.00))").at(0), "(init l 2 before_kick_off)");
+  const sockaddr_in itsPort = from;
   EXPECT_EQ(answersTo("(init Alpha (version 9.00))"), refused) << "again from the same place";
   EXPECT_EQ(answersTo("(init Beta (version 9.00))"), refused);
   port.think();
   EXPECT_TRUE(port.allDone()) << "it has never answered";
+  address = itsPort;
   answersTo("(done)");
   for (int cycle = 0; cycle < 3; ++cycle) {
     port.think();
