@@ -126,6 +126,10 @@ class Checker {
 
  private:
   bool isDefined(const std::string& name) const { return file.lines.contains(name); }
+  bool isKnown(const std::string& name) const {
+    return std::any_of(keys.begin(), keys.end(),
+                       [&name](const Key& key) { return key.name == name; });
+  }
   int lineOf(const Key& key) const { return file.lines.at(key.name).back(); }
 
   void add(int line, const std::string& text, bool endsCoach = false) {
@@ -138,9 +142,7 @@ class Checker {
         add(lines[i], quoted(name) + " does not count: it is defined again in line " +
                           std::to_string(lines.back()));
       }
-      const bool known = std::any_of(keys.begin(), keys.end(),
-                                     [&name](const Key& key) { return key.name == name; });
-      if (!known) checkUnknown(name, lines.back());
+      if (!isKnown(name)) checkUnknown(name, lines.back());
     }
   }
 

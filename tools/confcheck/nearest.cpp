@@ -38,12 +38,12 @@ std::size_t edits(std::string_view a, std::string_view b, std::size_t limit) {
 const Key* nearest(std::string_view name, const Keys& keys,
                    const std::function<bool(const Key&)>& isPreferred) {
   const Key* best = nullptr;
-  std::size_t fewest = MOST_EDITS + 1;
+  std::size_t fewest = MOST_EDITS;
   for (const Key& key : keys) {
-    const std::size_t limit = std::min(MOST_EDITS, key.name.size() / LETTERS_PER_EDIT);
+    const std::size_t limit = std::min(fewest, key.name.size() / LETTERS_PER_EDIT);
     const std::size_t count = edits(name, key.name, limit);
-    if (count > limit || count > fewest) continue;
-    if (count == fewest && (isPreferred(*best) || !isPreferred(key))) continue;
+    if (count > limit) continue;
+    if (best != nullptr && count == fewest && (isPreferred(*best) || !isPreferred(key))) continue;
     best = &key;
     fewest = count;
   }
