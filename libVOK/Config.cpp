@@ -87,8 +87,8 @@ std::string bounded(std::string_view text, const char* what, int lineNumber) {
   return std::string(text.substr(0, MAX_TEXT_LENGTH));
 }
 
-void tell(const ConfigRequest& request) {
-  if (Config::observer != nullptr) Config::observer->requested(request);
+void tell(const char* key, ConfigRequest::Kind kind, int index, bool optional) {
+  if (Config::observer != nullptr) Config::observer->requested({key, kind, index, optional});
 }
 
 }  // namespace
@@ -129,20 +129,20 @@ const char* Config::getValue(const char* key) {
 }
 
 double Config::getValueAsDouble(const char* key) {
-  tell({key, ConfigRequest::REAL, -1, false});
+  tell(key, ConfigRequest::REAL, -1, false);
   const char* value = requireValue(key);
   return requireDouble(key, value, Scanner(value));
 }
 
 int Config::getValueAsInt(const char* key) {
-  tell({key, ConfigRequest::INTEGER, -1, false});
+  tell(key, ConfigRequest::INTEGER, -1, false);
   const char* value = requireValue(key);
   return requireInt(key, value, Scanner(value));
 }
 
 int Config::getOptionalInt(const char* key, int fallback) {
   assert(key);
-  tell({key, ConfigRequest::INTEGER, -1, true});
+  tell(key, ConfigRequest::INTEGER, -1, true);
   const auto entry = entries().find(std::string_view(key));
   if (entry == entries().end()) return fallback;
   const char* value = entry->second.c_str();
@@ -150,19 +150,19 @@ int Config::getOptionalInt(const char* key, int fallback) {
 }
 
 double Config::getValueAsDoubleFromList(const char* key, int index) {
-  tell({key, ConfigRequest::REAL, index, false});
+  tell(key, ConfigRequest::REAL, index, false);
   const char* value = requireValue(key);
   return requireDouble(key, value, requireElement(key, value, index));
 }
 
 int Config::getValueAsIntFromList(const char* key, int index) {
-  tell({key, ConfigRequest::INTEGER, index, false});
+  tell(key, ConfigRequest::INTEGER, index, false);
   const char* value = requireValue(key);
   return requireInt(key, value, requireElement(key, value, index));
 }
 
 Vector2d Config::getValueAsVector(const char* key) {
-  tell({key, ConfigRequest::VECTOR, -1, false});
+  tell(key, ConfigRequest::VECTOR, -1, false);
   const char* value = requireValue(key);
   Scanner text(value);
   double x = 0;
