@@ -63,8 +63,9 @@ void typesFromDecay(benchmark::State& state, bool known) {
   setEntry("tac_typesFromDecay", "0");
   auto& verdicts = match.coach->tactical->playerType;
   for (int i = 0; i < 600; ++i) match.feed(match.views.next());
-  if (std::count(verdicts.begin(), verdicts.end(), -1) > 2)
-    state.SkipWithError("types are missing");
+  if (std::count(verdicts.begin(), verdicts.end(), -1) > 2) {
+    return state.SkipWithError("types are missing");
+  }
   for (auto _ : state) {
     if (!known) verdicts.fill(-1);
     measuredCycle(match, match.views.next());
