@@ -13,8 +13,7 @@ namespace {
 constexpr std::size_t FIRST_SHIRT = 1;
 constexpr std::size_t LAST_SHIRT = 11;
 
-// Steps that must fit a type before it is decided, and by how many it must lead each other type.
-constexpr int MIN_VOTES = 3;
+// By how many votes a type must lead each other type before it is decided.
 constexpr int MIN_LEAD = 3;
 // Contradicting steps that undo a verdict. Even one is a rare accident.
 constexpr int GIVE_UP = 3;
@@ -203,7 +202,7 @@ void DecayTypes::decide(const Worldmodel& world, std::size_t n, TypeBeliefs& bel
   const int steps = evidence[n].steps;
   int most = 0;
   for (const PlayerTypeData& belief : votes) most = std::max(most, belief.score);
-  if (most < MIN_VOTES || 8 * (steps - most) > steps) return;
+  if (8 * (steps - most) > steps) return;
 
   const int lead = most >= SURE_VOTES && most == steps ? 1 : MIN_LEAD;
   std::size_t open = 0;
