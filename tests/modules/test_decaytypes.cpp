@@ -84,7 +84,6 @@ TEST_F(TypesFromDecay, ThreeCleanStepsDecideAndThreeOthersUndo) {
   EXPECT_EQ(tactical->playerTypeData[OPPONENT][1].state, PTS_SURE);
   EXPECT_EQ(tactical->playerTypeData[OPPONENT][1].score, 3);
   EXPECT_EQ(tactical->playerTypeData[OPPONENT][0].state, PTS_IMPOSSIBLE);
-  EXPECT_EQ(tactical->otherPlayerType(8), -1);
   run(9, -0.035);  // bounces, which fit no type
   run(2, 0.45);
   EXPECT_EQ(verdict(), 1);
@@ -136,7 +135,6 @@ TEST_F(TypesFromDecay, StepsThatTellNothingDoNotCount) {
 
 TEST_F(TypesFromDecay, AnAnnouncedChangeOfThatOpponentResetsItInAnyMode) {
   for (const play_mode mode : {PLAY_MODE_PLAY_ON, PLAY_MODE_FREE_KICK_US}) {
-    world->playMode = PLAY_MODE_PLAY_ON;
     run(4, 0.35);
     world->playMode = mode;
     hear("(change_player_type 8)");
