@@ -10,6 +10,7 @@
 // 800 cycles has such a velocity.
 #pragma once
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
@@ -147,9 +148,9 @@ class Scanner {
   /// no exponent. Fifteen digits and their power of ten are doubles without error, so that the one
   /// division gives the nearest double. Any other number is left to the general way.
   bool plainReal(double& value) {
-    constexpr std::ptrdiff_t EXACT_DIGITS = 15;
-    static constexpr double powers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
-                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14};
+    constexpr std::ptrdiff_t exactDigits = 15;
+    static constexpr std::array powers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
+                                          1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14};
     const char* p = left.data();
     const char* const end = p + left.size();
     while (p != end && isBlank(*p)) ++p;
@@ -170,9 +171,9 @@ class Scanner {
       decimals = readDigits();
       if (decimals == 0) return false;
     }
-    if (whole + decimals > EXACT_DIGITS || (p != end && (*p == 'e' || *p == 'E'))) return false;
+    if (whole + decimals > exactDigits || (p != end && (*p == 'e' || *p == 'E'))) return false;
 
-    const double size = static_cast<double>(digits) / powers[decimals];
+    const double size = static_cast<double>(digits) / powers[static_cast<std::size_t>(decimals)];
     value = negative ? -size : size;
     left.remove_prefix(static_cast<std::size_t>(p - left.data()));
     return true;
