@@ -76,6 +76,8 @@ TEST_F(Connection, ReadsTheServersAnswerByKindOfClient) {
       {CLIENT_ONLINECOACH, 0, "", COMM_ERROR_PARSE, -1, SIDE_UNKNOWN, PLAY_MODE_UNKNOWN, 0},
       {CLIENT_FIELDPLAYER, 0, "(init r 7 kick_off_r)", COMM_OK, 7, SIDE_RIGHT,
        PLAY_MODE_KICK_OFF_US, 0},
+      {CLIENT_FIELDPLAYER, 0, "(init r 12 kick_off_r)", COMM_ERROR_PARSE, -1, SIDE_UNKNOWN,
+       PLAY_MODE_UNKNOWN, 0},
       {CLIENT_GOALIE, 0, "(init l 1)", COMM_ERROR_PARSE, -1, SIDE_UNKNOWN, PLAY_MODE_UNKNOWN, 0},
       {CLIENT_FIELDPLAYER, 9, "(reconnect l play_on)", COMM_OK, 9, SIDE_LEFT, PLAY_MODE_PLAY_ON,
        3000},
