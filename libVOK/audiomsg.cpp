@@ -1,3 +1,4 @@
+// The message: its header and positions, and the stream of values in its payload.
 #include "audiomsg.h"
 
 #include <algorithm>
@@ -5,7 +6,9 @@
 #include <cstring>
 #include <numbers>
 #include <ostream>
+#include <span>
 
+#include "audiodigits.h"
 #include "constants.h"
 #include "ensure.h"
 
@@ -24,15 +27,6 @@ constexpr unsigned PREFIX_LENGTH = 3;
 constexpr unsigned FLAG = 16;  ///< left side in the source, coach in the destination
 constexpr unsigned MAX_PLAYER = 11;
 
-constexpr unsigned digitsOf(unsigned number, unsigned place) {
-  return (number >> (6 * place)) & 63;
-}
-
-/// The character of the lowest six bits.
-char digit(unsigned number) {
-  return msgEncodeChars[number & 63];
-}
-
 using DecodeTable = std::array<signed char, 256>;
 
 constexpr DecodeTable decodeTable() {
@@ -44,27 +38,9 @@ constexpr DecodeTable decodeTable() {
 
 constexpr DecodeTable msgDecodeChars = decodeTable();
 
-unsigned decoded(char c) {
-  return static_cast<unsigned>(decodeChar(c));
-}
-
-/// Copies up to the terminator or the end of the room; what is left of it is NUL.
-template <std::size_t N>
-void copyText(std::array<char, N>& into, const char* text, std::size_t room = N) {
-  std::size_t n = 0;
-  while (n < room && text[n] != '\0') ++n;
-  std::copy_n(text, n, into.begin());
-  std::fill(into.begin() + static_cast<std::ptrdiff_t>(n), into.end(), '\0');
-}
-
 /// The parameter as a capacity that `AudioMsg` has room for.
 unsigned capacity(int parameter) {
   return static_cast<unsigned>(std::clamp(parameter, 0, 512));
-}
-
-/// The low bits of a whole number of any size; 0 for one that is no number.
-unsigned lowBits(double whole) {
-  return std::fabs(whole) < 1e9 ? static_cast<unsigned>(static_cast<int>(whole)) : 0;
 }
 
 }  // namespace
@@ -73,71 +49,7 @@ int decodeChar(char c) {
   return msgDecodeChars[static_cast<unsigned char>(c)];
 }
 
-// Int3B
-
-Int3B::Int3B() {
-  encode();
-}
-
-Int3B::Int3B(const char* text) {
-  copyText(encoding, text);
-  decode();
-}
-
-Int3B::Int3B(const unsigned& number) : value(number) {
-  encode();
-}
-
-void Int3B::encode() {
-  for (unsigned k = 0; k < encoding.size(); ++k) encoding[k] = digit(digitsOf(value, k));
-}
-
-void Int3B::decode() {
-  value = decoded(encoding[0]) | decoded(encoding[1]) << 6 | decoded(encoding[2]) << 12;
-}
-
-// Val5B
-
-Val5B::Val5B(const char* text) {
-  copyText(encoding, text);
-  decode();
-}
-
-Val5B::Val5B(double newX, double newY, unsigned newAge, WObjectState newState)
-    : x(newX), y(newY), age(newAge), state(newState) {
-  encode();
-}
-
-Val5B::Val5B(Vector2d pos, unsigned newAge, WObjectState newState)
-    : Val5B(pos.x, pos.y, newAge, newState) {}
-
-void Val5B::encode() {
-  const double gridX = std::floor(10 * x + 1024);
-  const double gridY = std::floor(10 * y + 1024);
-  const auto inGrid = [](double n) { return n >= 0 && n <= 2047; };
-  const bool known = state == UNSAFE || state == FUZZY || state == VISUAL;
-  if (!inGrid(gridX) || !inGrid(gridY) || age > INVALIDAGE || !known) age = INVALIDAGE;
-  const unsigned column = lowBits(gridX);
-  const unsigned row = lowBits(gridY);
-  encoding[0] = digit(column);
-  encoding[1] = digit((column >> 6 & 31) | (state == FUZZY ? 32U : 0U));
-  encoding[2] = digit(row);
-  encoding[3] = digit((row >> 6 & 31) | (state == VISUAL ? 32U : 0U));
-  encoding[4] = digit(age);
-}
-
-void Val5B::decode() {
-  const unsigned highX = decoded(encoding[1]);
-  const unsigned highY = decoded(encoding[3]);
-  const unsigned column = decoded(encoding[0]) | (highX & 31) << 6;
-  const unsigned row = decoded(encoding[2]) | (highY & 31) << 6;
-  x = (static_cast<double>(column) - 1024) / 10;
-  y = (static_cast<double>(row) - 1024) / 10;
-  age = decoded(encoding[4]);
-  state = highX >= 32 ? FUZZY : highY >= 32 ? VISUAL : UNSAFE;
-}
-
-// AudioMsg: construction
+// Construction
 
 AudioMsg::AudioMsg() : AudioMsg(0, 0, false) {}
 
@@ -150,22 +62,20 @@ AudioMsg::AudioMsg(unsigned destno, unsigned stime, bool iscoachmsg)
 }
 
 AudioMsg::AudioMsg(const char* text) {
-  copyText(encoded, text, encoded.size() - 1);
+  copyText(std::span(encoded).first(encoded.size() - 1), text);
   MSG_LENGTH = capacity(isCoachMsg() ? SAY_COACH_MSG_SIZE : SAY_MSG_SIZE);
 }
 
 AudioMsg::AudioMsg(int sender, const char* teamname, const char* text)
     : senderNo(sender), MSG_LENGTH(capacity(SAY_MSG_SIZE)) {
-  copyText(encoded, text, encoded.size() - 1);
-  copyText(teamName, teamname, teamName.size() - 1);
+  copyText(std::span(encoded).first(encoded.size() - 1), text);
+  copyText(std::span(teamName).first(teamName.size() - 1), teamname);
 }
 
 // Header
 
 void AudioMsg::setPrefix(const char* prefix) {
-  std::array<char, PREFIX_LENGTH> characters{};
-  copyText(characters, prefix);
-  std::copy(characters.begin(), characters.end(), encoded.begin());
+  copyText(std::span(encoded).first(PREFIX_LENGTH), prefix);
 }
 
 bool AudioMsg::verifyPrefix(const char* prefix) const {
@@ -407,27 +317,6 @@ AudioMsg& AudioMsg::operator>>(NodaChar& value) {
   if (const char* character = take(1))
     value = NodaChar(static_cast<unsigned char>(decoded(*character)));
   return *this;
-}
-
-// Printed forms
-
-std::ostream& operator<<(std::ostream& out, const Int3B& value) {
-  return out << "(Int3B " << value.getValue() << ")";
-}
-
-std::ostream& operator<<(std::ostream& out, const Val5B& value) {
-  if (!value.isValid()) return out << "(Val5B invalid)";
-  const WObjectState state = value.getState();
-  return out << "(Val5B (" << value.getX() << "," << value.getY() << ")(age " << value.getAge()
-             << ")(state "
-             << (state == FUZZY    ? "FUZZY"
-                 : state == VISUAL ? "VISUAL"
-                                   : "UNSAFE")
-             << "))";
-}
-
-std::ostream& operator<<(std::ostream& out, const NodaChar& value) {
-  return out << static_cast<char>(value);
 }
 
 std::ostream& operator<<(std::ostream& out, const AudioMsg& message) {

@@ -308,7 +308,8 @@ int Parser::readToken(const Format& format, const Token& token) {
     return -1;
   }
   const Reading reading = format.scan(msg);
-  if (token.dt == DT_NONE ? reading.consumed == 0 : !reading.converted) return 1;
+  const bool stored = reading.converted && !format.skipped;
+  if (token.dt == DT_NONE ? reading.consumed == 0 : !stored) return 1;
 
   if (token.dt == DT_INT) *static_cast<int*>(token.ptr) = reading.value.integer;
   if (token.dt == DT_DOUBLE) *static_cast<double*>(token.ptr) = reading.value.real;
