@@ -2,7 +2,7 @@
 """Draws the quotients speed / way of one player over the cycles of play on, against the decays of
 the player types, from a recording (milliseconds, tab, text) on standard input:
 
-    zcat types_left.txt.gz | docs/decayplot.py Beta 5 90 > docs/types-from-decay.svg
+    docs/decayplot.py Beta 5 160 < tests/data/types_left.txt > docs/types-from-decay.svg
 
 The arguments are team, shirt number and the number of cycles. The lower panel is an enlargement
 around the player's decay; there every step has the bar of what its printed digits leave open.

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <set>
 #include <string_view>
 
@@ -166,9 +165,8 @@ std::string helpText() {
       "practicematch [OPTION]...\n\n"
       "Stands in for the simulator server on the online coach's port: waits for a coach on this\n"
       "machine and shows it a simulated match, or a recorded one. At the end it reports how the\n"
-      "coach did. With --player-port, players of the coach's team may come too, before the coach "
-      "or\n"
-      "later. They get the calls, their senses and what the coach says, but steer no body.\n\n";
+      "coach did. With --player-port, players of the coach's team may come too, before the coach\n"
+      "or later. They get the calls, their senses and what the coach says, but steer no body.\n\n";
   for (const Row& row : rows) {
     std::string left = "  " + std::string(row.name);
     if (!row.valueName.empty()) left += " " + std::string(row.valueName);
