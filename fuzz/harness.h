@@ -14,6 +14,9 @@
 
 namespace vok::fuzz {
 
+/// The coach's team.
+inline constexpr const char* TEAM = "Alpha";
+
 /// Ends the process like a crash, with a line on standard error, when something does not hold.
 void require(bool holds, const char* what);
 
