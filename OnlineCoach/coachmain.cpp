@@ -1,7 +1,6 @@
 // The online coach's program: command line, one coach, one match.
 #include <getopt.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <memory>

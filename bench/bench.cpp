@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <charconv>
-#include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <thread>

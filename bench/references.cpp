@@ -1,7 +1,6 @@
 #include "references.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstdio>
 #include <cstring>

@@ -1,8 +1,5 @@
 // The world in say messages. A coach's message holds the whole picture in the codec's units; a
 // player's has ten characters of its own, in two numbers of three digits of the whole alphabet.
-
-#include <array>
-#include <cmath>
 #include <numbers>
 
 #include "constants.h"

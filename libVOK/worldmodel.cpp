@@ -1,7 +1,6 @@
 #include "worldmodel.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <iostream>
 #include <limits>

@@ -6,7 +6,6 @@
 #pragma once
 
 #include <array>
-#include <vector>
 
 #include "grade.h"
 #include "tacticalmodule/decaytypes.h"

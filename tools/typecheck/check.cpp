@@ -1,7 +1,6 @@
 #include "check.h"
 
 #include <algorithm>
-#include <memory>
 #include <sstream>
 
 #include "Comm.h"
