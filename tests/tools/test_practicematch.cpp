@@ -13,7 +13,7 @@
 #include "match.h"
 #include "options.h"
 #include "playerport.h"
-#include "replay.h"
+#include "recording.h"
 
 using namespace vok;
 using namespace vok::practice;

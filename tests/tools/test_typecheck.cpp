@@ -24,7 +24,7 @@ class TypeCheck : public testing::Test {
 
   test::ParamKeeper keeper;
   test::StderrCapture errors;
-  Capture capture;
+  Recording capture;
   Truth truth;
   Findings findings;
   std::string error;
@@ -61,7 +61,7 @@ TEST_F(TypeCheck, BadFilesAreRefused) {
   EXPECT_FALSE(check(capture, truth, "Alpha", SIDE_RIGHT, true, findings, error));
   std::istringstream in("12 (think)\n");
   EXPECT_FALSE(capture.read(in, error));
-  EXPECT_EQ(error, "line 1 has no tab behind its milliseconds");
+  EXPECT_EQ(error, "line 1 is not \"MILLISECONDS<tab>TEXT\" (is it still compressed?)");
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <iostream>
 
 #include "options.h"
-#include "replay.h"
+#include "recording.h"
 #include "serve.h"
 #include "session.h"
 

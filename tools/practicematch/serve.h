@@ -2,7 +2,7 @@
 #pragma once
 
 #include "options.h"
-#include "replay.h"
+#include "recording.h"
 #include "session.h"
 
 namespace vok::practice {

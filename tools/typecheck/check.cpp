@@ -27,14 +27,15 @@ playing_side otherSide(playing_side side) {
 }
 
 /// The first texts of a recording: the answer to the check-in and the two parameter messages.
-bool checkIn(Comm& comm, const Capture& capture, playing_side side, std::string& error) {
+bool checkIn(Comm& comm, const Recording& capture, playing_side side, std::string& error) {
   const auto& texts = capture.texts;
   const std::string init = std::string("(init ") + (side == SIDE_LEFT ? 'l' : 'r') + " ok)";
-  if (texts.size() < 3 || texts[0] != init) {
+  if (texts.size() < 3 || texts[0].text != init) {
     error = "the capture does not begin with \"" + init + "\"";
     return false;
   }
-  if (!comm.parser->parseServerParam(texts[1]) || !comm.parser->parsePlayerParam(texts[2])) {
+  if (!comm.parser->parseServerParam(texts[1].text) ||
+      !comm.parser->parsePlayerParam(texts[2].text)) {
     error = "the capture lacks server_param or player_param behind its first line";
     return false;
   }
@@ -124,21 +125,7 @@ int Truth::typeAt(playing_side side, int number, long time) const {
   return type;
 }
 
-bool Capture::read(std::istream& in, std::string& error) {
-  texts.clear();
-  std::string line;
-  for (int number = 1; std::getline(in, line); ++number) {
-    const std::size_t tab = line.find('\t');
-    if (tab == std::string::npos) {
-      error = "line " + std::to_string(number) + " has no tab behind its milliseconds";
-      return false;
-    }
-    texts.push_back(line.substr(tab + 1));
-  }
-  return true;
-}
-
-bool check(const Capture& capture, const Truth& truth, const std::string& team, playing_side side,
+bool check(const Recording& capture, const Truth& truth, const std::string& team, playing_side side,
            bool fromDecay, Findings& findings, std::string& error) {
   for (const char* key : neededKeys) setEntry(key, "0");
   setEntry("tac_typesFromDecay", fromDecay ? "1" : "0");
@@ -152,7 +139,7 @@ bool check(const Capture& capture, const Truth& truth, const std::string& team, 
   TacticalModule tactical(&world, nullptr);
   Observer observer(truth, otherSide(side), findings);
   for (std::size_t i = 3; i < capture.texts.size(); ++i) {
-    comm.receiveText(capture.texts[i].c_str());
+    comm.receiveText(capture.texts[i].text.c_str());
     if (comm.async->takeAct()) {
       world.adjust();
       tactical.feedbackWorld();

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "recording.h"
 #include "sensordata.h"
 
 namespace vok::typecheck {
@@ -30,13 +31,6 @@ class Truth {
   std::vector<Entry> entries;
 };
 
-/// A recording: one line a datagram, milliseconds, a tab and the text.
-struct Capture {
-  std::vector<std::string> texts;
-
-  bool read(std::istream& in, std::string& error);
-};
-
 /// How the inference about one opponent went.
 struct Finding {
   int trueType = -1;  ///< at the end
@@ -54,7 +48,7 @@ using Findings = std::array<Finding, 12>;
 
 /// What the coach of `team` on `side` finds out. False with the reason when the recording is none
 /// of that coach.
-bool check(const Capture& capture, const Truth& truth, const std::string& team, playing_side side,
+bool check(const Recording& capture, const Truth& truth, const std::string& team, playing_side side,
            bool fromDecay, Findings& findings, std::string& error);
 
 }  // namespace vok::typecheck

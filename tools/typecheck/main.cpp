@@ -119,7 +119,7 @@ int main(int argc, char** argv) {
     std::cerr << usage;
     return BAD_ARGUMENT;
   }
-  Capture capture;
+  Recording capture;
   Truth truth;
   if (!readFile(options.capture, capture) || !readFile(options.truth, truth)) return BAD_ARGUMENT;
 

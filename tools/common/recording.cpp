@@ -1,10 +1,10 @@
-#include "replay.h"
+#include "recording.h"
 
 #include <charconv>
 #include <istream>
 #include <string_view>
 
-namespace vok::practice {
+namespace vok {
 
 namespace {
 
@@ -21,6 +21,7 @@ bool readLine(std::string_view line, RecordedText& entry) {
 }  // namespace
 
 bool Recording::read(std::istream& in, std::string& error) {
+  texts.clear();
   std::string line;
   while (std::getline(in, line)) {
     RecordedText entry;
@@ -69,4 +70,4 @@ std::string Recording::team() const {
   return {};
 }
 
-}  // namespace vok::practice
+}  // namespace vok

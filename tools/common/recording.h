@@ -1,11 +1,11 @@
-// A recorded match: what a real server sent to a coach, sent again.
+// A recorded match: what a server sent to a coach.
 #pragma once
 
 #include <iosfwd>
 #include <string>
 #include <vector>
 
-namespace vok::practice {
+namespace vok {
 
 struct RecordedText {
   double milliseconds;  ///< since the recording began
@@ -26,4 +26,4 @@ struct Recording {
   std::string lastTime() const;
 };
 
-}  // namespace vok::practice
+}  // namespace vok
