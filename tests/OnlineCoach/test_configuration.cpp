@@ -94,7 +94,7 @@ void expectEnd(const std::string& key, const std::string& value, const Lines& re
   SCOPED_TRACE(key + " = " + value);
   const ChangedConfig config(key, value);
   ScriptedServer server;
-  CoachProcess coach(coachArguments(server.port(), config.path));
+  CoachProcess coach(coachArguments(server.port(), {"-f", config.path}));
   ASSERT_NO_FATAL_FAILURE(leadTo(momentOf(key), server));
   EXPECT_EQ(coach.wait(), 10);
   EXPECT_EQ(coach.reports(), reports);

@@ -200,8 +200,10 @@ ChangedConfig::~ChangedConfig() {
   std::remove(path.c_str());
 }
 
-Lines coachArguments(int port, const std::string& config) {
-  return {"-t", "Alpha", "-h", "127.0.0.1", "-p", std::to_string(port), "-f", config};
+Lines coachArguments(int port, const Lines& more) {
+  Lines all = {"-t", "Alpha", "-h", "127.0.0.1", "-p", std::to_string(port), "-f", shippedConfig};
+  all.insert(all.end(), more.begin(), more.end());
+  return all;
 }
 
 Lines lines(const std::string& text) {

@@ -103,8 +103,8 @@ class ChangedConfig {
   const std::string path;
 };
 
-/// The arguments that start a coach of team "Alpha" at a server.
-Lines coachArguments(int port, const std::string& config = shippedConfig);
+/// The arguments that start a coach of team "Alpha" at a server, and more, which win.
+Lines coachArguments(int port, const Lines& more = {});
 
 /// A text's lines.
 Lines lines(const std::string& text);
