@@ -1,5 +1,5 @@
-// The real coach program while the network, the server or the machine misbehaves: what it outlives,
-// what ends it, and that a request to stop is obeyed at any moment.
+// The real coach program in matches, above all while the network, the server or the machine
+// misbehaves: what it outlives, what ends it, and that a request to stop is obeyed at any moment.
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -59,6 +59,7 @@ const Table texts = {
     {"init-r", "(init r ok)"},
     {"init-long", padded("(init l ok)", 60000)},
     {"init-cut", "(init \0l ok)"s},
+    {"refusal", "(error no_such_team)"},
     {"server", serverParam},
     {"server-hasty", "(server_param (simulator_step 10)(synch_mode 1))"},  // dead in half a second
     {"server-8192", padded(serverParam, 8191)},
@@ -75,9 +76,14 @@ const Table texts = {
     {"view-nul-over", view(2) + "\0(hear 2 referee time_over)"s},
     {"crowd22", crowd(22)},
     {"crowd23", crowd(23)},
+    {"kickoff", "(hear 0 referee kick_off_l)"},
     {"goal", "(hear 1 referee goal_l_1)"},
+    {"foul", "(hear 3 referee foul_charge_l)"},
     {"over", "(hear 1 referee time_over)"},
     {"bogus", "(bogus)"},
+    {"error", "(error unknown_command)"},
+    {"see12", "(see 12)"},
+    {"unterminated", "(warning message_not_null_terminated)"},
     {"bytes", bytes},
     {"call-bytes", "(hear 1 referee " + bytes},
     {"view-bytes", "(see_global 1 ((" + bytes},
@@ -86,6 +92,8 @@ const Table commands = {{"INIT", "(init Alpha (version 9.00))"},
                         {"EYE", "(eye on)"},
                         {"DONE", "(done)"},
                         {"BYE", "(bye)"},
+                        {"DONE$", "(done)$"},
+                        {"BYE$", "(bye)$"},
                         {"NOTHING", ""}};
 const std::map<std::string, int> signals = {{"alarm", SIGALRM}, {"stop", SIGSTOP}, {"go", SIGCONT}};
 
@@ -214,6 +222,13 @@ const Fault outlivedFaults[] = {
     {"ServerParamTwice", "INIT init EYE server server player",
      checkin + "got server_param instead of player_param\n"
                "CommError: 0 Comm (Alpha No.0): could not parse server string (player_param \n"},
+    {"ParametersInTheOtherOrder", "INIT init player server EYE",
+     checkin + "got player_param instead of server_param\n" + checkin +
+         "got server_param instead of player_param\n"},
+    // Before the kick-off and after a foul, although the play mode does not tell.
+    {"ClockStandsStill",
+     "INIT init EYE server player v0 NOTHING think DONE kickoff v0 think DONE v1 think DONE "
+     "think NOTHING v2 DONE foul v3 think DONE v3 think DONE think v3 DONE"},
     {"AllInOneBurst", "INIT init server player type v1 think EYE DONE"},
     {"CheckinAmongAlarms", "INIT alarm init alarm EYE alarm server wait alarm player alarm"},
     {"LateTextsFromChangingPorts", "INIT wait*50 2:init 2:EYE wait*50 server wait*50 2:player"},
@@ -264,11 +279,13 @@ TEST_P(Fatal, AndTheCoachEndsInOrder) {
   Game game;
   game.play(GetParam().words);
   EXPECT_EQ(game.coach.wait(1500), 0);
+  game.play("NOTHING");
   expectLines(game.coach, GetParam().lines);
 }
 
 const Fault fatalFaults[] = {
     {"EmptyAnswer", "INIT empty BYE", stranger + "\n" + misread + closing},
+    {"Refusal", "INIT refusal BYE", stranger + "(error no_such_team)\n" + misread + closing},
     {"AnswerCutOff", "INIT init-cut BYE", stranger + "(init \n" + misread + closing},
     {"AnswersOfTwoServers", "INIT init 2:init-r EYE 2:BYE",
      checkin + "cannot parse server_param (init r ok)\n" + undelivered + closing},
@@ -285,6 +302,16 @@ const Fault fatalFaults[] = {
          closing},
     {"SilenceAmongAlarms", "INIT init EYE server-hasty player v1 think DONE MEANWHILE alarm wait",
      "CommError:  (Alpha No. 0) select timed out assuming server is dead\n"},
+    // From the warning on every command carries its NUL byte.
+    {"TimeOverBehindUnreadableTexts",
+     "start error bogus see12 unterminated v13 think DONE$ over BYE$",
+     "CommError: 1 Comm (Alpha No.0): received error message from server: (error "
+     "unknown_command)\n" +
+         unreadable + "(bogus)\n" +
+         "12 AsyncInfo (Alpha No.0): completely missed server timesteps from 2 to 11 (no commands "
+         "sent)\nCommError: 12 Comm (Alpha No.0): received strange message from server: (see 12)\n"
+         "CommError: 12 Comm (Alpha No.0): received warning message from server: "
+         "(warning message_not_null_terminated)\n"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Faults, Fatal, testing::ValuesIn(fatalFaults), nameOf);
@@ -307,6 +334,7 @@ TEST_P(AtAnyMoment, ASignalEndsTheCoachWithinASecond) {
 }
 
 const Fault moments[] = {
+    {"BehindTheInit", "INIT", "CommError: error while recving data\n" + undelivered + closing},
     {"BetweenTheParameters", "INIT init server EYE",
      "CommError: error while recving data\n" + undelivered + closing},
     {"BetweenViewAndThink", "start v2"},
