@@ -263,10 +263,13 @@ TEST_F(Connection, AFloodDoesNotKeepTheDrain) {
   EXPECT_LE(lines(errors.take()).size(), 1000);
 }
 
-TEST_F(Connection, ASecondOneEndsTheProcess) {
-  connectAs(CLIENT_ONLINECOACH);
-  EXPECT_EXIT(Comm("Alpha", CLIENT_ONLINECOACH, "127.0.0.1", 1, 0, false, 7, 8, SIDE_LEFT),
-              testing::ExitedWithCode(255),
+TEST(SecondConnection, EndsTheProcess) {
+  Config::readFile(shippedConfig);
+  const auto build = [] {
+    return Comm("Alpha", CLIENT_ONLINECOACH, "127.0.0.1", 1, 0, false, 7, 8, SIDE_LEFT);
+  };
+  const Comm first = build();
+  EXPECT_EXIT(build(), testing::ExitedWithCode(255),
               "CommError: Comm: cannot construct more than one Comm in any single process !");
 }
 
