@@ -33,13 +33,6 @@ const std::string malformed = "Parser: malformed object: ";
 const std::string dumping =
     "DataStore: more than 20 unprocessed SensorDatas, dumping oldest one.\n";
 
-std::string playerType(int id) {
-  return "(player_type (id " + std::to_string(id) +
-         ")(player_speed_max 1.05)(stamina_inc_max 45)(player_decay 0.4)(inertia_moment 5)"
-         "(dash_power_rate 0.006)(player_size 0.3)(kickable_margin 0.7)(kick_rand 0.1)"
-         "(extra_stamina 50)(effort_max 1)(effort_min 0.6))";
-}
-
 std::string padded(std::string text, std::size_t size) {
   text.insert(text.size() - 1, size - text.size(), ' ');
   return text;

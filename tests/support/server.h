@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vok::test {
@@ -106,7 +107,16 @@ class ChangedConfig {
 /// The arguments that start a coach of team "Alpha" at a server, and more, which win.
 Lines coachArguments(int port, const Lines& more = {});
 
+/// The announcement of the default type under an id.
+std::string playerType(int id);
+
+/// Runs a command of the shell: its status, and what it wrote on both streams.
+std::pair<int, std::string> runCommand(const std::string& command);
+
 /// A text's lines.
 Lines lines(const std::string& text);
+
+/// How often a text holds another one.
+std::size_t count(const std::string& text, const std::string& what);
 
 }  // namespace vok::test

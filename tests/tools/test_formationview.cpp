@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <string>
 #include <utility>
 
@@ -12,22 +10,11 @@ namespace {
 
 /// Runs the program on a configuration: its status, and what it wrote on both streams.
 std::pair<int, std::string> run(const std::string& arguments, const std::string& configuration) {
-  const std::string program = VOK_BIN_DIR "/formationview ";
-  FILE* pipe = popen((program + configuration + " " + arguments + " 2>&1").c_str(), "r");
-  std::string output;
-  for (int c; (c = std::fgetc(pipe)) != EOF;) output += static_cast<char>(c);
-  const int status = pclose(pipe);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
+  return runCommand(VOK_BIN_DIR "/formationview " + configuration + " " + arguments);
 }
 
 std::string drawn(const std::string& arguments) {
   return run(arguments, shippedConfig).second;
-}
-
-std::size_t count(const std::string& text, const std::string& what) {
-  std::size_t n = 0;
-  for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
-  return n;
 }
 
 /// Where the only picture has a tactical number, as "x,y".
