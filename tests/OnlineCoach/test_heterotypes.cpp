@@ -2,17 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <memory>
 #include <string>
-#include <thread>
 #include <tuple>
 #include <utility>
 #include <vector>
 
 #include "constants.h"
+#include "support/coach.h"
 #include "support/param_keeper.h"
-#include "support/server.h"
-#include "vokcoach.h"
 
 namespace vok::test {
 namespace {
@@ -27,10 +24,6 @@ constexpr double types[7][4] = {{0.4, 0.7, 0.006, 0},     {0.5, 0.75, 0.0076, 40
 class HeteroTypes : public testing::Test {
  protected:
   HeteroTypes() {
-    std::thread checkIn([this] { server.checkIn(); });
-    coach =
-        std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
-    checkIn.join();
     coach->world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
     for (int id = 0; id < 7; ++id) {
       WPlayerType& type = coach->world->playerType.at(static_cast<std::size_t>(id));
@@ -57,7 +50,7 @@ class HeteroTypes : public testing::Test {
 
   ParamKeeper keeper;
   ScriptedServer server;
-  std::unique_ptr<VokCoach> coach;
+  std::unique_ptr<VokCoach> coach = checkedIn(server);
 };
 
 TEST_F(HeteroTypes, UtilityWeighsHowCloseATypeComesToTheWishes) {

@@ -3,19 +3,15 @@
 
 #include <array>
 #include <cstdio>
-#include <memory>
-#include <thread>
 
 #include "Config.h"
 #include "constants.h"
+#include "support/coach.h"
 #include "support/param_keeper.h"
-#include "support/server.h"
-#include "vokcoach.h"
 
 namespace vok::test {
 namespace {
 
-using Texts = std::vector<std::string>;
 using Times = std::vector<long>;
 
 // Where the ball is in the server's frame: beside Alpha's 8, and beside its 5.
@@ -45,10 +41,7 @@ std::string field(long time, const char* ball = ballAt8, bool run = false) {
 class Messages : public testing::Test {
  protected:
   void start(char side = 'l') {
-    std::thread checkIn([&] { server.checkIn(side); });
-    coach =
-        std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
-    checkIn.join();
+    coach = checkedIn(server, side);
     EXPECT_EQ(server.receive(), "(eye on)");
   }
 
@@ -69,12 +62,12 @@ class Messages : public testing::Test {
   }
 
   // One cycle in which the referee may call something; what the coach sent in it before "(done)".
-  Texts cycle(const std::string& see, const std::string& call = "") {
+  Lines cycle(const std::string& see, const std::string& call = "") {
     const std::string time = std::to_string(std::stol(see.substr(12)));
     if (!call.empty()) feed("(hear " + time + " referee " + call + ")");
     feed(see);
     feed("(think)");
-    Texts sent;
+    Lines sent;
     for (std::string text; (text = server.receive()) != "(done)";) {
       if (text.empty()) return {"no answer"};
       sent.push_back(text);
@@ -133,17 +126,17 @@ class MatchMessages : public Messages, public testing::WithParamInterface<Side> 
 // behind their goalie on the other (3 + 12 * 2 = 27: Baa).
 TEST_P(MatchMessages, HaveEveryCharacterInPlace) {
   start(GetParam().side);
-  EXPECT_EQ(cycle(field(0)), Texts()) << "not a situation yet";
+  EXPECT_EQ(cycle(field(0)), Lines()) << "not a situation yet";
   announceTypes();
   feed("(hear 0 referee kick_off_l)");
-  EXPECT_EQ(cycle(field(1)), (Texts{say(GetParam().kickOff), "(change_player_type 10 3)",
+  EXPECT_EQ(cycle(field(1)), (Lines{say(GetParam().kickOff), "(change_player_type 10 3)",
                                     "(change_player_type 11 3)", "(change_player_type 2 3)"}))
       << "the message goes before the types";
-  EXPECT_EQ(cycle(field(2)), Texts());
-  EXPECT_EQ(cycle(field(3), "play_on"), Texts());
-  EXPECT_EQ(cycle(field(4)), Texts());
-  EXPECT_EQ(cycle(field(5, ballAt5, true)), Texts());
-  EXPECT_EQ(cycle(field(6, ballAt5, true), "free_kick_r"), Texts{say(GetParam().freeKick)});
+  EXPECT_EQ(cycle(field(2)), Lines());
+  EXPECT_EQ(cycle(field(3), "play_on"), Lines());
+  EXPECT_EQ(cycle(field(4)), Lines());
+  EXPECT_EQ(cycle(field(5, ballAt5, true)), Lines());
+  EXPECT_EQ(cycle(field(6, ballAt5, true), "free_kick_r"), Lines{say(GetParam().freeKick)});
   EXPECT_EQ(errors.take(), "");
 }
 
@@ -170,7 +163,7 @@ TEST_F(Messages, NameNobodyWithoutAFormation) {
       cycle("(see_global 1 ((b) 0 0 0 0) ((p \"Alpha\" 2) -10 20 0 0 0 0) "
             "((p \"Beta\" 11) 30.5 -4 0 0 180 0))",
             "kick_in_l"),
-      Texts{say("vokqqXQbaaaaWbbaaaGaGIFoAEGoACEiJ8GoAMEoAAHoAiEoA4HoAQDoAwIoAmDoA0IoAUCoAsJoA"
+      Lines{say("vokqqXQbaaaaWbbaaaGaGIFoAEGoACEiJ8GoAMEoAAHoAiEoA4HoAQDoAwIoAmDoA0IoAUCoAsJoA"
                 "qCoAWJoAYBoAoKoAuBoASKoA2AoAXKyFaaaaaaaaaaa---aaa")});
 }
 
@@ -226,7 +219,7 @@ TEST_F(Messages, TheSwitchOfTheTypesIsLookedUpInEveryAct) {
   EXPECT_EQ(cycle(field(1), "kick_off_l").size(), 1) << "the message alone";
   setEntry("use_heterogenous_players", "1");
   EXPECT_EQ(cycle(field(2)).size(), 3) << "three players of type 3";
-  EXPECT_EQ(cycle(field(3)), Texts()) << "once";
+  EXPECT_EQ(cycle(field(3)), Lines()) << "once";
 }
 
 }  // namespace

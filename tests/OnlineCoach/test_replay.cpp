@@ -1,39 +1,16 @@
-// The coach follows a recorded match: tests/data/realtime_left.txt, 300 cycles that a real server
-// sent to the coach of "Alpha" on the left.
+// The coach follows a recorded match.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <map>
-#include <thread>
 
 #include "constants.h"
-#include "support/server.h"
-#include "vokcoach.h"
+#include "support/coach.h"
 
 namespace vok::test {
 namespace {
 
-std::vector<std::string> recording() {
-  std::ifstream file(VOK_SOURCE_DIR "/tests/data/realtime_left.txt");
-  std::vector<std::string> texts;
-  for (std::string line; std::getline(file, line);)
-    texts.push_back(line.substr(line.find('\t') + 1));
-  return texts;
-}
-
-// A match of the recording: the first three texts are the check-in, the coach runs on the rest.
 class Replay : public testing::Test {
  protected:
-  Replay() : texts(recording()) {
-    std::thread serving([this] {
-      server.receive();
-      for (std::size_t i = 0; i < 3; ++i) server.send(texts[i]);
-    });
-    coach =
-        std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
-    serving.join();
-  }
-
   void run() {
     for (std::size_t i = 3; i < texts.size(); ++i) {
       coach->comm->receiveText(texts[i].c_str());
@@ -46,11 +23,11 @@ class Replay : public testing::Test {
     for (std::string text; !(text = server.receive(0)).empty();) sent.push_back(text);
   }
 
-  std::vector<std::string> texts;
-  std::vector<std::string> sent;
+  Lines texts = recording();
+  Lines sent;
   ScriptedServer server;
   StderrCapture errors;
-  std::unique_ptr<VokCoach> coach;
+  std::unique_ptr<VokCoach> coach = checkedIn(server, texts);
 };
 
 TEST_F(Replay, KnowsTheTypesAndReportsOnlyWhatTheTrafficCallsFor) {
