@@ -13,6 +13,7 @@
 #include <set>
 #include <sstream>
 #include <thread>
+#include <tuple>
 
 #include "support/server.h"
 
@@ -341,25 +342,19 @@ const Fault moments[] = {
 INSTANTIATE_TEST_SUITE_P(Faults, AtAnyMoment, testing::ValuesIn(moments), nameOf);
 
 TEST(FailingSends, AreReportedAndTheCommandIsLost) {
-  const struct {
-    const char* lost;
-    int error;
-    const char* words;
-    std::string lines;
-  } cases[] = {
+  const std::string unsent = " Comm (Alpha No.0): agent cannot send ";
+  const std::tuple<const char*, int, const char*, std::string> cases[] = {
       {"INIT", ENETUNREACH, "BYE", "CommError: could not send msg\n" + undelivered + closing},
       {"EYE", EHOSTUNREACH, "INIT init server player v1 think DONE over BYE",
        "CommError: 0 Comm (Alpha No.-1): agent cannot send (eye on) to server"},
       {"DONE", ENOBUFS, "INIT init EYE server player v1 think over BYE",
-       "CommError: 1 Comm (Alpha No.0): agent cannot send (done) to server"},
-      {"BYE", EPERM, "start over",
-       "CommError: 1 Comm (Alpha No.0): agent cannot send (bye) to server"},
-  };
-  for (const auto& c : cases) {
-    Game game({}, {static_cast<unsigned>(commands.at(c.lost).size()), c.error});
-    game.play(c.words);
+       "CommError: 1" + unsent + "(done) to server"},
+      {"BYE", EPERM, "start over", "CommError: 1" + unsent + "(bye) to server"}};
+  for (const auto& [lost, error, words, reported] : cases) {
+    Game game({}, {static_cast<unsigned>(commands.at(lost).size()), error});
+    game.play(words);
     EXPECT_EQ(game.coach.wait(1000), 0);
-    expectLines(game.coach, c.lines);
+    expectLines(game.coach, reported);
   }
 }
 

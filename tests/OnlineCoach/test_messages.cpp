@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdio>
 
-#include "Config.h"
 #include "constants.h"
 #include "support/coach.h"
 #include "support/param_keeper.h"
@@ -210,16 +209,6 @@ TEST_F(Messages, EndWithTheBudgetUntilItIsRefilled) {
   EXPECT_EQ(spokenIn(6000, 6001, "kick_in_r"), Times{6000});
   EXPECT_EQ(spokenIn(6002, 6002, "kick_in_l"), Times());
   EXPECT_EQ(errors.take(), lost);
-}
-
-TEST_F(Messages, TheSwitchOfTheTypesIsLookedUpInEveryAct) {
-  start();
-  announceTypes();
-  setEntry("use_heterogenous_players", "0");
-  EXPECT_EQ(cycle(field(1), "kick_off_l").size(), 1) << "the message alone";
-  setEntry("use_heterogenous_players", "1");
-  EXPECT_EQ(cycle(field(2)).size(), 3) << "three players of type 3";
-  EXPECT_EQ(cycle(field(3)), Lines()) << "once";
 }
 
 }  // namespace
