@@ -44,15 +44,11 @@ TEST_F(WorldAudio, PlayerTakesTheCoachsPictureButKeepsItself) {
   AudioMsg msg = coachMessage(5, 2);
   EXPECT_EQ(msg.getWritePos(), 1u + 2 + 4 + 88 + 11);
   ASSERT_TRUE(world.feedbackAudio(msg));
-  EXPECT_TRUE(near(world.ball.pos, {10, -5}));
-  EXPECT_TRUE(near(world.ball.v, {0, 0}));
-  EXPECT_EQ(world.ball.age, 0);
-  EXPECT_TRUE(near(world.otherTeam[11].pos, {3.5, 33}));
-  EXPECT_TRUE(near(world.ourTeam[3].pos, {7, 7}));
+  EXPECT_TRUE(near(world.ball.pos, {10, -5}) && near(world.ball.v, {0, 0}) && world.ball.age == 0);
+  EXPECT_TRUE(near(world.otherTeam[11].pos, {3.5, 33}) && near(world.ourTeam[3].pos, {7, 7}));
   EXPECT_EQ(world.ourTeam[5].tacticalNo, 1);
   EXPECT_EQ(world.otherTeam[2].isGoalie, GOALIE_TRUE);
-  EXPECT_EQ(world.otherTeam[4].type, 6);
-  EXPECT_EQ(world.otherTeam[5].type, -1);
+  EXPECT_TRUE(world.otherTeam[4].type == 6 && world.otherTeam[5].type == -1);
 }
 
 TEST_F(WorldAudio, GoaliesAreLearntOnceAndOnlyWhenTheyAreShirtNumbers) {
