@@ -12,9 +12,7 @@ namespace {
 
 /// What reading a file with this text writes to standard error.
 std::string read(const std::string& text) {
-  // Other tests run beside this one.
-  const std::string fileName =
-      testing::TempDir() + "vok_test_config-" + std::to_string(getpid()) + ".conf";
+  const std::string fileName = testing::TempDir() + "config-" + std::to_string(getpid());
   std::ofstream(fileName, std::ios::binary) << text;
   testing::internal::CaptureStderr();
   EXPECT_TRUE(Config::readFile(fileName.c_str()));

@@ -83,14 +83,13 @@ TEST_F(WorldQueries, OtherOffsideLineKnowsTheSetPlaysAndElseOurSecondLastOrTheBa
 
 TEST_F(WorldQueries, ADirectionIsAsOldAsItsFreshestLook) {
   world.vDir[3] = PI;
-  world.vAngle[3] = Worldmodel::getViewAngle(VIEW_WIDTH_NORMAL);
-  world.vAge[3] = 5;
   world.vDir[9] = -3.0;
+  world.vAngle[3] = Worldmodel::getViewAngle(VIEW_WIDTH_NORMAL);
   world.vAngle[9] = Worldmodel::getViewAngle(VIEW_WIDTH_NARROW);
+  world.vAge[3] = 5;
   world.vAge[9] = 2;
-  EXPECT_EQ(world.dirAge(3.1), 2);  // across the seam at pi
-  EXPECT_EQ(world.dirAge(2.5), 5);
-  EXPECT_EQ(world.dirAge(2.2), NEVER);
+  for (const auto& [direction, age] : {std::pair(3.1, 2), {2.5, 5}, {2.2, int{NEVER}}})
+    EXPECT_EQ(world.dirAge(direction), age) << direction;  // the first across the seam at pi
 }
 
 TEST_F(WorldQueries, LookingAroundEndsWithNineFreshDirectionsOfSixteen) {

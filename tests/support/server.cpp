@@ -2,7 +2,6 @@
 
 #include <arpa/inet.h>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <poll.h>
@@ -118,19 +117,6 @@ std::string view(long time, double x, double y) {
   text << "(see_global " << time << " ((g r) 52.5 0) ((g l) -52.5 0) ((b) " << x << " " << y
        << " 0 0) ((p \"Alpha\" 1 goalie) -50 0 0 0 0 0) ((p \"Beta\" 1 goalie) 50 0 0 0 180 0))";
   return text.str();
-}
-
-StderrCapture::StderrCapture() {
-  testing::internal::CaptureStderr();
-}
-StderrCapture::~StderrCapture() {
-  testing::internal::GetCapturedStderr();
-}
-
-std::string StderrCapture::take() {
-  std::string text = testing::internal::GetCapturedStderr();
-  testing::internal::CaptureStderr();
-  return text;
 }
 
 CoachProcess::CoachProcess(const Lines& arguments, FailingSend failing, const std::string& program)

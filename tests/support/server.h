@@ -1,6 +1,7 @@
 // A scripted simulator server and what tests need around it.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <netinet/in.h>
 
 #include <string>
@@ -57,12 +58,16 @@ std::string view(long time, double x = 0, double y = 0);
 /// Standard error while it lives.
 class StderrCapture {
  public:
-  StderrCapture();
-  ~StderrCapture();
+  StderrCapture() { testing::internal::CaptureStderr(); }
+  ~StderrCapture() { testing::internal::GetCapturedStderr(); }
   StderrCapture(const StderrCapture&) = delete;
   StderrCapture& operator=(const StderrCapture&) = delete;
   /// What was written since the last call.
-  std::string take();
+  std::string take() {
+    std::string text = testing::internal::GetCapturedStderr();
+    testing::internal::CaptureStderr();
+    return text;
+  }
 };
 
 /// The datagrams of a length that a process cannot send; none of length 0.
