@@ -90,23 +90,6 @@ TEST_F(Connection, ReadsTheServersAnswerByKindOfClient) {
   }
 }
 
-TEST_F(Connection, ADrainTakesWhatIsWaitingUpToTheCycle) {
-  connectAs(CLIENT_ONLINECOACH);
-  comm->sendLook();
-  EXPECT_EQ(server.receive(), "(look)");
-  for (const std::string& text : {std::string("(hear 0 referee play_on)"), view(1), view(2)})
-    server.send(text);
-  comm->drainSocket();
-  EXPECT_TRUE(comm->async->takeAct());
-  EXPECT_EQ(comm->getServerTime(), 1) << "the second view is the next cycle's";
-  SensorData data;
-  for (const sensor_data_type type : {SENSOR_TYPE_HEAR, SENSOR_TYPE_EXACT}) {
-    ASSERT_TRUE(comm->getNextData(data));
-    EXPECT_EQ(data.type, type);
-  }
-  EXPECT_FALSE(comm->getNextData(data));
-}
-
 TEST_F(Connection, VoicesGoWhereTheyBelong) {
   const std::string own = ownMessage();
   enum Place { NOWHERE, MESSAGES, RECORDS };
