@@ -59,11 +59,11 @@ void TypeAssignment::weigh() {
   for (const double u : utilities) {
     if (std::isfinite(u)) greatest = std::max(greatest, std::abs(u));
   }
-  const double scale = greatest > 0 ? SCALE / greatest : 0;
+  if (greatest == 0) greatest = 1;
   for (std::size_t player = 0; player < players; ++player) {
     for (std::size_t t = 0; t < types; ++t) {
       const double u = utility(player, t);
-      const double loss = std::isfinite(u) ? -u * scale : SCALE;
+      const double loss = std::isfinite(u) ? -u / greatest * SCALE : SCALE;
       cost(player, t) = std::llround(loss) * ID_RANGE + static_cast<Cost>(t);
     }
     for (std::size_t other = 0; other < players; ++other) {

@@ -77,11 +77,15 @@ bool TypeLimits::isAnnounced(int type) const {
   return type == DEFAULT_TYPE || world.playerType[at(type)].state != -1;
 }
 
+bool TypeLimits::isBeforeMatch() const {
+  return world.time == 0 && world.playMode == PLAY_MODE_BEFORE_KICK_OFF;
+}
+
 void TypeLimits::choose(int substitutions) {
   if (types == 0) return;
   chosen = true;
   readCapacities();
-  if (world.time == 0 && world.playMode == PLAY_MODE_BEFORE_KICK_OFF) {
+  if (isBeforeMatch()) {
     chooseAll();
   } else {
     chooseChanges(substitutions);
@@ -112,8 +116,7 @@ void TypeLimits::plan() {
   }
   // Who waits still waits for another one. Each goes out of the way once at most.
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
-    if (target[at(n)] == -1 || state[at(n)] == target[at(n)]) continue;
-    if (!planDetour(n, state)) break;
+    if (waits(n, state) && isInTheWay(n, state) && !planDetour(n, state)) break;
     while (planFree(state)) {
     }
   }
@@ -133,13 +136,25 @@ bool TypeLimits::planFree(Types& state) {
   bool any = false;
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
     const int wanted = target[at(n)];
-    if (wanted == -1 || state[at(n)] == wanted) continue;
+    if (!waits(n, state)) continue;
     if (std::count(state.begin() + 1, state.end(), wanted) >= capacity[at(wanted)]) continue;
     state[at(n)] = wanted;
     todo.push({n, wanted});
     any = true;
   }
   return any;
+}
+
+bool TypeLimits::waits(int number, const Types& state) const {
+  return target[at(number)] != -1 && state[at(number)] != target[at(number)];
+}
+
+/// True when another one waits for the player's type.
+bool TypeLimits::isInTheWay(int number, const Types& state) const {
+  for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
+    if (waits(n, state) && target[at(n)] == state[at(number)]) return true;
+  }
+  return false;
 }
 
 /// Players in a ring want each other's types: one makes room by way of a free type.
@@ -201,26 +216,34 @@ void TypeLimits::takeAnswers() {
     }
   }
   if (!chosen || reported) return;
-  const bool waits = !pending.empty() || !todo.empty() ||
-                     std::find(absent.begin(), absent.end(), true) != absent.end();
-  if (!waits || world.playMode == PLAY_MODE_PLAY_ON) report();
+  const bool waitsForServer =
+      !pending.empty() || std::find(absent.begin(), absent.end(), true) != absent.end();
+  if (todo.empty() && (!waitsForServer || world.playMode == PLAY_MODE_PLAY_ON)) report();
 }
 
 void TypeLimits::given(const TypeAnswer& answer) {
   const Request request{answer.number, answer.type};
   if (!pending.holds(request)) return;
-  // The answers to the requests before it are lost.
-  for (; pending.front().number != request.number || pending.front().type != request.type; ++lost) {
-    pending.pop();
+  while (pending.front().number != request.number || pending.front().type != request.type) {
+    endUnanswered();
   }
   pending.pop();
   ++granted;
-  if (target[at(request.number)] == request.type) target[at(request.number)] = -1;
+  if (target[at(request.number)] != request.type) return;  // a detour
+  target[at(request.number)] = -1;
 
   WPlayer& player = world.ourTeam[at(request.number)];
   if (player.type == request.type) return;
   player.setType(world.playerType[at(request.type)]);
   player.type = request.type;
+}
+
+/// The answer to the first request is lost; but the change may have been announced.
+void TypeLimits::endUnanswered() {
+  const Request request = pending.front();
+  pending.pop();
+  ++(typeOf(request.number) == request.type ? granted : lost);
+  if (target[at(request.number)] == request.type) target[at(request.number)] = -1;
 }
 
 void TypeLimits::refused(TypeAnswerKind reason) {
@@ -231,6 +254,7 @@ void TypeLimits::refused(TypeAnswerKind reason) {
   if (target[at(number)] != request.type) return;  // a detour; the way on is still to be answered
 
   const bool again = ++retries[at(number)] <= MAX_RETRIES;
+  if (!again) target[at(number)] = -1;
   switch (reason) {
     case TypeAnswerKind::NO_SUCH_PLAYER:
       absent[at(number)] = again;
@@ -251,7 +275,10 @@ void TypeLimits::refused(TypeAnswerKind reason) {
 void TypeLimits::askForNextBest(int number) {
   target[at(number)] = -1;
   const int next = bestLeft(number);
-  if (next != -1 && next != typeOf(number)) request(number, next);
+  if (next == -1 || next == typeOf(number)) return;
+  // In the match a change has to be worth the substitution.
+  if (!isBeforeMatch() && !(utility(number, next) > utility(number, typeOf(number)))) return;
+  request(number, next);
 }
 
 int TypeLimits::bestLeft(int number) const {

@@ -59,14 +59,18 @@ class TypeLimits {
     std::size_t count = 0;
   };
 
+  bool isBeforeMatch() const;
   void readCapacities();
   void chooseAll();
   void chooseChanges(int substitutions);
   void plan();
+  bool waits(int number, const Types& state) const;
+  bool isInTheWay(int number, const Types& state) const;
   bool planFree(Types& state);
   bool planDetour(int number, Types& state);
   void request(int number, int type);
   void given(const TypeAnswer& answer);
+  void endUnanswered();
   void refused(TypeAnswerKind reason);
   void askForNextBest(int number);
   int bestLeft(int number) const;

@@ -30,9 +30,7 @@ VokCoach::VokCoach(const char* team, const char* host, int port, const char* age
   positionEval = std::make_unique<PositionEval>(goalShotEval.get(), passEval.get());
   otherTeam = std::make_unique<Team>(world.get());
   initSubs();
-  if (world != nullptr && Config::getOptionalInt("types_withinLimits", 0) == 1) {
-    typeLimits = std::make_unique<TypeLimits>(*world, *comm);
-  }
+  if (world != nullptr) initTypeLimits();
 }
 
 VokCoach::~VokCoach() {
@@ -43,6 +41,12 @@ VokCoach::~VokCoach() {
   passEval.reset();
   positionEval.reset();
   otherTeam.reset();
+}
+
+void VokCoach::initTypeLimits() {
+  if (Config::getOptionalInt("types_withinLimits", 0) == 1) {
+    typeLimits = std::make_unique<TypeLimits>(*world, *comm);
+  }
 }
 
 void VokCoach::analyze() {

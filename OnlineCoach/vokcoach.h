@@ -44,6 +44,8 @@ class VokCoach : public Onlinecoach {
 
   /// Prepares the substitution state from the server's player parameters.
   void initSubs();
+  /// Decides, once there is a world, whether the server's limits are kept to.
+  void initTypeLimits();
   /// Reads the wishes of players 2..11.
   void readAgentConf();
   /// True when types 1 to 6 all exist and are announced.

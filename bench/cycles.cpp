@@ -1,6 +1,9 @@
 // Whole cycles, from the text of a view to the end of act, and the message that some of them say.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+
+#include "Config.h"
 #include "bench.h"
 #include "constants.h"
 
@@ -52,13 +55,32 @@ void playOn(benchmark::State& state, int types, int played) {
   }
 }
 
+/// Play-on with the opponents' types inferred from the decay of their speed: when all that run are
+/// known, or as if none ever were.
+void typesFromDecay(benchmark::State& state, bool known) {
+  setEntry("tac_typesFromDecay", "1");
+  CoachInMatch match;
+  setEntry("tac_typesFromDecay", "0");
+  auto& verdicts = match.coach->tactical->playerType;
+  for (int i = 0; i < 600; ++i) match.feed(match.views.next());
+  if (std::count(verdicts.begin(), verdicts.end(), -1) > 2) {
+    return state.SkipWithError("types are missing");
+  }
+  for (auto _ : state) {
+    if (!known) verdicts.fill(-1);
+    measuredCycle(match, match.views.next());
+  }
+}
+
 void freeKick(benchmark::State& state) {
   CoachInMatch match;
   match.call("free_kick_l");
   for (auto _ : state) {
     orderMessage(*match.coach);
     measuredCycle(match, match.views.next());
-    if (match.coach->numMsgsLeft != 1) return state.SkipWithError("nothing said");
+    if (match.coach->lastAumsgTime != match.views.time()) {
+      return state.SkipWithError("nothing said");
+    }
     dropNowAndThen(state, match.server);
   }
 }
@@ -148,6 +170,8 @@ void addCycles() {
     const std::string name = "cycle/types_" + std::to_string(types);
     benchmark::RegisterBenchmark(name.c_str(), playOn, types, 0);
   }
+  benchmark::RegisterBenchmark("cycle/decay_known", typesFromDecay, true);
+  benchmark::RegisterBenchmark("cycle/decay_unknown", typesFromDecay, false);
   benchmark::RegisterBenchmark("cycle/first", playOn, 18, 0)->Iterations(2000);
   benchmark::RegisterBenchmark("cycle/late", playOn, 18, FOUR_MATCHES)->Iterations(2000);
   benchmark::RegisterBenchmark("message/compose", composing);

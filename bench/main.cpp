@@ -60,6 +60,8 @@ constexpr auto rows = std::to_array<Row>({
     {"cycle with 1 type / with 18", "cycle/types_1", "cycle/types_18"},
     {"cycle with 7 types / with 18", "cycle/types_7", "cycle/types_18"},
     {"cycle with 100 types / with 18", "cycle/types_100", "cycle/types_18"},
+    {"cycle, types from decay / without", "cycle/decay_known", "cycle/types_18", AT_MOST, 1.3},
+    {"the same while no type is known", "cycle/decay_unknown", "cycle/types_18"},
     // It must not grow; the rest is noise.
     {"cycle after 24000 cycles / after none", "cycle/late", "cycle/first", AT_MOST, 1.1},
     {"start-up to the first datagram", "start_up/coach", nullptr, AT_MOST, 5, "ms", 1e-3},

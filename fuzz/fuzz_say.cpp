@@ -145,7 +145,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     std::ostringstream printed;
     printed << msg;
-    for (const char c : text) steps[decodeChar(c) % std::size(steps)](msg);
+    for (const char c : text)
+      steps[static_cast<std::size_t>(decodeChar(c)) % std::size(steps)](msg);
     checkLength(msg);
     msg.clearState();
     while (msg.getState()) msg << Int3B(1U);

@@ -20,7 +20,6 @@ namespace vok {
 
 namespace {
 
-constexpr std::size_t PIECE_SIZE = 1024;      // of a line, with the terminating NUL
 constexpr std::size_t MAX_TEXT_LENGTH = 255;  // of a key or a value
 constexpr int EXIT_BAD_VALUE = 10;
 
@@ -76,6 +75,7 @@ int requireInt(const char* key, const char* value, Scanner text) {
 
 void reportLine(int lineNumber, const std::string& problem) {
   std::cerr << "error parsing config file. line " << lineNumber << ": " << problem << "\n";
+  if (Config::observer != nullptr) Config::observer->lineError(problem);
 }
 
 /// A key or value within its bound; one that is cut is reported.
@@ -87,9 +87,14 @@ std::string bounded(std::string_view text, const char* what, int lineNumber) {
   return std::string(text.substr(0, MAX_TEXT_LENGTH));
 }
 
+void tell(const char* key, ConfigRequest::Kind kind, int index, bool optional) {
+  if (Config::observer != nullptr) Config::observer->requested({key, kind, index, optional});
+}
+
 }  // namespace
 
 void (*Config::onFatal)(const std::string&) = nullptr;
+ConfigObserver* Config::observer = nullptr;
 
 void Config::clear() {
   entries().clear();
@@ -104,6 +109,7 @@ bool Config::readFile(const char* fileName) {
   std::array<char, PIECE_SIZE> line{};
   for (int lineNumber = 1; std::fgets(line.data(), line.size(), file.get()) != nullptr;
        ++lineNumber) {
+    if (observer != nullptr) observer->lineRead(line.data());
     // A NUL byte in the file ends its line here, so that the text may even be empty.
     const std::size_t length = std::strlen(line.data());
     if (length > 0 && line[length - 1] == '\n') line[length - 1] = '\0';
@@ -123,17 +129,20 @@ const char* Config::getValue(const char* key) {
 }
 
 double Config::getValueAsDouble(const char* key) {
+  tell(key, ConfigRequest::REAL, -1, false);
   const char* value = requireValue(key);
   return requireDouble(key, value, Scanner(value));
 }
 
 int Config::getValueAsInt(const char* key) {
+  tell(key, ConfigRequest::INTEGER, -1, false);
   const char* value = requireValue(key);
   return requireInt(key, value, Scanner(value));
 }
 
 int Config::getOptionalInt(const char* key, int fallback) {
   assert(key);
+  tell(key, ConfigRequest::INTEGER, -1, true);
   const auto entry = entries().find(std::string_view(key));
   if (entry == entries().end()) return fallback;
   const char* value = entry->second.c_str();
@@ -141,16 +150,19 @@ int Config::getOptionalInt(const char* key, int fallback) {
 }
 
 double Config::getValueAsDoubleFromList(const char* key, int index) {
+  tell(key, ConfigRequest::REAL, index, false);
   const char* value = requireValue(key);
   return requireDouble(key, value, requireElement(key, value, index));
 }
 
 int Config::getValueAsIntFromList(const char* key, int index) {
+  tell(key, ConfigRequest::INTEGER, index, false);
   const char* value = requireValue(key);
   return requireInt(key, value, requireElement(key, value, index));
 }
 
 Vector2d Config::getValueAsVector(const char* key) {
+  tell(key, ConfigRequest::VECTOR, -1, false);
   const char* value = requireValue(key);
   Scanner text(value);
   double x = 0;
@@ -184,7 +196,9 @@ void parseLine(char* line, int lineNumber) {
   std::string_view value = text.substr(equals + 1);
   while (value.starts_with(' ')) value.remove_prefix(1);
 
-  setEntry(bounded(word, "key", lineNumber).c_str(), bounded(value, "value", lineNumber).c_str());
+  const std::string key = bounded(word, "key", lineNumber);
+  setEntry(key.c_str(), bounded(value, "value", lineNumber).c_str());
+  if (Config::observer != nullptr) Config::observer->keyDefined(key);
 }
 
 void setEntry(const char* key, const char* value) {

@@ -5,14 +5,42 @@
 // after a line that names it.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "coordinates.h"
 
 namespace vok {
 
+/// A typed request for a value.
+struct ConfigRequest {
+  enum Kind { INTEGER, REAL, VECTOR };
+
+  const char* key;
+  Kind kind;
+  int index;  ///< of a list's element, -1 for a plain value
+  bool optional;
+};
+
+/// Sees how the configuration is read and used. It may set entries, and a request finds what was
+/// set for it.
+class ConfigObserver {
+ public:
+  virtual ~ConfigObserver() = default;
+  /// The next line with its end, or a piece of one that is too long, before it is taken in.
+  virtual void lineRead(const char* /*line*/) {}
+  /// What is wrong with it.
+  virtual void lineError(const std::string& /*problem*/) {}
+  /// The key that it defines.
+  virtual void keyDefined(const std::string& /*key*/) {}
+  /// Before the value is looked up.
+  virtual void requested(const ConfigRequest& /*request*/) {}
+};
+
 class Config {
  public:
+  static constexpr std::size_t PIECE_SIZE = 1024;  ///< of a line, with the terminating NUL
+
   /// Reads a file into the process-wide store; a later definition of a key replaces an earlier
   /// one. False when the file cannot be opened or read; a line in error is reported and skipped.
   static bool readFile(const char* fileName);
@@ -36,6 +64,8 @@ class Config {
   static void clear();
   /// Called, when set, before a fatal error ends the process. It may throw to prevent the end.
   static void (*onFatal)(const std::string& message);
+  /// Told of everything, when set.
+  static ConfigObserver* observer;
 };
 
 /// Cuts a line at its first '#'.

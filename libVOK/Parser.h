@@ -63,6 +63,7 @@ class Parser {
   static const std::vector<Token> playerParamTokens;
 
  private:
+  struct Format;
   struct TokenIndex;
   struct GlobalObject;
 
@@ -78,10 +79,10 @@ class Parser {
   bool parseVoice();
   bool parseCoachMsg();
   bool readItems(std::string_view text, std::string_view head, const TokenIndex& index);
-  bool readItem(const TokenIndex& index);
-  // The players' own messages; nobody here reads them.
-  bool parseSee() { return false; }
-  bool parseSenseBody() { return false; }
+  int readToken(const Format& format, const Token& token);
+  // The players' own messages.
+  bool parseSee();
+  bool parseSenseBody();
 
   /// 1..11, or -1.
   static int shirtNumber(int number) { return number >= 1 && number <= 11 ? number : -1; }

@@ -1,7 +1,6 @@
 #include "UDPSocket.h"
 
 #include <netdb.h>
-#include <sys/select.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -19,17 +18,9 @@ namespace {
   throw UDPSocketError(message, number);
 }
 
-// Waits until the descriptor is readable; throws when it does not become so.
-void waitReadable(int sd, int timeout) {
-  fd_set readable;
-  FD_ZERO(&readable);
-  FD_SET(sd, &readable);
-  timeval limit{timeout / 1000, (timeout % 1000) * 1000L};
-  const int ready = select(sd + 1, &readable, nullptr, nullptr, timeout < 0 ? nullptr : &limit);
-  if (ready == 0) throw UDPTimeOut();
-  if (ready == -1) throw UDPSocketError("error while recving data", errno);
-  if (ready != 1) throw UDPSocketError("unknown return value from select", -2);
-}
+// "Without limit", in milliseconds. Every signal interrupts a wait with a limit, but not one
+// without: a handler may have been installed so that the system resumes what it interrupts.
+constexpr int DAY = 24 * 3600 * 1000;
 
 }  // namespace
 
@@ -40,8 +31,6 @@ UDPSocket::UDPSocket(const char* host, int port, unsigned int newMaxMsgSize)
 
   const int created = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (created < 0) throw UDPSocketError("could not create socket", -1);
-  // A descriptor beyond the set's size cannot be waited for.
-  if (created >= FD_SETSIZE) giveUp(created, "could not create socket", -1);
 
   srv.sin_family = AF_INET;
   const hostent* entry = gethostbyname(host);
@@ -76,23 +65,35 @@ void UDPSocket::send(const char* msg, bool withTerminator) {
 const char* UDPSocket::recv(int timeout, const bool* flag) {
   recMsg[0] = '\0';
   if (flag != nullptr && *flag) throw UDPAct();
-  for (;;) {
-    waitReadable(sd, timeout);
-    // What the system called readable may turn out damaged and gone: then wait again.
-    if (const char* text = tryRecv()) return text;
-  }
+  if (timeout != 0) limitWait(timeout < 0 ? DAY : timeout);
+  do {
+    const char* text = timeout == 0 ? tryRecv() : receive(0);
+    if (text != nullptr) return text;
+  } while (timeout < 0);
+  throw UDPTimeOut();
 }
 
 const char* UDPSocket::tryRecv() {
   recMsg[0] = '\0';
+  return receive(MSG_DONTWAIT);
+}
+
+void UDPSocket::limitWait(int milliseconds) {
+  if (milliseconds == waitLimit) return;
+  const timeval limit{milliseconds / 1000, (milliseconds % 1000) * 1000L};
+  if (setsockopt(sd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit) != 0) {
+    throw UDPSocketError("error while recving data", errno);
+  }
+  waitLimit = milliseconds;
+}
+
+const char* UDPSocket::receive(int flags) {
   sockaddr_in sender{};
-  ssize_t received = -1;
-  do {
-    socklen_t size = sizeof sender;
-    received = recvfrom(sd, recMsg.data(), maxMsgSize - 1, MSG_DONTWAIT,
-                        reinterpret_cast<sockaddr*>(&sender), &size);
-  } while (received < 0 && errno == EINTR);
+  socklen_t size = sizeof sender;
+  const ssize_t received = recvfrom(sd, recMsg.data(), maxMsgSize - 1, flags,
+                                    reinterpret_cast<sockaddr*>(&sender), &size);
   if (received < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return nullptr;
+  if (received < 0 && errno == EINTR) throw UDPSocketError("error while recving data", EINTR);
   if (received < 0) throw UDPSocketError("recvfrom returned without data", -1);
 
   recMsg[static_cast<std::size_t>(received)] = '\0';

@@ -60,7 +60,12 @@ class UDPSocket {
   const char* tryRecv();
 
  private:
+  void limitWait(int milliseconds);
+  /// Null when nothing came; one system call, since this one's latency is the coach's.
+  const char* receive(int flags);
+
   int sd = -1;
+  int waitLimit = 0;  ///< of the system's receive calls, milliseconds; 0 without one
   sockaddr_in srv{};
   std::vector<char> recMsg;
   std::size_t maxMsgSize;

@@ -201,9 +201,14 @@ void AsyncCommInfo::setAction(CycleCommand command, long time, double p1, double
 }
 
 void AsyncCommInfo::setRecvTime() {
+  recvTime = sinceStart();
+}
+
+/// Since the whole second of the start: all times that are compared are taken so.
+long AsyncCommInfo::sinceStart() const {
   timeval now{};
   gettimeofday(&now, nullptr);
-  recvTime = (now.tv_sec - startTime.tv_sec) * 1000 + now.tv_usec / 1000;
+  return (now.tv_sec - startTime.tv_sec) * 1000 + now.tv_usec / 1000;
 }
 
 std::ostream& AsyncCommInfo::report() const {

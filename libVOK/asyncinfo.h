@@ -129,7 +129,7 @@ class AsyncCommInfo {
   bool viewCame = false;     ///< a global view came since the last answer
   bool lateView = false;     ///< the cycle was taken before its global view came
   timeval startTime{};       ///< wall clock at construction
-  timeval cycleStartTime{};  ///< since `startTime`
+  timeval cycleStartTime{};  ///< since `startTime`'s second
   long recvTime = 0;         ///< arrival of the latest datagram, ms since `startTime`'s second
   int waitForSeeTime = 40;   ///< per cent of a cycle that a player waits for a visual message
   bool abortWaitForSee = false;
@@ -141,6 +141,7 @@ class AsyncCommInfo {
  private:
   std::ostream& report() const;
   bool adjustTime(const SensorData& data);
+  long sinceStart() const;
   void newTimestep();
   void updateAct();
   void startTimer();

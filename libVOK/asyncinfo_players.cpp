@@ -65,20 +65,16 @@ constexpr auto freeCommands = std::to_array<FreeCommand>({
 
 void AsyncCommInfo::noteSee() {
   if (seeMsgCntIndex < 0) return;
-  timeval now{};
-  gettimeofday(&now, nullptr);
   const auto slot = static_cast<std::size_t>(seeMsgCntIndex);
   ++seeMsgCnt[slot];
-  seeTime[slot] = toMs(now) - toMs(startTime) - toMs(cycleStartTime);
+  seeTime[slot] = sinceStart() - toMs(cycleStartTime);
 }
 
 void AsyncCommInfo::startTimer() {
-  timeval now{};
-  gettimeofday(&now, nullptr);
   const long step = std::min<long>(static_cast<long>(SIMULATOR_STEP) * SLOW_DOWN_FACTOR, INT_MAX);
   // The share of a cycle is an integer quotient: it is 0 for all allowed waits.
   const long maxCycle = 2 * step - (waitForSeeTime / 100) * step - 10;
-  const long nowMs = toMs(now) - toMs(startTime);
+  const long nowMs = sinceStart();
   long wait = std::lround(waitForSeeTime / 100.0 * static_cast<double>(step) -
                           static_cast<double>(nowMs - recvTime));
   const long lastCycle = nowMs - toMs(cycleStartTime);

@@ -17,10 +17,11 @@ struct Parser::GlobalObject {
 
   explicit GlobalObject(Scanner at) {
     const std::size_t before = at.rest().size();
-    if (!at.pattern(" ( ( ") || !at.until(')', name) || !at.pattern(") ")) return;
-    nameSize = before - at.rest().size();
-    if (!at.until(')', numbers) || !at.pattern(") ")) return;
-    size = before - at.rest().size();
+    if (!at.skipBlanks().literal('(') || !at.skipBlanks().literal('(')) return;
+    if (!at.skipBlanks().until(')', name) || !at.literal(')')) return;
+    nameSize = before - at.skipBlanks().rest().size();
+    if (!at.until(')', numbers) || !at.literal(')')) return;
+    size = before - at.skipBlanks().rest().size();
     last = at.literal(')');
   }
 };
@@ -40,11 +41,10 @@ struct ObjectNumbers {
 bool readNumbers(Scanner at, ObjectNumbers& numbers) {
   std::size_t read = 0;
   while (read < numbers.value.size() && at.real(numbers.value[read])) ++read;
-  if (at.atUnfitReal()) return false;
-  if (read < numbers.value.size()) return true;
+  if (read < numbers.value.size()) return !at.atUnfitReal();
 
+  if (!at.real(numbers.pointto) && at.atUnfitReal()) return false;
   at.skipBlanks();
-  if (at.real(numbers.pointto)) at.skipBlanks();
   char flag = '\0';
   numbers.tackle = at.character(flag) && flag == 't';
   return true;
@@ -154,10 +154,13 @@ bool Parser::parseObject(const GlobalObject& object, std::size_t& players, std::
     return false;
   }
 
-  // The initial of a name comes in either case: lower it in a copy.
+  // The initial of a name comes in either case: a capital is lowered in a copy.
+  std::string_view name = object.name.substr(0, MAX_NAME);
   std::array<char, MAX_NAME> room;
-  const std::string_view name(room.data(), object.name.copy(room.data(), room.size()));
-  if (isLetter(room[0])) room[0] = static_cast<char>(room[0] | 0x20);
+  if (isLetter(name.front()) && !isLower(name.front())) {
+    name = {room.data(), name.copy(room.data(), room.size())};
+    room[0] = static_cast<char>(room[0] | 0x20);
+  }
 
   switch (determineObject(name)) {
     case OT_BALL:

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <iostream>
-#include <utility>
+#include <iterator>
 
 #include "Parser.h"
 #include "constants.h"
@@ -221,83 +221,94 @@ struct Value {
   std::string_view text;
 };
 
-bool convert(std::string_view conversion, Scanner& at, Value& value) {
-  if (conversion == "d") return at.integer(value.integer);
-  if (conversion == "hd") return at.integer(value.flag);
-  if (conversion == "lf") return at.real(value.real);
-  if (conversion == "s") return at.word(value.text);
-  return conversion == "[^)]" && at.until(')', value.text);
+bool convert(char conversion, Scanner& at, Value& value) {
+  if (conversion == 'd') return at.integer(value.integer);
+  if (conversion == 'h') return at.integer(value.flag);
+  if (conversion == 'l') return at.real(value.real);
+  if (conversion == 's') return at.word(value.text);
+  return conversion == '[' && at.until(')', value.text);
 }
 
 /// How far a format came.
 struct Reading {
   Value value;
-  int stored = 0;            ///< conversions that were not suppressed
+  bool converted = false;
   std::size_t consumed = 0;  ///< 0 when the end of the item was not reached
 };
 
-Reading scan(std::string_view format, Scanner at) {
-  Reading reading;
-  const std::size_t before = at.rest().size();
-  while (!format.empty()) {
-    const std::size_t mark = std::min(format.find('%'), format.size());
-    if (!at.pattern(format.substr(0, mark))) return reading;
-    format.remove_prefix(mark);
-    if (format.starts_with("%n")) {
-      reading.consumed = before - at.rest().size();
-      return reading;
-    }
-    const bool isSkipped = format.starts_with("%*");
-    format.remove_prefix(std::min<std::size_t>(isSkipped ? 2 : 1, format.size()));
-    const std::size_t length = format.starts_with("[^)]") ? 4 : format.find_first_of(")%");
-    if (!convert(format.substr(0, length), at, reading.value)) return reading;
-    if (!isSkipped) ++reading.stored;
-    format.remove_prefix(std::min(length, format.size()));
-  }
-  return reading;
-}
-
-/// The key of an item or of a format: letters and '_' behind the parenthesis.
-std::string_view keyOf(Scanner at) {
-  std::string_view key;
-  if (at.pattern(" (")) at.run([](char c) { return isLetter(c) || c == '_'; }, key);
-  return key;
-}
-
 }  // namespace
+
+/// A token's format, " (key %d)%n", taken apart. The value of a text follows its key at once.
+struct Parser::Format {
+  std::string_view key;
+  bool spaced = false;   ///< any white space may stand before the value
+  bool skipped = false;  ///< the value is not stored
+  char conversion = 0;   ///< d, h for hd, l for lf, s, and [ for the text up to the parenthesis
+
+  explicit Format(std::string_view text) {
+    Scanner at(text);
+    at.pattern(" (");
+    at.run(isKeyLetter, key);
+    spaced = at.literal(' ');
+    at.literal('%');
+    skipped = at.literal('*');
+    at.character(conversion);
+  }
+
+  Reading scan(Scanner at) const {
+    Reading reading;
+    const std::size_t before = at.rest().size();
+    if (!at.skipBlanks().literal('(') || !at.literal(key)) return reading;
+    if (spaced) at.skipBlanks();
+    reading.converted = convert(conversion, at, reading.value);
+    if (reading.converted && at.literal(')')) reading.consumed = before - at.rest().size();
+    return reading;
+  }
+
+  static bool isKeyLetter(char c) { return isLetter(c) || c == '_'; }
+};
 
 /// The rows of a table by key. A row of a text value is tried for other keys, too: its format does
 /// not say where the key ends.
 struct Parser::TokenIndex {
-  using Row = std::pair<std::string_view, const Token*>;
+  struct Row {
+    Format format;
+    const Token* token;
+  };
 
   std::vector<Row> byKey;
-  std::vector<const Token*> textRows;
+  std::vector<Row> textRows;
 
   explicit TokenIndex(const std::vector<Token>& rows) {
-    for (const Token& row : rows) {
-      const std::string_view format(row.fmt);
-      byKey.emplace_back(keyOf(Scanner(format)), &row);
-      if (format.find(" %") == Scanner::NO_LIMIT) textRows.push_back(&row);
-    }
-    std::sort(byKey.begin(), byKey.end());
+    for (const Token& token : rows) byKey.push_back({Format(token.fmt), &token});
+    std::sort(byKey.begin(), byKey.end(),
+              [](const Row& a, const Row& b) { return a.format.key < b.format.key; });
+    std::copy_if(byKey.begin(), byKey.end(), std::back_inserter(textRows),
+                 [](const Row& row) { return !row.format.spaced; });
   }
 
-  const Token* find(std::string_view key) const {
-    const auto row =
-        std::lower_bound(byKey.begin(), byKey.end(), key,
-                         [](const Row& r, std::string_view wanted) { return r.first < wanted; });
-    return row != byKey.end() && row->first == key ? row->second : nullptr;
+  /// The row of the item at the position, or the end.
+  std::vector<Row>::const_iterator find(Scanner at) const {
+    std::string_view key;
+    if (at.pattern(" (")) at.run(Format::isKeyLetter, key);
+    const auto row = std::lower_bound(
+        byKey.begin(), byKey.end(), key,
+        [](const Row& r, std::string_view wanted) { return r.format.key < wanted; });
+    return row != byKey.end() && row->format.key == key ? row : byKey.end();
   }
 };
 
 int Parser::readToken(const Token& token) {
+  return readToken(Format(token.fmt), token);
+}
+
+int Parser::readToken(const Format& format, const Token& token) {
   if (token.dt < DT_NONE || token.dt > DT_BOOL) {
     std::cerr << "Parser::readToken: unknown data type " << token.dt << "\n";
     return -1;
   }
-  const Reading reading = scan(token.fmt, msg);
-  if (token.dt == DT_NONE ? reading.consumed == 0 : reading.stored != 1) return 1;
+  const Reading reading = format.scan(msg);
+  if (token.dt == DT_NONE ? reading.consumed == 0 : !reading.converted) return 1;
 
   if (token.dt == DT_INT) *static_cast<int*>(token.ptr) = reading.value.integer;
   if (token.dt == DT_DOUBLE) *static_cast<double*>(token.ptr) = reading.value.real;
@@ -307,14 +318,28 @@ int Parser::readToken(const Token& token) {
   return 0;
 }
 
-/// Reads the item at the position by the row that takes it, as if all were tried in order; false
-/// when the reading gets no further.
-bool Parser::readItem(const TokenIndex& index) {
-  const std::size_t before = msg.rest().size();
-  const Token* byKey = index.find(keyOf(msg));
-  if (byKey != nullptr && readToken(*byKey) == 0) return msg.rest().size() < before;
-  return std::any_of(index.textRows.begin(), index.textRows.end(),
-                     [this](const Token* row) { return readToken(*row) == 0; });
+/// As many items as the table has rows, each by the row that takes it, as if all were tried in
+/// order.
+bool Parser::readItems(std::string_view text, std::string_view head, const TokenIndex& index) {
+  if (!text.starts_with(head)) return false;
+  msg = Scanner(text.substr(0, text.find('\0')));
+  msg.advance(head.size());
+  const auto read = [this](const TokenIndex::Row& row) {
+    return readToken(row.format, *row.token) == 0;
+  };
+  auto row = index.byKey.begin();
+  for (std::size_t items = 0; items < index.byKey.size(); ++items) {
+    const std::size_t before = msg.rest().size();
+    // Servers send their items sorted by key: mostly it is the row behind the last one.
+    if (row == index.byKey.end() || !read(*row)) {
+      row = index.find(msg);
+      const bool byKey = row != index.byKey.end() && read(*row);
+      if (!byKey && std::none_of(index.textRows.begin(), index.textRows.end(), read)) return true;
+    }
+    if (msg.rest().size() == before) return true;
+    if (row != index.byKey.end()) ++row;
+  }
+  return true;
 }
 
 bool Parser::parseServerParam(std::string_view text) {
@@ -325,16 +350,6 @@ bool Parser::parseServerParam(std::string_view text) {
 bool Parser::parsePlayerParam(std::string_view text) {
   static const TokenIndex index(playerParamTokens);
   return readItems(text, "(player_param ", index);
-}
-
-/// As many items as the table has rows.
-bool Parser::readItems(std::string_view text, std::string_view head, const TokenIndex& index) {
-  if (!text.starts_with(head)) return false;
-  msg = Scanner(text.substr(0, text.find('\0')));
-  msg.advance(head.size());
-  for (std::size_t items = 0; items < index.byKey.size(); ++items)
-    if (!readItem(index)) break;
-  return true;
 }
 
 bool Parser::parsePlayerType() {

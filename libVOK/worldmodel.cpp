@@ -107,6 +107,8 @@ void Worldmodel::adjust(const SensorData& data) {
       return hear(data);
     case SENSOR_TYPE_EXACT:
       return takeView(data);
+    case SENSOR_TYPE_SENSE_BODY:
+      return takeBody(data);
     case SENSOR_TYPE_PLAYER_TYPE:
       return takePlayerType(data.playerType);
     case SENSOR_TYPE_PLAYER_CHANGED:
@@ -119,14 +121,47 @@ void Worldmodel::adjust(const SensorData& data) {
 void Worldmodel::takeView(const SensorData& data) {
   if (data.time < time) return;
   predictTo(data.time);
-  if (comm != nullptr) {
-    playMode = comm->getPlayMode();
-    ourSide = comm->getMySide();
-    ourScore = comm->getOurScore();
-    otherScore = comm->getOtherScore();
-  }
+  takeServerState();
   adjustExact(data);
   visualAge = 0;
+}
+
+void Worldmodel::takeServerState() {
+  if (comm == nullptr) return;
+  playMode = comm->getPlayMode();
+  ourSide = comm->getMySide();
+  ourScore = comm->getOurScore();
+  otherScore = comm->getOtherScore();
+}
+
+void Worldmodel::takeBody(const SensorData& data) {
+  if (data.time < time) return;
+  if (comm != nullptr) {
+    CycleAction last;
+    comm->getLastAction(last);
+    if (last.time >= time) action.store(last);  // an older one has had its effect
+  }
+  if (data.time > time) predictTo(data.time);
+  takeServerState();
+
+  my.stamina = data.stamina;
+  my.effort = data.effort;
+  my.headAngle = data.head_angle;
+  my.faceDir = my.bodyDir + data.head_angle;
+  my.v.setRadAng(data.speed, my.faceDir + data.speed_angle);
+  viewWidth = data.my_view_width;
+  viewQuality = data.my_view_quality;
+  kickCount = data.kick_count;
+  dashCount = data.dash_count;
+  turnCount = data.turn_count;
+  sayCount = data.say_count;
+  turnNeckCount = data.turn_neck_count;
+  catchCount = data.catch_count;
+  moveCount = data.move_count;
+  changeViewCount = data.change_view_count;
+  tackleCount = data.tackle_count;
+  pointToCount = data.point_to_count;
+  attentionToCount = data.attention_to_count;
 }
 
 void Worldmodel::predictTo(long viewTime) {

@@ -140,6 +140,8 @@ class Worldmodel {
 
  private:
   void takeView(const SensorData& data);
+  void takeBody(const SensorData& data);
+  void takeServerState();
   void predictTo(long viewTime);
   void takePlayerType(const PlayerType& announced);
   void changePlayer(const SensorData& data);

@@ -13,8 +13,7 @@ namespace {
 constexpr std::size_t FIRST_SHIRT = 1;
 constexpr std::size_t LAST_SHIRT = 11;
 
-// Steps that must fit a type before it is decided, and by how many it must lead each other type.
-constexpr int MIN_VOTES = 3;
+// By how many votes a type must lead each other type before it is decided.
 constexpr int MIN_LEAD = 3;
 // Contradicting steps that undo a verdict. Even one is a rare accident.
 constexpr int GIVE_UP = 3;
@@ -24,19 +23,24 @@ constexpr int SURE_VOTES = 12;
 constexpr int TWIN_STEPS = 100;
 // Room around a body within which it may have been touched in the step, metres.
 constexpr double CONTACT_ROOM = 0.1;
+// Half a unit of the last printed digit, and a little for what is of second order and for the
+// rounding of our own arithmetic.
+constexpr double HALF = 0.5 * (1 + 1e-4);
 // The server announces a decay with six digits after the point.
-constexpr double DECAY_ERROR = 5e-7;
-// For the rounding of our own arithmetic.
-constexpr double ROUNDING = 1 + 1e-9;
+constexpr double DECAY_ERROR = HALF * 1e-6;
 
-/// Half a unit of the last of six significant digits.
+/// Of six significant digits.
 double printError(double printed) {
   const double size = std::abs(printed);
-  if (size >= 100) return size * 5e-6;
-  if (size >= 10) return 5e-5;
-  if (size >= 1) return 5e-6;
-  if (size >= 0.1) return 5e-7;
-  return 5e-8;
+  if (size >= 100) return size * HALF * 1e-5;
+  if (size >= 10) return HALF * 1e-4;
+  if (size >= 1) return HALF * 1e-5;
+  if (size >= 0.1) return HALF * 1e-6;
+  return HALF * 1e-7;
+}
+
+Vector2d printError(Vector2d printed) {
+  return {printError(printed.x), printError(printed.y)};
 }
 
 /// True for what the view of this cycle shows: predicted players decay as the prediction has it.
@@ -55,16 +59,17 @@ bool isCloser(const WObject& a, const WObject& b, double distance) {
 struct DecayTypes::Step {
   Vector2d way;
   Vector2d left;  ///< velocity at the end
-  Vector2d wayError;
+  Vector2d fromError;
+  Vector2d toError;
   Vector2d leftError;
   Vector2d gained;
 
   Step(const WPlayer& from, const WPlayer& to)
       : way(to.pos - from.pos),
         left(to.v),
-        wayError(printError(from.pos.x) + printError(to.pos.x),
-                 printError(from.pos.y) + printError(to.pos.y)),
-        leftError(printError(left.x), printError(left.y)),
+        fromError(printError(from.pos)),
+        toError(printError(to.pos)),
+        leftError(printError(to.v)),
         gained(way - from.v) {}
 
   /// What the player's own dash has given at least: the rest can be noise.
@@ -73,17 +78,30 @@ struct DecayTypes::Step {
     return gained.getLength() - way.getLength() * noise / (1 - noise);
   }
 
-  bool fits(double decay) const {
-    return fits(decay, way.x, left.x, wayError.x, leftError.x) &&
-           fits(decay, way.y, left.y, wayError.y, leftError.y);
+  /// Whether the step fits a type, alone or, where the track holds, behind the steps before it.
+  /// The track then leads on.
+  bool follow(double decay, Track& track) const {
+    if (!track.holds) track = {{-fromError.x, fromError.x}, {-fromError.y, fromError.y}};
+    const double perDecay = 1 / decay;
+    track.holds = follow(perDecay, way.x, left.x, leftError.x, toError.x, track.x) &&
+                  follow(perDecay, way.y, left.y, leftError.y, toError.y, track.y);
+    return track.holds;
   }
 
  private:
-  static bool fits(double decay, double way, double left, double wayError, double leftError) {
-    const double error = leftError + decay * wayError + DECAY_ERROR * std::abs(way);
-    return std::abs(left - decay * way) <= error * ROUNDING;
+  static bool follow(double perDecay, double way, double left, double leftError, double toError,
+                     Offset& offset) {
+    const double typesWay = left * perDecay;
+    const double error = (leftError + DECAY_ERROR * std::abs(typesWay)) * std::abs(perDecay);
+    offset.low = std::max(offset.low + (typesWay - way) - error, -toError);
+    offset.high = std::min(offset.high + (typesWay - way) + error, toError);
+    return offset.low <= offset.high;
   }
 };
+
+DecayTypes::DecayTypes(std::size_t types) {
+  for (auto& ofPlayer : tracks) ofPlayer.resize(types);
+}
 
 void DecayTypes::observe(const Worldmodel& world, const Opponents& before, bool nextCycle,
                          TypeBeliefs& beliefs, Verdicts& verdicts) {
@@ -93,6 +111,7 @@ void DecayTypes::observe(const Worldmodel& world, const Opponents& before, bool 
   if (!limits.known) readLimits(world);
 
   for (std::size_t n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+    const bool inRow = std::exchange(evidence[n].inRow, false);
     if (std::exchange(changesSeen[n], world.otherTypeChanges[n]) != world.otherTypeChanges[n]) {
       forget(n, beliefs, verdicts);
       continue;
@@ -101,16 +120,20 @@ void DecayTypes::observe(const Worldmodel& world, const Opponents& before, bool 
     if (!inPlayThroughout || !limits.known || !isSeen(player) || !isSeen(before[n])) continue;
     const Step step(before[n], player);
     if (step.way.getLength() > limits.way) continue;
-    if (verdicts[n] != -1) {
+    const bool isKnown = verdicts[n] != -1;
+    if (!isKnown && mayHaveTouched(world, n)) continue;
+    if (!inRow) endTracks(n);
+    evidence[n].inRow = true;
+    if (isKnown) {
       verify(world, n, step, beliefs, verdicts);
-    } else if (!mayHaveTouched(world, n)) {
-      count(world, n, step, beliefs[n]);
+    } else if (count(world, n, step, beliefs[n])) {
       decide(world, n, beliefs, verdicts);
     }
   }
 }
 
 void DecayTypes::readLimits(const Worldmodel& world) {
+  if (world.playerType.size() != tracks.front().size()) return;
   double speed = PLAYER_SPEED_MAX;
   double size = PLAYER_SIZE;
   for (const WPlayerType& type : world.playerType) {
@@ -142,31 +165,34 @@ void DecayTypes::verify(const Worldmodel& world, std::size_t n, const Step& step
                         TypeBeliefs& beliefs, Verdicts& verdicts) {
   const auto& types = world.playerType;
   const auto verdict = static_cast<std::size_t>(verdicts[n]);
-  if (step.fits(types[verdict].playerDecay) || mayHaveTouched(world, n)) return;
-  const bool otherFits = std::any_of(types.begin(), types.end(), [&](const WPlayerType& type) {
-    return step.fits(type.playerDecay);
+  if (step.follow(types[verdict].playerDecay, tracks[n][verdict])) return;
+  if (mayHaveTouched(world, n)) return;
+  const bool anyFits = std::any_of(types.begin(), types.end(), [&](const WPlayerType& type) {
+    Track alone;
+    return step.follow(type.playerDecay, alone);
   });
-  if (otherFits && ++evidence[n].against >= GIVE_UP) forget(n, beliefs, verdicts);
+  if (anyFits && ++evidence[n].against >= GIVE_UP) forget(n, beliefs, verdicts);
 }
 
 /// Gives the types that the step fits a vote each, when it tells anything: it fits some type and
 /// excludes at least half of them. A player that hardly moves fits all.
-void DecayTypes::count(const Worldmodel& world, std::size_t n, const Step& step,
+bool DecayTypes::count(const Worldmodel& world, std::size_t n, const Step& step,
                        std::vector<PlayerTypeData>& beliefs) {
-  const std::size_t types = std::min(beliefs.size(), world.playerType.size());
+  auto& ofTypes = tracks[n];
   std::size_t fitting = 0;
-  for (std::size_t t = 0; t < types; ++t) {
-    if (step.fits(world.playerType[t].playerDecay)) ++fitting;
+  for (std::size_t t = 0; t < ofTypes.size(); ++t) {
+    if (step.follow(world.playerType[t].playerDecay, ofTypes[t])) ++fitting;
   }
-  if (fitting == 0 || 2 * fitting > types) return;
-  for (std::size_t t = 0; t < types; ++t) {
-    if (step.fits(world.playerType[t].playerDecay)) ++beliefs[t].score;
+  if (fitting == 0 || 2 * fitting > ofTypes.size()) return false;
+  for (std::size_t t = 0; t < ofTypes.size(); ++t) {
+    if (ofTypes[t].holds) ++beliefs[t].score;
   }
   Evidence& known = evidence[n];
   ++known.steps;
   const double dash = step.leastDash();
   known.secondStrongest = std::max(known.secondStrongest, std::min(dash, known.strongest));
   known.strongest = std::max(known.strongest, dash);
+  return true;
 }
 
 /// The type that is left when the evidence has ruled out all others.
@@ -176,13 +202,12 @@ void DecayTypes::decide(const Worldmodel& world, std::size_t n, TypeBeliefs& bel
   const int steps = evidence[n].steps;
   int most = 0;
   for (const PlayerTypeData& belief : votes) most = std::max(most, belief.score);
-  if (most < MIN_VOTES || 8 * (steps - most) > steps) return;
+  if (8 * (steps - most) > steps) return;
 
   const int lead = most >= SURE_VOTES && most == steps ? 1 : MIN_LEAD;
-  const std::size_t types = std::min(votes.size(), world.playerType.size());
   std::size_t open = 0;
   std::size_t last = 0;
-  for (std::size_t t = 0; t < types; ++t) {
+  for (std::size_t t = 0; t < votes.size(); ++t) {
     const bool isBehind = most - votes[t].score >= lead;
     const bool isExcluded =
         isBehind || (steps >= TWIN_STEPS && isUnlikelyTwin(world, n, t, verdicts));
@@ -207,6 +232,10 @@ bool DecayTypes::isUnlikelyTwin(const Worldmodel& world, std::size_t n, std::siz
   if (type == 0 || !(playerParams.pt_max >= 1)) return false;
   const auto wearers = std::count(verdicts.begin(), verdicts.end(), static_cast<int>(type));
   return static_cast<double>(wearers) >= playerParams.pt_max;
+}
+
+void DecayTypes::endTracks(std::size_t n) {
+  for (Track& track : tracks[n]) track.holds = false;
 }
 
 void DecayTypes::forget(std::size_t n, TypeBeliefs& beliefs, Verdicts& verdicts) {

@@ -5,10 +5,12 @@
 // with six significant digits, so a type fits a step when the equation holds within half a unit of
 // the last printed digits, and a step of half a metre tells decays apart that differ by 0.0002. The
 // bounds are hard: the true type fits every step without a contact, and after a contact hardly any
-// type fits. So a few steps decide, and types that are nearly the same are told apart in time.
+// type fits. So a few steps decide. Where one step ends the next begins: steps in a row, taken
+// together, show the decay as one long step does, and so tell types apart that are nearly the same.
 #pragma once
 
 #include <array>
+#include <vector>
 
 #include "playertypedata.h"
 #include "worldmodel.h"
@@ -20,6 +22,9 @@ class DecayTypes {
   using Opponents = std::array<WPlayer, 12>;
   using Verdicts = std::array<int, 12>;
 
+  /// For so many types, those of the world and of the beliefs.
+  explicit DecayTypes(std::size_t types);
+
   /// Once a cycle. `before` are the opponents at the previous call, `nextCycle` when that was one
   /// cycle ago. Updates the beliefs and, where the evidence suffices, the verdicts (-1: none).
   void observe(const Worldmodel& world, const Opponents& before, bool nextCycle,
@@ -28,11 +33,25 @@ class DecayTypes {
  private:
   /// The evidence about one opponent; the votes of its types are the beliefs' scores.
   struct Evidence {
-    int steps = 0;    ///< that told something
-    int against = 0;  ///< steps that the verdict does not fit
+    int steps = 0;       ///< that told something
+    int against = 0;     ///< steps that the verdict does not fit
+    bool inRow = false;  ///< the tracks lead to the previous view
     /// The two greatest accelerations that were certainly reached, metres per cycle.
     double strongest = 0;
     double secondStrongest = 0;
+  };
+
+  /// How far the true coordinate may lie from the printed one, metres.
+  struct Offset {
+    double low = 0;
+    double high = 0;
+  };
+
+  /// What a type leaves open of a player's true place, after the steps in a row that fit it.
+  struct Track {
+    Offset x;
+    Offset y;
+    bool holds = false;
   };
 
   /// What all announced types have in common.
@@ -49,14 +68,16 @@ class DecayTypes {
   bool mayHaveTouched(const Worldmodel& world, std::size_t n) const;
   void verify(const Worldmodel& world, std::size_t n, const Step& step, TypeBeliefs& beliefs,
               Verdicts& verdicts);
-  void count(const Worldmodel& world, std::size_t n, const Step& step,
+  bool count(const Worldmodel& world, std::size_t n, const Step& step,
              std::vector<PlayerTypeData>& beliefs);
   void decide(const Worldmodel& world, std::size_t n, TypeBeliefs& beliefs, Verdicts& verdicts);
   bool isUnlikelyTwin(const Worldmodel& world, std::size_t n, std::size_t type,
                       const Verdicts& verdicts) const;
+  void endTracks(std::size_t n);
   void forget(std::size_t n, TypeBeliefs& beliefs, Verdicts& verdicts);
 
   std::array<Evidence, 12> evidence;
+  std::array<std::vector<Track>, 12> tracks;  ///< by shirt number and type
   std::array<int, 12> changesSeen{};
   Limits limits;
   bool wasInPlay = false;

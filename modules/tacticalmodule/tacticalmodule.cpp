@@ -61,7 +61,7 @@ TacticalSystem::TacticalSystem(int _numDef, int _numDefMid, int _numOffMid, int 
 }
 
 TacticalModule::TacticalModule(const Worldmodel* newWorld, AdvSkills* newSkills)
-    : world(newWorld), skills(newSkills) {
+    : world(newWorld), skills(newSkills), decayTypes(static_cast<std::size_t>(numPlayerTypes())) {
   ourSystem.numDefenders = Config::getValueAsInt("ourDefenders");
   ourSystem.numDefMidfield = Config::getValueAsInt("ourDefMidfield");
   ourSystem.numOffMidfield = Config::getValueAsInt("ourOffMidfield");

@@ -3,13 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <random>
 #include <thread>
+#include <tuple>
 
 #include "Config.h"
-#include "constants.h"
+#include "coachdesk.h"
 #include "support/param_keeper.h"
 #include "support/server.h"
 #include "typeassignment.h"
@@ -18,86 +20,86 @@
 namespace vok::test {
 namespace {
 
-// Fewest players without a type, then the greatest sum, then the lowest types; by trying all.
-struct Best {
-  int none = 99;
-  int sum = 0;  // utilities are whole numbers here
-  int ids = 0;
-};
+// Players without a type, the sum of the utilities (whole numbers here) negated, and that of the
+// types: the least is the best.
+using Value = std::tuple<int, int, int>;
+using Utilities = std::vector<std::vector<int>>;
 
-void tryAll(const std::vector<std::vector<int>>& utility, std::vector<int>& capacity,
-            std::size_t player, Best sofar, Best& best) {
-  if (player == utility.size()) {
-    const auto key = [](const Best& b) { return std::tuple(b.none, -b.sum, b.ids); };
-    if (key(sofar) < key(best)) best = sofar;
-    return;
-  }
+Value bestOfAll(const Utilities& utility, std::vector<int>& capacity, std::size_t player) {
+  if (player == utility.size()) return {};
+  Value best = bestOfAll(utility, capacity, player + 1);
+  ++std::get<0>(best);
   for (std::size_t t = 0; t < capacity.size(); ++t) {
     if (capacity[t] == 0) continue;
     --capacity[t];
-    const Best with{sofar.none, sofar.sum + utility[player][t], sofar.ids + static_cast<int>(t)};
-    tryAll(utility, capacity, player + 1, with, best);
+    const auto [none, sum, ids] = bestOfAll(utility, capacity, player + 1);
+    best = std::min(best, {none, sum - utility[player][t], ids + static_cast<int>(t)});
     ++capacity[t];
   }
-  tryAll(utility, capacity, player + 1, {sofar.none + 1, sofar.sum, sofar.ids}, best);
+  return best;
 }
 
 TEST(TypeAssignment, IsAsGoodAsTryingAll) {
   std::mt19937 dice(1);
   for (int round = 0; round < 300; ++round) {
     const std::size_t players = 1 + dice() % 5;
-    const std::size_t types = 1 + dice() % 5;
     const unsigned spread = round % 2 == 0 ? 4 : 1000;  // with many ties, and hardly any
-    std::vector<int> capacity(types);
+    std::vector<int> capacity(1 + dice() % 5);
     for (int& c : capacity) c = static_cast<int>(dice() % 4);
-    std::vector<std::vector<int>> utility(players, std::vector<int>(types));
-    TypeAssignment assignment(players, types);
+    Utilities utility(players, std::vector<int>(capacity.size()));
+    TypeAssignment assignment(players, capacity.size());
     for (std::size_t p = 0; p < players; ++p) {
-      for (std::size_t t = 0; t < types; ++t) {
+      for (std::size_t t = 0; t < capacity.size(); ++t) {
         utility[p][t] = static_cast<int>(dice() % spread) - 2;
         assignment.setUtility(p, t, utility[p][t] / 8.0);
       }
     }
-    Best best;
-    tryAll(utility, capacity, 0, {0, 0, 0}, best);
-
     assignment.solve(capacity);
-    Best found{0, 0, 0};
+    const Value best = bestOfAll(utility, capacity, 0);
+    Value found;
     for (std::size_t p = 0; p < players; ++p) {
-      const int t = assignment.typeOf(p);
-      if (t == -1) {
-        ++found.none;
+      const int type = assignment.typeOf(p);
+      if (type == -1) {
+        ++std::get<0>(found);
         continue;
       }
-      found.sum += utility[p][static_cast<std::size_t>(t)];
-      found.ids += t;
-      EXPECT_GE(--capacity[static_cast<std::size_t>(t)], 0) << round;
+      std::get<1>(found) -= utility[p][static_cast<std::size_t>(type)];
+      std::get<2>(found) += type;
+      EXPECT_GE(--capacity[static_cast<std::size_t>(type)], 0) << round;
     }
-    EXPECT_EQ(found.none, best.none) << round;
-    EXPECT_EQ(found.sum, best.sum) << round;
-    EXPECT_EQ(found.ids, best.ids) << round;
+    EXPECT_EQ(found, best) << round;
   }
 }
 
-// A coach of "Alpha" with twelve types beside the default one: player n likes type n + 1 best, by
-// its extra stamina.
 class WithinLimits : public testing::Test {
  protected:
-  WithinLimits() { setUp(); }
   ~WithinLimits() override { setEntry("types_withinLimits", "0"); }
 
-  void setUp() {
-    std::thread checkIn([this] {
+  // A coach of "Alpha", checked in with the first three texts.
+  void start(const Lines& texts) {
+    std::thread checkIn([&] {
       server.receive();
-      server.send("(init l ok)");
-      server.send(serverParam);
-      server.send("(player_param (player_types 13)(pt_max 1)(subs_max 3))");
+      for (std::size_t i = 0; i < 3; ++i) server.send(texts[i]);
     });
-    Config::readFile(shippedConfig);
     setEntry("types_withinLimits", "1");
     coach =
         std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
     checkIn.join();
+    for (std::size_t i = 3; i < texts.size(); ++i) hear(texts[i]);
+  }
+
+  // Twelve types beside the default one; player n likes type n + 1 best, by its extra stamina.
+  void startWithWishes() {
+    Lines texts = {"(init l ok)", serverParam,
+                   "(player_param (player_types 13)(pt_max 1)(subs_max 3))"};
+    for (int id = 0; id < 13; ++id) {
+      texts.push_back("(player_type (id " + std::to_string(id) +
+                      ") (player_speed_max 1) (stamina_inc_max 45) (player_decay 0.4) "
+                      "(inertia_moment 5) (dash_power_rate 0.006) (player_size 0.3) "
+                      "(kickable_margin 0.7) (kick_rand 0.1) (extra_stamina " +
+                      std::to_string(id) + ") (effort_max 1) (effort_min 0.6))");
+    }
+    start(texts);
     for (int n = 2; n <= 11; ++n) {
       const std::string player = "player" + std::to_string(n) + "_";
       for (const char* wish : {"decay_inertia", "kickmargin_rand", "dpr_stamina_inc_max"}) {
@@ -106,22 +108,17 @@ class WithinLimits : public testing::Test {
       setEntry((player + "extra_stamina_effort_weight").c_str(), "1");
       setEntry((player + "extra_stamina_effort_delta").c_str(), std::to_string(n + 1).c_str());
     }
-    for (int id = 0; id < 13; ++id) {
-      hear("(player_type (id " + std::to_string(id) +
-           ") (player_speed_max 1.05) (stamina_inc_max 45) (player_decay 0.4) (inertia_moment 5) "
-           "(dash_power_rate 0.006) (player_size 0.3) (kickable_margin 0.7) (kick_rand 0.1) "
-           "(extra_stamina " +
-           std::to_string(id) + ") (effort_max 1) (effort_min 0.6))");
-    }
   }
 
-  void hear(const std::string& text) { coach->comm->receiveText(text.c_str()); }
+  void hear(const std::string& text) {
+    coach->comm->receiveText(text.c_str());
+    coach->step();
+  }
 
   // One cycle of the coach; the changes that it asks for, "number:type " each.
-  std::string cycle(long time) {
-    hear(view(time));
+  std::string cycle(const std::string& seen) {
+    hear(seen);
     hear("(think)");
-    coach->step();
     std::string all;
     for (std::string text; !(text = server.receive(20)).empty();) {
       int number = 0;
@@ -132,6 +129,7 @@ class WithinLimits : public testing::Test {
     }
     return all;
   }
+  std::string cycle(long time) { return cycle(view(time)); }
 
   void give(int number, int type) {
     const std::string change =
@@ -142,7 +140,7 @@ class WithinLimits : public testing::Test {
 
   std::string summary() {
     for (const std::string& line : lines(errors.take())) {
-      if (line.starts_with("Coach: player types: ")) return line;
+      if (line.starts_with("Coach: player types: ")) return line.substr(21);
     }
     return "";
   }
@@ -153,23 +151,9 @@ class WithinLimits : public testing::Test {
   std::unique_ptr<VokCoach> coach;
 };
 
-TEST_F(WithinLimits, EachPlayerGetsItsOwnBestTypeAndTheAnswersTellWhatItHas) {
+TEST_F(WithinLimits, EachPlayerGetsItsOwnBestTypeAndARefusedOneTheBestThatIsLeft) {
+  startWithWishes();
   EXPECT_EQ(cycle(0), "2:3 3:4 4:5 5:6 6:7 7:8 8:9 9:10 10:11 11:12 ");
-  EXPECT_EQ(summary(), "") << "nothing is answered yet";
-  for (int n = 2; n <= 11; ++n) give(n, n + 1);
-  EXPECT_EQ(cycle(0), "");
-  EXPECT_EQ(summary(), "Coach: player types: 10 asked, 10 given, 0 refused");
-  for (std::size_t n = 2; n <= 11; ++n) {
-    EXPECT_EQ(coach->plType[n], static_cast<int>(n) + 1);
-    EXPECT_EQ(coach->world->ourTeam[n].type, static_cast<int>(n) + 1);
-    EXPECT_EQ(coach->world->ourTeam[n].extraStamina, static_cast<double>(n) + 1);
-  }
-  EXPECT_EQ(coach->world->otherTeam[5].type, -1);
-  EXPECT_EQ(coach->world->numOtherSubs, 0);
-}
-
-TEST_F(WithinLimits, ARefusedPlayerGetsTheBestThatIsLeft) {
-  cycle(0);
   give(2, 3);
   hear("(warning max_of_that_type_on_field)");  // of 3:4
   hear("(ok say)");
@@ -178,53 +162,110 @@ TEST_F(WithinLimits, ARefusedPlayerGetsTheBestThatIsLeft) {
   // Types 0 to 2 are left, but the goalie has 0. What 3 wishes comes before what 11 wishes.
   EXPECT_EQ(cycle(0), "3:2 11:1 ");
   give(3, 2);
-  give(11, 1);
-  cycle(0);
-  EXPECT_EQ(summary(), "Coach: player types: 12 asked, 10 given, 2 refused");
-  EXPECT_EQ(coach->plType[3], 2);
-  EXPECT_EQ(coach->plType[11], 1);
+  EXPECT_EQ(summary(), "") << "not all is answered yet";
+  hear("(ok change_player_type 11 1)");  // its announcement is lost
+  EXPECT_EQ(cycle(0), "");
+  EXPECT_EQ(summary(), "12 asked, 10 given, 2 refused");
+  for (std::size_t n = 2; n <= 11; ++n) {
+    const int type = n == 3 ? 2 : n == 11 ? 1 : static_cast<int>(n) + 1;
+    EXPECT_EQ(coach->plType[n], type);
+    EXPECT_EQ(coach->world->ourTeam[n].type, type);
+    EXPECT_EQ(coach->world->ourTeam[n].extraStamina, type);
+  }
+  EXPECT_EQ(coach->world->numOtherSubs, 0);
 }
 
 TEST_F(WithinLimits, TypesThatAreTakenAreLeftFirst) {
-  // Another coach has been here: 2 and 3 want each other's types, 4 what 5 has.
-  hear("(change_player_type 2 4)");
-  hear("(change_player_type 3 3)");
-  hear("(change_player_type 5 5)");
-  EXPECT_EQ(cycle(0), "5:6 6:7 7:8 8:9 9:10 10:11 11:12 4:5 2:1 3:4 2:3 ");
+  startWithWishes();
+  // Another coach has been here: 10 has what 2 wants, 3 and 4 each other's, 5 what 6 has.
+  for (const char* change : {"10 3", "3 5", "4 4", "6 6"}) {
+    hear(std::string("(change_player_type ") + change + ")");
+  }
+  EXPECT_EQ(cycle(0), "6:7 7:8 8:9 9:10 10:11 11:12 2:3 5:6 3:1 4:5 3:4 ");
 }
 
 TEST_F(WithinLimits, APlayerWhoIsNotThereYetIsAskedForWhenItComes) {
+  startWithWishes();
   cycle(0);
   for (int n = 2; n <= 10; ++n) give(n, n + 1);
   hear("(warning no_such_player)");
   EXPECT_EQ(cycle(0), "");
   EXPECT_EQ(summary(), "");
-  hear("(see_global 0 ((b) 0 0 0 0) ((p \"Alpha\" 11) -1 0 0 0 0 0))");
-  hear("(think)");
-  coach->step();
-  EXPECT_EQ(server.receive(50).substr(0, 25), "(change_player_type 11 12");
+  EXPECT_EQ(cycle("(see_global 0 ((b) 0 0 0 0) ((p \"Alpha\" 11) -1 0 0 0 0 0))"), "11:12 ");
   give(11, 12);
   cycle(0);
-  EXPECT_EQ(summary(), "Coach: player types: 11 asked, 10 given, 1 refused");
+  EXPECT_EQ(summary(), "11 asked, 10 given, 1 refused");
 }
 
 TEST_F(WithinLimits, AfterTheKickOffTheMostUsefulChangesAreMade) {
+  startWithWishes();
   hear("(change_player_type 11 1)");
   hear("(hear 1 referee kick_in_l)");
   // Away from its wish: 11 by 11, 10 by 11, 9 by 10, 8 by 9.
   EXPECT_EQ(cycle(1), "10:11 11:12 9:10 ");
-  hear("(warning no_subs_left)");
-  EXPECT_EQ(cycle(2), "");
+  hear("(warning cannot_sub_while_playon)");
+  hear("(warning no_left_of_that_type)");  // of 11:12; 9 is the best that is left
+  EXPECT_EQ(cycle(2), "10:11 11:9 ");
+  for (int i = 0; i < 3; ++i) hear("(warning no_subs_left)");
+  EXPECT_EQ(cycle(3), "");
+  EXPECT_EQ(summary(), "5 asked, 0 given, 5 refused");
+}
+
+TEST_F(WithinLimits, ASubstitutionThatBringsNothingIsNotAskedFor) {
+  startWithWishes();
+  setEntry("player2_extra_stamina_effort_delta", "1.4");
+  for (int n = 3; n <= 11; ++n) give(n, n + 1);  // without a request
+  hear("(hear 1 referee kick_in_l)");
+  EXPECT_EQ(cycle(1), "2:1 ");
+  hear("(warning no_left_of_that_type)");
+  EXPECT_EQ(cycle(2), "2:2 ");
+  hear("(warning no_left_of_that_type)");
+  EXPECT_EQ(cycle(3), "") << "3 is farther from 1.4 than the default";
+  EXPECT_EQ(summary(), "2 asked, 0 given, 2 refused");
 }
 
 TEST_F(WithinLimits, AnswersThatNeverComeAreCounted) {
+  startWithWishes();
   cycle(0);
-  give(3, 4);
+  hear("(change_player_type 4 5)");  // and not "(ok ...)"
+  give(5, 6);
   hear("(hear 1 referee play_on)");
   cycle(1);
-  EXPECT_EQ(summary(), "Coach: player types: 10 asked, 1 given, 0 refused, 9 without an answer");
+  EXPECT_EQ(summary(), "10 asked, 2 given, 0 refused, 8 without an answer");
   EXPECT_EQ(coach->plType[2], 0);
-  EXPECT_EQ(coach->plType[3], 4);
+  EXPECT_EQ(coach->plType[4], 5);
+}
+
+TEST_F(WithinLimits, APracticeMatchGivesAllThatIsAskedFor) {
+  using practice::Side;
+  for (const int most : {1, 3}) {
+    practice::MatchSettings settings;
+    settings.ptMax = most;
+    settings.coachSide = most == 1 ? Side::Left : Side::Right;
+    settings.coachTeam = "Alpha";
+    practice::Match match(settings);
+    practice::Report report;
+    practice::CoachDesk desk(match, report, true);
+    start(match.checkIn());
+    for (Lines texts; match.modeName() != "play_on";) {
+      match.cycle(texts);
+      for (const std::string& text : texts) hear(text);
+      hear("(think)");
+      texts.clear();
+      for (std::string text; !(text = server.receive(2)).empty();) {
+        desk.take({text.substr(0, text.find('$')), true}, texts);
+      }
+      for (const std::string& text : texts) hear(text);
+    }
+    EXPECT_EQ(summary(), "10 asked, 10 given, 0 refused") << most;
+    EXPECT_EQ(std::tuple(report.typesAsked, report.typesGiven), std::tuple(10, 10)) << most;
+    EXPECT_TRUE(report.typesRefused.empty());
+    for (const practice::Player& p : match.state().team(settings.coachSide)) {
+      EXPECT_EQ(coach->plType[static_cast<std::size_t>(p.number)], p.type) << p.number;
+    }
+    coach.reset();
+    keeper.restore();
+  }
 }
 
 }  // namespace

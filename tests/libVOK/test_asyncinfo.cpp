@@ -133,7 +133,7 @@ class PlayerTiming : public testing::Test {
     SIMULATOR_STEP = 1000;
     timing->actionNeeded = false;
     gettimeofday(&timing->startTime, nullptr);
-    timing->startTime = {timing->startTime.tv_sec - 100, 0};
+    timing->startTime = {timing->startTime.tv_sec - 100, 700'000};
     timing->setRecvTime();
     timing->recvTime -= late;
     const long began = timing->recvTime - length;

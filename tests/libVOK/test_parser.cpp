@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <tuple>
+#include <vector>
 
 #include "Parser.h"
 #include "support/server.h"
@@ -220,6 +221,94 @@ TEST_F(ParserTest, ACoachSpeaksFreelyOrInItsLanguage) {
   }
   EXPECT_TRUE(parse(head + "(info" + std::string(700, 'x')));
   EXPECT_EQ(record.message.data(), std::string(512, 'x'));
+}
+
+/// A field player of "Alpha" on the right.
+class PlayerParserTest : public ParserTest {
+ protected:
+  PlayerParserTest() { player.setSide(SIDE_RIGHT); }
+
+  bool parse(std::string_view text) {
+    record = SensorData();
+    return player.parseServerString(text, record);
+  }
+
+  Parser player{"Alpha", CLIENT_FIELDPLAYER, 7, 8};
+};
+
+TEST_F(PlayerParserTest, APlayerIsToldOfItsBody) {
+  const std::string body =
+      "(view_mode high narrow) (stamina 7990.5 0.9) (speed 0.4 -90) (head_angle 45) (kick 1)"
+      " (dash 2) (turn 3) (say 4) (turn_neck 5) (catch 6) (move 7) (change_view 8)"
+      " (arm (movable 9) (expires 10) (target 1.5 -2) (count 11))"
+      " (focus (target r 7) (count 12)) (tackle (expires 13) (count 14)) (collision (ball) (x))";
+  ASSERT_TRUE(parse("(sense_body 12 " + body + ")"));
+  EXPECT_EQ(record.type, SENSOR_TYPE_SENSE_BODY);
+  EXPECT_EQ(record.time, 12);
+  EXPECT_EQ(record.my_view_width, VIEW_WIDTH_NARROW);
+  EXPECT_EQ(record.my_view_quality, VIEW_QUALITY_HIGH);
+  EXPECT_EQ((std::vector{record.stamina, record.effort, record.speed, record.arm_target.x,
+                         record.arm_target.y}),
+            (std::vector{7990.5, 0.9, 0.4, 1.5, -2.0}));
+  EXPECT_DOUBLE_EQ(record.speed_angle, -PI / 2);
+  EXPECT_DOUBLE_EQ(record.head_angle, PI / 4);
+  EXPECT_EQ((std::vector{record.kick_count, record.dash_count, record.turn_count, record.say_count,
+                         record.turn_neck_count, record.catch_count, record.move_count,
+                         record.change_view_count, record.arm_movable, record.arm_expires,
+                         record.point_to_count, record.attention_to_count, record.tackle_expires,
+                         record.tackle_count}),
+            (std::vector{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}));
+  EXPECT_EQ(record.attentionTo, 7);
+  EXPECT_TRUE(record.attentionToOurTeam);
+
+  EXPECT_TRUE(parse("(sense_body 13 (focus (target none) (count 3)))"));
+  EXPECT_EQ(record.attentionTo, 0);
+  for (const char* text : {"(stamina 1)", "(kick x)", "(speed 1 1e999)", "(arm (movable 0))",
+                           "kick", "(kick 1", "(focus (target x))", "()"})
+    EXPECT_FALSE(parse("(sense_body 12 " + std::string(text) + ")")) << text;
+  EXPECT_FALSE(parse("(sense_body 12 (kick 1)")) << "no end";
+}
+
+TEST_F(PlayerParserTest, APlayerSeesFromWhereItStands) {
+  ASSERT_TRUE(
+      parse("(see 12 ((f c) 10 -90) ((g r) 50 0) ((l b) 30 45) ((b) 3.5 180 0.2 -1)"
+            " ((p \"Alpha\" 3 goalie) 5 10 0 1 90 -90 t) ((p \"Beta\") 40 20 90)"
+            " ((p) 60 20) ((B) 1 2) ((p \"Beta\" 4) 20))"));
+  EXPECT_EQ(record.type, SENSOR_TYPE_SEE);
+  EXPECT_TRUE(record.flag[FLAG_CENTER].valid);
+  EXPECT_DOUBLE_EQ(record.flag[FLAG_CENTER].dir, -PI / 2);
+  EXPECT_EQ(record.goal[GOAL_RIGHT].team, TEAM_US);
+  EXPECT_EQ(record.goal[GOAL_RIGHT].dist, 50);
+  EXPECT_FALSE(record.goal[GOAL_LEFT].valid);
+  EXPECT_EQ(record.line[LINE_BOTTOM].dist, 30);
+  EXPECT_EQ(record.ball.dist, 3.5);
+  EXPECT_EQ(record.ball.dist_change, 0.2);
+  EXPECT_DOUBLE_EQ(record.ball.dir_change, -PI / 180);
+
+  const SensorPlayer& mate = record.player[0];
+  EXPECT_EQ(mate.team, TEAM_US);
+  EXPECT_EQ(mate.number, 3);
+  EXPECT_EQ(mate.goalie, GOALIE_TRUE);
+  EXPECT_DOUBLE_EQ(mate.body_dir, PI / 2);
+  EXPECT_DOUBLE_EQ(mate.face_dir, -PI / 2);
+  EXPECT_EQ(mate.pointto_dir, NO_ANGLE);
+  EXPECT_TRUE(mate.tackle);
+  const SensorPlayer& opponent = record.player[1];
+  EXPECT_EQ(opponent.team, TEAM_THEM);
+  EXPECT_EQ(opponent.number, -1);
+  EXPECT_EQ(opponent.body_dir, NO_ANGLE);
+  EXPECT_DOUBLE_EQ(opponent.pointto_dir, PI / 2);
+  EXPECT_FALSE(opponent.tackle);
+  EXPECT_EQ(record.player[2].team, TEAM_UNKNOWN);
+  EXPECT_FALSE(record.player[3].valid) << "seen too badly for a distance";
+
+  std::string crowd;
+  for (int i = 0; i < 22; ++i) crowd += "((p) 60 20)";
+  for (const std::string& text :
+       {crowd + ")", std::string("((b) 1 2)"), std::string("((b) 1 1e999))"),
+        std::string("(b 1 2))"), std::string("((b 1 2)")})
+    EXPECT_FALSE(parse("(see 12 " + text)) << text;
+  EXPECT_FALSE(ParserTest::parse("(see 12 ((b) 1 2))")) << "a coach is sent no such view";
 }
 
 }  // namespace

@@ -357,5 +357,41 @@ TEST_F(World, QueueIsFoldedInBehindTheTypesItHadToDrop) {
   EXPECT_EQ(told.ourScore, 1);
 }
 
+TEST_F(World, TheBodySenseCarriesAPlayersWorldOn) {
+  setEntry("async_waitForSeeTime", "40");
+  Comm comm("Alpha", CLIENT_FIELDPLAYER, "127.0.0.1", 1, 0, false, 7, 7, SIDE_LEFT);
+  comm.async->setStates(5, 7, PLAY_MODE_PLAY_ON, SIDE_LEFT, false);
+  comm.serverOK = false;  // nobody to say "(bye)" to
+  Worldmodel told = newWorld(&comm);
+  told.time = 7;
+  told.ball.age = 0;
+  comm.async->setAction(TURN_COMMAND, 7, 1, 0, comm.async->processedAction);
+  SensorData body = message(SENSOR_TYPE_SENSE_BODY, 8);
+  body.stamina = 3000;
+  body.speed = 0.5;
+  body.speed_angle = 0.25;
+  body.head_angle = 0.5;
+  body.turn_count = 1;
+  told.adjust(body);
+  EXPECT_EQ(told.time, 8);
+  EXPECT_EQ(told.ball.age, 1);
+  EXPECT_EQ(told.playMode, PLAY_MODE_PLAY_ON);
+  EXPECT_EQ(told.my.stamina, 3000);
+  EXPECT_EQ(told.turnCount, 1);
+  EXPECT_NEAR(told.my.bodyDir, 1, 1e-9) << "the turn has had its effect";
+  EXPECT_NEAR(told.my.faceDir, 1.5, 1e-9);
+  EXPECT_NEAR(told.my.v.getAngle(), 1.75, 1e-9);
+
+  told.adjust(body);
+  EXPECT_EQ(told.ball.age, 1) << "no second time";
+  body.time = 9;
+  told.adjust(body);
+  EXPECT_NEAR(told.my.bodyDir, 1, 1e-9) << "the same turn does not count again";
+  body.time = 3;
+  body.stamina = 1;
+  told.adjust(body);
+  EXPECT_EQ(told.my.stamina, 3000) << "too old";
+}
+
 }  // namespace
 }  // namespace vok::test

@@ -140,6 +140,14 @@ TEST_F(PracticeDesk, AnswersEachCommandAndWarnsAboutMissingTerminators) {
   EXPECT_EQ(ask("(change_player_type 12 4)"), Texts{"(warning no_such_player)"});
   playTo("play_on");
   EXPECT_EQ(ask("(change_player_type 5 17)"), Texts{"(warning cannot_sub_while_playon)"});
+  std::ostringstream page;
+  report.print(page, &match, true);
+  EXPECT_NE(
+      page.str().find("\nchanges   5 types asked, 1 given, 4 refused (cannot_sub_while_playon "
+                      "1, max_of_that_type_on_field 1, no_such_player 1, "
+                      "out_of_range_player_type 1)\n"),
+      std::string::npos)
+      << page.str();
 }
 
 TEST_F(PracticeDesk, ComparesWhatACoachSaysWithTheViewOfThatTime) {

@@ -1,12 +1,12 @@
 // The verdicts over real traffic: tests/data/types_left.txt, the first 600 cycles of a match that
-// a real server sent to the coach of "Alpha" on the left; and over simulated matches.
+// a real server sent to the coach of "Alpha" on the left.
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <sstream>
 
+#include "Config.h"
 #include "check.h"
-#include "match.h"
 #include "support/param_keeper.h"
 #include "support/server.h"
 
@@ -20,6 +20,7 @@ class TypeCheck : public testing::Test {
     std::ifstream types(VOK_SOURCE_DIR "/tests/data/types_left.truth.tsv");
     EXPECT_TRUE(capture.read(file, error) && truth.read(types, error)) << error;
   }
+  ~TypeCheck() override { setEntry("tac_typesFromDecay", "0"); }
 
   test::ParamKeeper keeper;
   test::StderrCapture errors;
@@ -61,43 +62,6 @@ TEST_F(TypeCheck, BadFilesAreRefused) {
   std::istringstream in("12 (think)\n");
   EXPECT_FALSE(capture.read(in, error));
   EXPECT_EQ(error, "line 1 has no tab behind its milliseconds");
-}
-
-// Changes of the opponents included: in each quarter of the match but the first.
-TEST_F(TypeCheck, TypesOfSimulatedMatchesAreFoundFromEitherSide) {
-  using practice::Side;
-  for (const Side side : {Side::Left, Side::Right}) {
-    practice::MatchSettings settings;
-    settings.cycles = 1200;
-    settings.ptMax = side == Side::Left ? 1 : 3;
-    settings.coachSide = side;
-    settings.coachTeam = "Alpha";
-    settings.otherTeam = "Beta";
-    practice::Match match(settings);
-    std::ostringstream types;
-    capture.texts = match.checkIn();
-    for (std::vector<std::string> texts; !match.finished();) {
-      match.cycle(texts);
-      capture.texts.insert(capture.texts.end(), texts.begin(), texts.end());
-      capture.texts.emplace_back("(think)");
-      for (const practice::Player& p : match.state().team(practice::other(side))) {
-        types << match.time() << ' ' << practice::letter(p.side) << ' ' << p.number << ' ' << p.type
-              << '\n';
-      }
-    }
-    std::istringstream in(types.str());
-    ASSERT_TRUE(truth.read(in, error)) << error;
-    ASSERT_TRUE(check(capture, truth, "Alpha", side == Side::Left ? SIDE_LEFT : SIDE_RIGHT, true,
-                      findings, error))
-        << error;
-    int right = 0;
-    for (std::size_t n = 1; n <= 11; ++n) {
-      right += findings[n].isRight() ? 1 : 0;
-      EXPECT_FALSE(findings[n].isWrong()) << n;
-      EXPECT_EQ(findings[n].wrongOnTheWay, 0) << n;
-    }
-    EXPECT_GE(right, 10) << "a change shortly before the end may leave one open";
-  }
 }
 
 }  // namespace

@@ -156,6 +156,7 @@ void CoachDesk::say(std::string_view text, std::vector<std::string>& answers) {
     return;
   }
   ++report.messagesAccepted;
+  said = message;
   compare(message);
 }
 

@@ -45,6 +45,9 @@ class CoachDesk {
   /// Keeps the truth that messages are compared with.
   void viewSent();
 
+  /// The message that was let through since the last question; empty: none.
+  std::string takeMessage() { return std::exchange(said, {}); }
+
   bool eyeOn() const { return eye; }
   bool left() const { return bye; }
   /// Whether "(done)" came since the last question.
@@ -59,6 +62,7 @@ class CoachDesk {
   Report& report;
   bool lenient;
   SayRules rules;
+  std::string said;
   bool eye = false;
   bool done = false;
   bool bye = false;

@@ -27,6 +27,11 @@ Match::Match(MatchSettings matchSettings)
   for (int i = 0; i < earlyTypes; ++i) otherCoachChanges(unheard);
 }
 
+void Match::meet(const std::string& coachTeam) {
+  set.coachTeam = coachTeam;
+  set.otherTeam = coachTeam == "Opponents" ? "Others" : "Opponents";
+}
+
 std::vector<std::string> Match::checkIn() const {
   std::vector<std::string> texts;
   texts.push_back(std::string("(init ") + letter(set.coachSide) + " ok)");

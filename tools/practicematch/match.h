@@ -29,6 +29,8 @@ class Match {
  public:
   explicit Match(MatchSettings matchSettings);
 
+  /// Names the coach's team, when it was not known at the beginning, and the other one.
+  void meet(const std::string& coachTeam);
   /// All that a coach is told in one burst when it checks in.
   std::vector<std::string> checkIn() const;
   /// Plays one cycle and replaces `texts` by its calls, in the order of sending, and the view.

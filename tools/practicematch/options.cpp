@@ -50,7 +50,7 @@ bool readTeam(std::string_view text, Options& o) {
   return initTeam("(init " + o.team + " (version 9.00))").has_value();
 }
 
-const std::array<Row, 16> rows = {{
+const std::array<Row, 17> rows = {{
     {"--cycles", "N",
      [](std::string_view v, Options& o) { return readNumber(v, 2, 100000, o.match.cycles); },
      Goes::WithMatch, "length in two halves, 2 to 100000 cycles (default 6000)"},
@@ -86,6 +86,9 @@ const std::array<Row, 16> rows = {{
     {"--port", "N",
      [](std::string_view v, Options& o) { return readNumber(v, 0, 65535, o.match.port); },
      Goes::Always, "port, 0 to 65535; 0 takes a free one (default 6002)"},
+    {"--player-port", "N",
+     [](std::string_view v, Options& o) { return readNumber(v, 0, 65535, o.playerPort.emplace()); },
+     Goes::WithMatch, "lets players in there that hear the coach, 0 to 65535 (default: none)"},
     {"--wait", "SECONDS",
      [](std::string_view v, Options& o) { return readNumber(v, 1, 86400, o.waitSeconds); },
      Goes::Always, "how long to wait for a coach, 1 to 86400 (default 60)"},
@@ -163,7 +166,9 @@ std::string helpText() {
       "practicematch [OPTION]...\n\n"
       "Stands in for the simulator server on the online coach's port: waits for a coach on this\n"
       "machine and shows it a simulated match, or a recorded one. At the end it reports how the\n"
-      "coach did.\n\n";
+      "coach did. With --player-port, players of the coach's team may come too, before the coach "
+      "or\n"
+      "later. They get the calls, their senses and what the coach says, but steer no body.\n\n";
   for (const Row& row : rows) {
     std::string left = "  " + std::string(row.name);
     if (!row.valueName.empty()) left += " " + std::string(row.valueName);

@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "coachdesk.h"
+#include "playerport.h"
 #include "report.h"
 
 namespace vok::practice {
@@ -47,9 +48,9 @@ struct Counter {
   }
 
   /// Books the outcome of a wait for "(done)".
-  void book(bool done, Clock::time_point asked) {
+  void book(bool done, Clock::time_point asked, Clock::time_point answered = Clock::now()) {
     if (done) {
-      const std::chrono::duration<double, std::milli> took = Clock::now() - asked;
+      const std::chrono::duration<double, std::milli> took = answered - asked;
       report.answerTimes.push_back(took.count());
     } else {
       ++report.cyclesMissed;
@@ -63,18 +64,23 @@ template <typename Take, typename Enough>
 bool takeUntil(Session& session, Clock::time_point deadline, Take take, Enough enough) {
   while (!enough()) {
     const auto command = session.receive(deadline);
-    if (!command) return false;
-    take(*command);
+    if (command) {
+      take(*command);
+    } else if (stopRequested != 0 || Clock::now() >= deadline) {
+      return false;
+    }
   }
   return true;
 }
 
 class MatchService {
  public:
-  MatchService(const Options& serviceOptions, Session& session, Match& servedMatch)
+  MatchService(const Options& serviceOptions, Session& session, Match& servedMatch,
+               PlayerPort& playerPort)
       : options(serviceOptions),
         counter{session},
         match(servedMatch),
+        players(playerPort),
         desk(servedMatch, counter.report, serviceOptions.lenient) {}
 
   const Report& run() {
@@ -111,6 +117,8 @@ class MatchService {
     match.cycle(texts);
     if (!desk.eyeOn()) texts.pop_back();  // the view
     counter.sendAll(texts);
+    players.sendNews(texts);
+    players.sendSenses();
     desk.viewSent();
     ++counter.report.cyclesSent;
     if (match.settings().synch && desk.eyeOn()) {
@@ -125,10 +133,19 @@ class MatchService {
   void think() {
     desk.tookDone();  // one that came too late answers nothing
     const auto asked = Clock::now();
+    auto answered = asked;
+    players.think();
     counter.session.send("(think)");
     bool done = false;
-    serveUntil(asked + grace, [&] { return (done = desk.tookDone()) || desk.left(); });
-    if (!desk.left() && stopRequested == 0) counter.book(done, asked);
+    serveUntil(asked + grace, [&] {
+      if (!done && desk.tookDone()) {
+        done = true;
+        answered = Clock::now();
+      }
+      return (done && players.allDone()) || desk.left();
+    });
+    players.endCycle();
+    if (!desk.left() && stopRequested == 0) counter.book(done, asked, answered);
   }
 
   template <typename Enough>
@@ -139,6 +156,8 @@ class MatchService {
           std::vector<std::string> answers;
           desk.take(command, answers);
           counter.sendAll(answers);
+          players.sendNews(answers);
+          players.sendMessage(desk.takeMessage());
         },
         enough);
   }
@@ -146,6 +165,7 @@ class MatchService {
   const Options& options;
   Counter counter;
   Match& match;
+  PlayerPort& players;
   CoachDesk desk;
   std::vector<std::string> texts;
   Clock::time_point next;
@@ -231,39 +251,56 @@ class RecordingService {
   bool over = false;
 };
 
+/// `team` is the only one that is let in; empty: any.
 std::optional<std::string> waitForCoach(const Options& options, Session& session,
-                                        const std::string& example) {
+                                        const std::string& team, const std::string& example) {
   std::cout << "listening on port " << session.port() << "\nstart a coach: onlinecoach -t "
             << example << " -p " << session.port() << " -f agent.conf" << std::endl;
-  auto team = session.waitForCoach(Clock::now() + seconds(options.waitSeconds), options.team);
-  if (!team) {
+  auto came = session.waitForCoach(Clock::now() + seconds(options.waitSeconds), team);
+  if (!came) {
     std::cerr << "practicematch: "
               << (stopRequested != 0
                       ? "interrupted before a coach came"
                       : "no coach came within " + std::to_string(options.waitSeconds) + " s")
               << std::endl;
   }
-  return team;
+  return came;
+}
+
+bool openToPlayers(int port, PlayerPort& players, Session& session) {
+  std::string error;
+  if (!players.open(port, error)) {
+    std::cerr << "practicematch: player port " << port << ": " << error << std::endl;
+    return false;
+  }
+  std::cout << "players: port " << players.port() << std::endl;
+  session.keep(players.company());
+  return true;
 }
 
 }  // namespace
 
 int serveMatch(const Options& options, Session& session) {
-  const auto team = waitForCoach(options, session, options.team.empty() ? "VOK" : options.team);
-  if (!team) return 1;
   MatchSettings settings = options.match;
   settings.port = session.port();
-  settings.coachTeam = *team;
-  settings.otherTeam = *team == "Opponents" ? "Others" : "Opponents";
   Match match(settings);
-  MatchService service(options, session, match);
+  std::string coachTeam = options.team;
+  PlayerPort players(match, coachTeam);
+  if (options.playerPort && !openToPlayers(*options.playerPort, players, session)) return 1;
+
+  const auto team =
+      waitForCoach(options, session, coachTeam, coachTeam.empty() ? "VOK" : coachTeam);
+  if (!team) return 1;
+  coachTeam = *team;
+  match.meet(coachTeam);
+  MatchService service(options, session, match, players);
   const Report& report = service.run();
   if (!options.quiet) report.print(std::cout, &match, settings.synch);
   return report.ending == Ending::Stayed ? 0 : 1;
 }
 
 int serveRecording(const Options& options, const Recording& recording, Session& session) {
-  if (!waitForCoach(options, session, recording.team())) return 1;
+  if (!waitForCoach(options, session, options.team, recording.team())) return 1;
   RecordingService service(options, session, recording);
   const Report& report = service.run();
   if (!options.quiet) report.print(std::cout, nullptr, service.synch());

@@ -18,10 +18,6 @@ namespace {
 constexpr std::size_t maxDatagram = 8192;
 constexpr std::size_t maxTeamName = 15;
 
-bool sameAddress(const sockaddr_in& a, const sockaddr_in& b) {
-  return a.sin_addr.s_addr == b.sin_addr.s_addr && a.sin_port == b.sin_port;
-}
-
 bool isInit(std::string_view text) {
   return text.starts_with("(init ") || text == "(init)";
 }
@@ -108,8 +104,9 @@ bool Session::wait(const Socket& other, Clock::time_point deadline) const {
   using std::chrono::milliseconds;
   const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
   if (stopRequested != 0 || left.count() < 0) return false;
-  std::array<pollfd, 2> sockets = {
-      {{publicSocket.descriptor(), POLLIN, 0}, {other.descriptor(), POLLIN, 0}}};
+  std::vector<pollfd> sockets = {{publicSocket.descriptor(), POLLIN, 0},
+                                 {other.descriptor(), POLLIN, 0}};
+  for (const int descriptor : company.descriptors) sockets.push_back({descriptor, POLLIN, 0});
   poll(sockets.data(), sockets.size(),
        static_cast<int>(std::min<milliseconds::rep>(left.count(), 100)));
   return true;
@@ -118,6 +115,7 @@ bool Session::wait(const Socket& other, Clock::time_point deadline) const {
 std::optional<std::string> Session::waitForCoach(Clock::time_point deadline,
                                                  const std::string& team) {
   do {
+    company.serve();
     sockaddr_in from{};
     while (const auto command = publicSocket.receive(from)) {
       auto name = initTeam(command->text);
@@ -157,6 +155,7 @@ std::optional<Command> Session::receive(Clock::time_point deadline) {
       if (log.is_open()) log << command->text << std::endl;
       return command;
     }
+    if (company.serve()) return std::nullopt;
   } while (wait(ownSocket, deadline));
   return std::nullopt;
 }

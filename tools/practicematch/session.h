@@ -6,9 +6,12 @@
 #include <chrono>
 #include <csignal>
 #include <fstream>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace vok::practice {
 
@@ -45,6 +48,12 @@ class Socket {
   int sd = -1;
 };
 
+/// Others who are served while a session waits for its coach.
+struct Company {
+  std::vector<int> descriptors;
+  std::function<bool()> serve = [] { return false; };  ///< true when something came from them
+};
+
 class Session {
  public:
   bool open(int port, std::string& error);
@@ -52,13 +61,16 @@ class Session {
   /// From now on every command is written to a file, a line each. False when it cannot be opened.
   bool logTo(const std::string& file);
 
+  void keep(Company newCompany) { company = std::move(newCompany); }
+
   /// Waits for a coach to ask for its place and returns the name of its team. With a `team`, all
-  /// others are refused.
+  /// others are refused; the company may name it meanwhile.
   std::optional<std::string> waitForCoach(Clock::time_point deadline, const std::string& team);
 
   void send(std::string_view text) const { ownSocket.send(text, coach); }
 
-  /// The coach's next command; nothing at the deadline, or when a stop is requested.
+  /// The coach's next command; nothing at the deadline, when a stop is requested, or when
+  /// something came from the company.
   std::optional<Command> receive(Clock::time_point deadline);
 
  private:
@@ -69,7 +81,12 @@ class Session {
   Socket ownSocket;
   sockaddr_in coach{};
   std::ofstream log;
+  Company company;
 };
+
+inline bool sameAddress(const sockaddr_in& a, const sockaddr_in& b) {
+  return a.sin_addr.s_addr == b.sin_addr.s_addr && a.sin_port == b.sin_port;
+}
 
 /// The team's name in "(init NAME (version N))"; nothing when the text is no such command.
 std::optional<std::string> initTeam(std::string_view text);

@@ -1,0 +1,153 @@
+// A player that only listens: checks in as a field player, hears what the coach says, takes it into
+// its world model and prints it. The skeleton of any player that is built on the library.
+#include <VOK/Comm.h>
+#include <VOK/Config.h>
+#include <VOK/constants.h>
+#include <VOK/worldmodel.h>
+
+#include <charconv>
+#include <iomanip>
+#include <iostream>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr int badArgument = 2;
+constexpr unsigned noKicker = (1U << 18) - 1;  // -1, in the 18 bits that travel
+
+constexpr const char* helpText =
+    "player_listener [HOST [PORT [TEAM]]]\n\n"
+    "Checks in at a simulator server as a field player and prints what the coach of its team "
+    "says:\n"
+    "kicker, ball, players and the opponents' types. Its body does nothing.\n\n"
+    "  HOST              the server's host (default localhost)\n"
+    "  PORT              its port for players, 1 to 65535 (default 6000)\n"
+    "  TEAM              the team's name (default VOK)\n"
+    "  --help            this text\n\n"
+    "Exit status: 0 after the match, also when the server fell silent or a signal came, 1 when\n"
+    "the server did not let it in, 2 a wrong argument.\n";
+
+struct Options {
+  const char* host = "localhost";
+  int port = 6000;
+  const char* team = "VOK";
+};
+
+bool readPort(std::string_view text, int& port) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
+  return error == std::errc() && end == text.data() + text.size() && port >= 1 && port <= 65535;
+}
+
+/// What the modules ask for when they are made. A team reads them, and its own keys, from a file:
+/// `Config::readFile("agent.conf")`.
+void configure() {
+  // A listener needs no view: its cycle begins with the body sense.
+  vok::setEntry("async_waitForSeeTime", "0");
+  vok::setEntry("world_maxPlayersOurTeam", "11");
+  vok::setEntry("world_maxPlayersOtherTeam", "11");
+}
+
+std::string numberOr(int number, const char* unknown) {
+  return number == -1 ? unknown : std::to_string(number);
+}
+
+/// Metres with the one decimal that travels. The frame is our own: our goal is at x = -52.5.
+void printPosition(const vok::Vector2d& pos) {
+  std::cout << std::setw(7) << pos.x << std::setw(7) << pos.y;
+}
+
+void printNews(const vok::Worldmodel& world, unsigned sayTime, unsigned kicker) {
+  std::cout << std::fixed << std::setprecision(1) << "cycle " << world.time
+            << ": the coach said in cycle " << sayTime << "\n  kicker    "
+            << (kicker == noKicker ? "none" : std::to_string(kicker)) << "\n  goalies   ours "
+            << numberOr(world.ourGoalieNo, "unknown") << ", theirs "
+            << numberOr(world.otherGoalieNo, "unknown") << "\n  ball   ";
+  printPosition(world.ball.pos);
+  std::cout << "\n  no          ours        theirs   type\n";
+  for (std::size_t n = 1; n <= 11; ++n) {
+    std::cout << std::setw(4) << n << "  ";
+    if (static_cast<int>(n) == world.my.number) {
+      // Of itself the model keeps what the player's own senses tell.
+      std::cout << std::setw(14) << "myself";
+    } else {
+      printPosition(world.ourTeam[n].pos);
+    }
+    printPosition(world.otherTeam[n].pos);
+    std::cout << std::setw(7) << numberOr(world.otherTeam[n].type, "-") << "\n";
+  }
+  std::cout << std::flush;
+}
+
+/// Takes in what was said since the last time. What the model does not take was no coach's message
+/// or came too late.
+void listen(vok::Comm& comm, vok::Worldmodel& world) {
+  vok::AudioMsg message;
+  while (comm.getNextMsg(message)) {
+    if (!world.feedbackAudio(message)) continue;
+    vok::Int3B kicker;
+    vok::Int3B opponents;  // two that the coach's statistics name; nobody here asks for them
+    message >> kicker >> opponents;
+    if (message.getState()) printNews(world, message.getServerTime(), kicker.getValue());
+  }
+}
+
+/// Runs the match and returns why it ended.
+const char* play(vok::Comm& comm) {
+  vok::Worldmodel world(&comm);
+  world.ownChangesWithoutComma = true;  // current servers announce our types so
+  std::cout << "player " << comm.getMyNumber() << " of " << comm.getMyTeam() << " on the "
+            << (comm.getMySide() == vok::SIDE_LEFT ? "left" : "right") << ", listening"
+            << std::endl;
+  while (!comm.isGameOver()) {
+    comm.drainSocket();
+    if (vok::Comm::stopRequested != 0) return "stopped by a signal";
+    const bool newCycle = comm.async->takeAct();
+    world.adjust();
+    listen(comm, world);
+    if (newCycle) {
+      // Here a player thinks, and sends one command of its body: comm.sendDash(60). It is then
+      // noted that nothing more is wanted in this cycle; a listener wants nothing in any.
+      comm.async->actionNeeded = false;
+      if (vok::SYNCH_MODE) comm.sendDone();
+    }
+    if (!comm.isServerAlive()) return "the server fell silent";
+  }
+  return "the match is over";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Options options;
+  for (int i = 1; i < argc; ++i) {
+    if (std::string_view(argv[i]) == "--help") {
+      std::cout << helpText;
+      return 0;
+    }
+  }
+  if (argc > 1) options.host = argv[1];
+  if (argc > 2 && !readPort(argv[2], options.port)) {
+    std::cerr << "player_listener: the port cannot be \"" << argv[2] << "\": 1 to 65535\n";
+    return badArgument;
+  }
+  if (argc > 3) options.team = argv[3];
+  if (argc > 4 || options.host[0] == '-') {
+    std::cerr << "player_listener: unknown argument \"" << argv[argc > 4 ? 4 : 1]
+              << "\"; --help tells what there is\n";
+    return badArgument;
+  }
+
+  configure();
+  vok::Comm::stopOnSignals();
+  // A first connection, no remote control, coach language 7 to 8. The last is for trainers.
+  vok::Comm comm(options.team, vok::CLIENT_FIELDPLAYER, options.host, options.port, 0, false, 7, 8,
+                 vok::SIDE_LEFT);
+  if (!comm.isServerAlive() || comm.connect() != vok::COMM_OK) {
+    std::cout << "player_listener: not let in" << std::endl;
+    return 1;
+  }
+  const char* ending = play(comm);
+  std::cout << "player_listener: " << ending << std::endl;
+  return 0;
+}

@@ -1,0 +1,208 @@
+// What a player is told of itself and sees from where it stands. A coach is sent neither.
+#include <array>
+#include <numbers>
+
+#include "Parser.h"
+
+namespace vok {
+namespace {
+
+/// Takes one "(...)" with all that is nested in it, blanks before it skipped; `inside` is the text
+/// between its parentheses.
+bool takeItem(Scanner& at, std::string_view& inside) {
+  Scanner ahead = at;
+  if (!ahead.skipBlanks().literal('(')) return false;
+  const std::string_view text = ahead.rest();
+  int depth = 1;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '(') ++depth;
+    if (text[i] == ')') --depth;
+    if (depth > 0) continue;
+    inside = text.substr(0, i);
+    ahead.advance(i + 1);
+    at = ahead;
+    return true;
+  }
+  return false;
+}
+
+double radians(double degrees) {
+  return Angle::mod2pi(degrees * std::numbers::pi / 180);
+}
+
+bool readAngle(Scanner& at, double& angle) {
+  double degrees = 0;
+  if (!at.real(degrees)) return false;
+  angle = radians(degrees);
+  return true;
+}
+
+bool readViewMode(Scanner& at, SensorData& body) {
+  std::string_view quality;
+  std::string_view width;
+  if (!at.word(quality) || !at.word(width)) return false;
+  body.my_view_quality = quality == "high" ? VIEW_QUALITY_HIGH : VIEW_QUALITY_LOW;
+  body.my_view_width = width == "narrow"   ? VIEW_WIDTH_NARROW
+                       : width == "normal" ? VIEW_WIDTH_NORMAL
+                       : width == "wide"   ? VIEW_WIDTH_WIDE
+                                           : VIEW_WIDTH_NONE;
+  return true;
+}
+
+bool readArm(Scanner& at, SensorData& body) {
+  return at.pattern(" (movable ") && at.integer(body.arm_movable) && at.pattern(") (expires ") &&
+         at.integer(body.arm_expires) && at.pattern(") (target ") && at.real(body.arm_target.x) &&
+         at.real(body.arm_target.y) && at.pattern(") (count ") && at.integer(body.point_to_count);
+}
+
+/// "(target none)", or side and number of the player that is listened to.
+bool readFocus(Scanner& at, SensorData& body, playing_side side) {
+  char letter = '\0';
+  body.attentionTo = 0;
+  if (!at.pattern(" (target ")) return false;
+  if (!at.literal("none")) {
+    if (!at.character(letter) || !at.integer(body.attentionTo)) return false;
+    body.attentionToOurTeam = letter == (side == SIDE_LEFT ? 'l' : 'r');
+  }
+  return at.pattern(") (count ") && at.integer(body.attention_to_count);
+}
+
+bool readTackle(Scanner& at, SensorData& body) {
+  return at.pattern(" (expires ") && at.integer(body.tackle_expires) && at.pattern(") (count ") &&
+         at.integer(body.tackle_count);
+}
+
+struct CountName {
+  std::string_view name;
+  int SensorData::*count;
+};
+
+constexpr auto countNames = std::to_array<CountName>({
+    {"kick", &SensorData::kick_count},
+    {"dash", &SensorData::dash_count},
+    {"turn", &SensorData::turn_count},
+    {"say", &SensorData::say_count},
+    {"turn_neck", &SensorData::turn_neck_count},
+    {"catch", &SensorData::catch_count},
+    {"move", &SensorData::move_count},
+    {"change_view", &SensorData::change_view_count},
+});
+
+/// One item by its name; those of newer servers are skipped.
+bool readBodyItem(std::string_view name, Scanner at, SensorData& body, playing_side side) {
+  if (name == "view_mode") return readViewMode(at, body);
+  if (name == "stamina") return at.real(body.stamina) && at.real(body.effort);
+  if (name == "speed") return at.real(body.speed) && readAngle(at, body.speed_angle);
+  if (name == "head_angle") return readAngle(at, body.head_angle);
+  if (name == "arm") return readArm(at, body);
+  if (name == "focus") return readFocus(at, body, side);
+  if (name == "tackle") return readTackle(at, body);
+  for (const CountName& row : countNames) {
+    if (name == row.name) return at.integer(body.*row.count);
+  }
+  return true;
+}
+
+/// Distance and direction, their changes, then body and face of a player; as many as were seen. One
+/// more is the direction of an arm, and "t" says that a player tackles.
+struct SeenNumbers {
+  std::array<double, 7> value{};
+  std::size_t count = 0;
+  bool tackle = false;
+
+  /// False when one of them is not finite.
+  bool read(Scanner at) {
+    while (count < value.size() && at.real(value[count])) ++count;
+    if (at.atUnfitReal()) return false;
+    tackle = at.skipBlanks().startsWith("t");
+    return true;
+  }
+
+  void setObject(SensorObject& object) const {
+    object.valid = true;
+    object.dist = value[0];
+    object.dir = radians(value[1]);
+    if (count < 4) return;
+    object.dist_change = value[2];
+    object.dir_change = radians(value[3]);
+  }
+
+  void setPlayer(SensorPlayer& player) const {
+    setObject(player);
+    player.tackle = tackle;
+    if (count % 2 == 1) player.pointto_dir = radians(value[count - 1]);
+    if (count < 6) return;
+    player.body_dir = radians(value[4]);
+    player.face_dir = radians(value[5]);
+  }
+};
+
+}  // namespace
+
+bool Parser::parseSenseBody() {
+  if (isCoach) return false;
+  std::string_view item;
+  while (!msg.startsWith(")")) {
+    if (!takeItem(msg, item)) return false;
+    Scanner at(item);
+    std::string_view name;
+    if (!at.word(name) || !readBodyItem(name, at, *data, side)) return false;
+    msg.skipBlanks();
+  }
+  return true;
+}
+
+bool Parser::parseSee() {
+  if (isCoach) return false;
+  std::string_view item;
+  std::size_t players = 0;
+  while (!msg.startsWith(")")) {
+    if (!takeItem(msg, item)) return false;
+    Scanner at(item);
+    std::string_view name;
+    SeenNumbers numbers;
+    if (!takeItem(at, name) || !numbers.read(at)) return false;
+    msg.skipBlanks();
+    if (numbers.count < 2) continue;  // of a view of low quality: directions alone
+
+    switch (determineObject(name)) {
+      case OT_BALL:
+        numbers.setObject(data->ball);
+        break;
+      case OT_PLAYER: {
+        if (players == data->player.size()) return false;
+        SensorPlayer& player = data->player[players++];
+        numbers.setPlayer(player);
+        parsePlayer(name, player.team, player.number, player.goalie);
+        player.number = shirtNumber(player.number);
+        break;
+      }
+      case OT_GOAL: {
+        SensorGoal goal;
+        numbers.setObject(goal);
+        parseGoal(name, goal.which, goal.team);
+        if (goal.which != GOAL_UNKNOWN) data->goal[static_cast<std::size_t>(goal.which)] = goal;
+        break;
+      }
+      case OT_FLAG: {
+        SensorFlag flag;
+        numbers.setObject(flag);
+        parseFlag(name, flag);
+        if (flag.which != FLAG_UNKNOWN) data->flag[static_cast<std::size_t>(flag.which)] = flag;
+        break;
+      }
+      case OT_LINE: {
+        SensorLine line;
+        numbers.setObject(line);
+        parseLine(name, line);
+        if (line.which != LINE_UNKNOWN) data->line[static_cast<std::size_t>(line.which)] = line;
+        break;
+      }
+      case OT_NONE:
+        break;  // the upper-case names: something near, but out of sight
+    }
+  }
+  return true;
+}
+
+}  // namespace vok

@@ -1,0 +1,265 @@
+#include "check.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+
+#include "nearest.h"
+#include "rules.h"
+#include "scanner.h"
+
+namespace vok::confcheck {
+
+namespace {
+
+const std::string TYPES_KEY = "use_heterogenous_players";
+const std::string HEADS = "our";  // the head counts' keys begin so, and no others
+
+/// Notes the lines of one file.
+class LineNotes : public ConfigObserver {
+ public:
+  explicit LineNotes(ConfigFile& intoFile) : file(intoFile) { Config::observer = this; }
+  ~LineNotes() override { Config::observer = nullptr; }
+  LineNotes(const LineNotes&) = delete;
+  LineNotes& operator=(const LineNotes&) = delete;
+
+  void lineRead(const char* text) override {
+    const std::size_t length = std::strlen(text);
+    if (tooLong && length > 0 && text[0] != '\n' && noted != line) {
+      note("line longer than " + std::to_string(Config::PIECE_SIZE - 1) +
+           " characters: what is behind them counts as a line of its own");
+    } else if (line > 0 && !ended && !tooLong) {
+      note("a NUL byte ends the line");
+    }
+    if (!tooLong) ++line;
+    ended = length > 0 && text[length - 1] == '\n';
+    tooLong = !ended && length == Config::PIECE_SIZE - 1;
+  }
+  void lineError(const std::string& problem) override { note(problem); }
+  void keyDefined(const std::string& key) override { file.lines[key].push_back(line); }
+
+ private:
+  void note(const std::string& text) {
+    file.findings.push_back({line, text, false});
+    noted = line;
+  }
+
+  ConfigFile& file;
+  int line = 0;  ///< of the file, whose lines may come in pieces
+  int noted = 0;
+  bool ended = true;
+  bool tooLong = false;
+};
+
+struct Refusal {
+  std::string message;
+};
+
+/// Has refusals thrown.
+class Refusals {
+ public:
+  Refusals() {
+    Config::onFatal = [](const std::string& message) { throw Refusal{message}; };
+  }
+  ~Refusals() { Config::onFatal = nullptr; }
+  Refusals(const Refusals&) = delete;
+  Refusals& operator=(const Refusals&) = delete;
+};
+
+/// As the coach asks for it; of a vector the first number.
+double numberOf(const Key& key, int index) {
+  const char* name = key.name.c_str();
+  const bool whole = key.kind == ConfigRequest::INTEGER;
+  if (key.kind == ConfigRequest::VECTOR) return Config::getValueAsVector(name).x;
+  if (key.values == 0) return whole ? Config::getValueAsInt(name) : Config::getValueAsDouble(name);
+  return whole ? Config::getValueAsIntFromList(name, index)
+               : Config::getValueAsDoubleFromList(name, index);
+}
+
+/// The text in front of what the scanner has left.
+std::string_view readPart(std::string_view text, ConfigRequest::Kind kind) {
+  Scanner scanner(text);
+  int integer = 0;
+  double real = 0;
+  scanner.skipBlanks();
+  const std::string_view number = scanner.rest();
+  if (kind == ConfigRequest::INTEGER ? scanner.integer(integer) : scanner.real(real)) {
+    return number.substr(0, number.size() - scanner.rest().size());
+  }
+  return {};
+}
+
+std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+std::vector<std::string_view> elementsOf(std::string_view list) {
+  std::vector<std::string_view> elements;
+  while (true) {
+    const std::size_t comma = list.find(',');
+    elements.push_back(trimmed(list.substr(0, comma)));
+    if (comma == list.npos) return elements;
+    list.remove_prefix(comma + 1);
+  }
+}
+
+std::string quoted(std::string_view text) {
+  return "'" + std::string(text) + "'";
+}
+
+class Checker {
+ public:
+  Checker(const ConfigFile& ofFile, const Keys& knownKeys)
+      : file(ofFile), keys(knownKeys), findings(ofFile.findings) {}
+
+  std::vector<Finding> run() {
+    checkDefinitions();
+    for (const Key& key : keys) checkKey(key);
+    checkHeads();
+    std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
+      return b.line == 0 ? a.line != 0 : a.line != 0 && a.line < b.line;
+    });
+    return findings;
+  }
+
+ private:
+  bool isDefined(const std::string& name) const { return file.lines.contains(name); }
+  bool isKnown(const std::string& name) const {
+    return std::any_of(keys.begin(), keys.end(),
+                       [&name](const Key& key) { return key.name == name; });
+  }
+  int lineOf(const Key& key) const { return file.lines.at(key.name).back(); }
+
+  void add(int line, const std::string& text, bool endsCoach = false) {
+    findings.push_back({line, text, endsCoach});
+  }
+
+  void checkDefinitions() {
+    for (const auto& [name, lines] : file.lines) {
+      for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
+        add(lines[i], quoted(name) + " does not count: it is defined again in line " +
+                          std::to_string(lines.back()));
+      }
+      if (!isKnown(name)) checkUnknown(name, lines.back());
+    }
+  }
+
+  void checkUnknown(const std::string& name, int line) {
+    const Key* near = nearest(name, keys, [this](const Key& key) { return !isDefined(key.name); });
+    const std::string hint = near == nullptr ? "" : "; is " + quoted(near->name) + " meant?";
+    add(line, "nothing asks for " + quoted(name) + hint);
+  }
+
+  void checkKey(const Key& key) {
+    if (isDefined(key.name)) {
+      checkValue(key);
+    } else if (!key.optional && (!key.wish || typesAreGiven())) {
+      add(0, "no value for key " + quoted(key.name) + " found.", true);
+    }
+  }
+
+  /// Unless it is sure that the coach asks for no wishes, it does.
+  bool typesAreGiven() const {
+    int number = 1;
+    if (isDefined(TYPES_KEY)) Scanner(Config::getValue(TYPES_KEY.c_str())).integer(number);
+    return number == 1;
+  }
+
+  void checkValue(const Key& key) {
+    const std::string value = Config::getValue(key.name.c_str());
+    const std::vector<std::string_view> elements = elementsOf(value);
+    const int given = static_cast<int>(elements.size());
+    if (given < key.values) {
+      add(lineOf(key),
+          quoted(key.name) + " has only " + std::to_string(given) + " of the " +
+              std::to_string(key.values) + " values that are read",
+          true);
+    }
+    for (int i = 0; i < std::min(given, std::max(key.values, 1)); ++i) {
+      const std::optional<double> number = checkNumber(key, i);
+      if (!number) return;
+      const std::string_view text =
+          key.values > 0 ? elements[static_cast<std::size_t>(i)] : trimmed(value);
+      checkRest(key, text);
+      if (const std::string wrong = problemOf(key, *number, keys); !wrong.empty()) {
+        add(lineOf(key), quoted(key.name) + " is " + std::string(readPart(text, key.kind)) + wrong);
+      }
+    }
+    if (key.values > 0 && given > key.values) {
+      add(lineOf(key), quoted(key.name) + " has " + std::to_string(given) +
+                           " values, of which only " + std::to_string(key.values) + " are read");
+    }
+  }
+
+  /// The coach's number, nothing when it would refuse it.
+  std::optional<double> checkNumber(const Key& key, int index) {
+    try {
+      return numberOf(key, index);
+    } catch (const Refusal& refusal) {
+      add(lineOf(key), refusal.message, true);
+      return std::nullopt;
+    }
+  }
+
+  void checkRest(const Key& key, std::string_view text) {
+    const std::string_view read = readPart(text, key.kind);
+    if (key.kind == ConfigRequest::VECTOR || read == text) return;
+    add(lineOf(key), "of " + quoted(text) + " for key " + quoted(key.name) + " only " +
+                         quoted(read) + " is read");
+  }
+
+  void checkHeads() {
+    long sum = 0;
+    int line = 0;
+    std::string counts;
+    for (const Key& key : keys) {
+      if (!key.name.starts_with(HEADS)) continue;
+      int count = 0;
+      if (!isDefined(key.name) || !Scanner(Config::getValue(key.name.c_str())).integer(count)) {
+        return;  // told already
+      }
+      sum += count;
+      line = std::max(line, lineOf(key));
+      counts += (counts.empty() ? "" : " + ") + std::to_string(count);
+    }
+    if (sum != 10) {
+      add(line,
+          "the head counts " + counts + " make " + std::to_string(sum) + " field players, not ten");
+    }
+  }
+
+  const ConfigFile& file;
+  const Keys& keys;
+  std::vector<Finding> findings;
+  const Refusals refusals;
+};
+
+}  // namespace
+
+bool ConfigFile::read(const char* fileName) {
+  Config::clear();
+  LineNotes notes(*this);
+  return Config::readFile(fileName);
+}
+
+std::vector<Finding> check(const ConfigFile& file, const Keys& keys) {
+  return Checker(file, keys).run();
+}
+
+std::string printable(std::string_view text) {
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string shown;
+  for (const char c : text) {
+    if (c >= ' ' && c <= '~') {
+      shown += c;
+    } else {
+      const auto byte = static_cast<unsigned char>(c);
+      shown += {'\\', 'x', digits[byte / 16], digits[byte % 16]};
+    }
+  }
+  return shown;
+}
+
+}  // namespace vok::confcheck

@@ -1,0 +1,34 @@
+// What is wrong with a configuration.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "keys.h"
+
+namespace vok::confcheck {
+
+struct Finding {
+  int line;  ///< 0 when there is none
+  std::string text;
+  bool endsCoach;
+};
+
+/// A configuration file as the coach would read it.
+struct ConfigFile {
+  std::map<std::string, std::vector<int>> lines;  ///< by key: where it is defined, in order
+  std::vector<Finding> findings;                  ///< about lines that are none
+
+  /// Into the configuration, too. False when it cannot be read.
+  bool read(const char* fileName);
+};
+
+/// Everything about the file that was read last, in the order of its lines, what is missing last.
+std::vector<Finding> check(const ConfigFile& file, const Keys& keys);
+
+/// Foreign text for the terminal: printable, one line.
+std::string printable(std::string_view text);
+
+}  // namespace vok::confcheck

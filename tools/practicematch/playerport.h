@@ -1,0 +1,63 @@
+// The players' port: lets players of the coach's team in, tells them the time and what the coach
+// says. They do not steer: the bodies on the field play by themselves.
+#pragma once
+
+#include <netinet/in.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "match.h"
+#include "session.h"
+
+namespace vok::practice {
+
+class PlayerPort {
+ public:
+  /// Players are of team `coachTeam`; while that is empty, the first player's team becomes it.
+  PlayerPort(const Match& playedMatch, std::string& coachTeam)
+      : match(playedMatch), team(coachTeam) {}
+
+  bool open(int port, std::string& error);
+  int port() const { return publicSocket.port(); }
+  /// For a session that serves the players while it waits for the coach.
+  Company company();
+
+  /// Those of the coach's texts that a player gets too: the referee's calls and type changes.
+  void sendNews(const std::vector<std::string>& texts) const;
+  void sendSenses();
+  /// The coach's freeform message, unless it is empty.
+  void sendMessage(const std::string& message) const;
+
+  // Synchronous mode.
+  void think();
+  /// Whether all players have answered "(done)".
+  bool allDone() const;
+  /// Gives up those who have not answered for the third time in a row.
+  void endCycle();
+
+ private:
+  struct Client {
+    sockaddr_in address{};
+    int number = 0;
+    bool done = false;
+    int missedInRow = 0;
+  };
+
+  bool serve();
+  void letIn(std::string_view text, const sockaddr_in& from);
+  void take(std::string_view text, const sockaddr_in& from);
+  int freeNumber(bool goalie) const;
+  void sendToAll(const std::string& text) const;
+  std::string see(const Player& p) const;
+
+  const Match& match;
+  std::string& team;
+  Socket publicSocket;
+  Socket ownSocket;
+  std::vector<Client> clients;
+  Clock::time_point nextSenses;
+};
+
+}  // namespace vok::practice
