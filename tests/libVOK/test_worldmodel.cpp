@@ -362,7 +362,7 @@ TEST_F(World, TheBodySenseCarriesAPlayersWorldOn) {
   Comm comm("Alpha", CLIENT_FIELDPLAYER, "127.0.0.1", 1, 0, false, 7, 7, SIDE_LEFT);
   comm.async->setStates(5, 7, PLAY_MODE_PLAY_ON, SIDE_LEFT, false);
   comm.serverOK = false;  // nobody to say "(bye)" to
-  Worldmodel told = newWorld(&comm);
+  Worldmodel told = newWorld(3, "11", &comm);
   told.time = 7;
   told.ball.age = 0;
   comm.async->setAction(TURN_COMMAND, 7, 1, 0, comm.async->processedAction);
