@@ -285,28 +285,22 @@ TEST_F(PlayerParserTest, APlayerSeesFromWhereItStands) {
   EXPECT_EQ(record.ball.dist_change, 0.2);
   EXPECT_DOUBLE_EQ(record.ball.dir_change, -PI / 180);
 
-  const SensorPlayer& mate = record.player[0];
-  EXPECT_EQ(mate.team, TEAM_US);
-  EXPECT_EQ(mate.number, 3);
-  EXPECT_EQ(mate.goalie, GOALIE_TRUE);
-  EXPECT_DOUBLE_EQ(mate.body_dir, PI / 2);
-  EXPECT_DOUBLE_EQ(mate.face_dir, -PI / 2);
-  EXPECT_EQ(mate.pointto_dir, NO_ANGLE);
-  EXPECT_TRUE(mate.tackle);
-  const SensorPlayer& opponent = record.player[1];
-  EXPECT_EQ(opponent.team, TEAM_THEM);
-  EXPECT_EQ(opponent.number, -1);
-  EXPECT_EQ(opponent.body_dir, NO_ANGLE);
-  EXPECT_DOUBLE_EQ(opponent.pointto_dir, PI / 2);
-  EXPECT_FALSE(opponent.tackle);
+  using Seen = std::tuple<team_number, int, goalie_player, double, double, double, bool>;
+  const auto seen = [this](std::size_t i) {
+    const SensorPlayer& p = record.player[i];
+    return Seen(p.team, p.number, p.goalie, p.body_dir, p.face_dir, p.pointto_dir, p.tackle);
+  };
+  EXPECT_EQ(seen(0), Seen(TEAM_US, 3, GOALIE_TRUE, PI / 2, -PI / 2, NO_ANGLE, true));
+  EXPECT_EQ(seen(1),
+            Seen(TEAM_THEM, -1, record.player[2].goalie, NO_ANGLE, NO_ANGLE, PI / 2, false));
   EXPECT_EQ(record.player[2].team, TEAM_UNKNOWN);
   EXPECT_FALSE(record.player[3].valid) << "seen too badly for a distance";
 
   std::string crowd;
   for (int i = 0; i < 22; ++i) crowd += "((p) 60 20)";
-  for (const std::string& text :
-       {crowd + ")", std::string("((b) 1 2)"), std::string("((b) 1 1e999))"),
-        std::string("(b 1 2))"), std::string("((b 1 2)")})
+  crowd += ")";
+  for (const std::string text :
+       {crowd.c_str(), "((b) 1 2)", "((b) 1 1e999))", "(b 1 2))", "((b 1 2)"})
     EXPECT_FALSE(parse("(see 12 " + text)) << text;
   EXPECT_FALSE(ParserTest::parse("(see 12 ((b) 1 2))")) << "a coach is sent no such view";
 }
