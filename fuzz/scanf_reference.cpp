@@ -148,18 +148,23 @@ void scanParams(const char* at, const std::vector<Token>& rows) {
     int n = 0;
     double real = 0;
     int integer = 0;
-    short flag = 0;
     int read = 0;
     if (row.dt == DT_NONE) std::sscanf(at, row.fmt, &n);
     if (row.dt == DT_DOUBLE) read = std::sscanf(at, row.fmt, &real, &n);
     if (row.dt == DT_INT) read = std::sscanf(at, row.fmt, &integer, &n);
-    if (row.dt == DT_BOOL) read = std::sscanf(at, row.fmt, &flag, &n);
+    if (row.dt == DT_BOOL) {
+      std::string wide(row.fmt);
+      wide.erase(wide.rfind('h'), 1);
+      read = std::sscanf(at, wide.c_str(), &integer, &n);
+      // Beyond a short's range it is no number on purpose.
+      if (read == 1 && integer != static_cast<short>(integer)) return false;
+    }
     at += n;
     if (row.dt == DT_NONE) return n > 0;
     if (read != 1) return false;
     if (row.dt == DT_DOUBLE) *static_cast<double*>(row.ptr) = real;
     if (row.dt == DT_INT) *static_cast<int*>(row.ptr) = integer;
-    if (row.dt == DT_BOOL) *static_cast<bool*>(row.ptr) = flag != 0;
+    if (row.dt == DT_BOOL) *static_cast<bool*>(row.ptr) = integer != 0;
     return true;
   };
   // A number with a stray form behind it is stored, and nothing is read any more.

@@ -59,10 +59,16 @@ void SensorDataStore::setTypeAside(const PlayerType& type) {
 }
 
 bool SensorDataStore::getNext(SensorData& out) {
-  if (readIndex == writeIndex) return false;
-  out = store[static_cast<std::size_t>(readIndex)];
+  const SensorData* record = takeNext();
+  if (record != nullptr) out = *record;
+  return record != nullptr;
+}
+
+const SensorData* SensorDataStore::takeNext() {
+  if (readIndex == writeIndex) return nullptr;
+  const SensorData* record = &store[static_cast<std::size_t>(readIndex)];
   readIndex = next(readIndex);
-  return true;
+  return record;
 }
 
 }  // namespace vok

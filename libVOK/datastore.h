@@ -27,6 +27,10 @@ class SensorDataStore {
   /// Takes the oldest record; false leaves `out` as it is.
   bool getNext(SensorData& out);
 
+  /// The same without a copy: the record lives until the next one is stored. Null when there is
+  /// none.
+  const SensorData* takeNext();
+
   /// Player types that the ring had to drop, in the order of their arrival.
   const std::vector<PlayerType>& setAside() const { return droppedTypes; }
   void clearSetAside() { droppedTypes.clear(); }

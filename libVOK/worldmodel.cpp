@@ -96,8 +96,7 @@ Worldmodel& Worldmodel::adjust() {
   for (const PlayerType& announced : comm->store->setAside()) takePlayerType(announced);
   comm->store->clearSetAside();
 
-  SensorData data;
-  while (comm->getNextData(data)) adjust(data);
+  while (const SensorData* data = comm->store->takeNext()) adjust(*data);
   return *this;
 }
 
