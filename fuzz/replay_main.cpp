@@ -13,8 +13,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace {
 
-constexpr std::size_t SHORT = 100;
-
 void run(const std::string& input) {
   // Of the exact size, without a terminator.
   const std::vector<std::uint8_t> bytes(input.begin(), input.end());
@@ -42,7 +40,12 @@ std::string readFile(const std::filesystem::path& path) {
 
 int main(int argc, char** argv) {
   int runs = 0;
+  bool edits = false;
   for (int i = 1; i < argc; ++i) {
+    if (argv[i] == std::string("--edits")) {
+      edits = true;
+      continue;
+    }
     if (!std::filesystem::is_directory(argv[i])) {
       run(readFile(argv[i]));
       ++runs;
@@ -51,7 +54,7 @@ int main(int argc, char** argv) {
     for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
       const std::string input = readFile(entry.path());
       run(input);
-      if (input.size() <= SHORT) runEdited(input);
+      if (edits) runEdited(input);
       ++runs;
     }
   }
