@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <numbers>
 #include <tuple>
-#include <type_traits>
 #include <vector>
 
 #include "Comm.h"
@@ -244,22 +243,17 @@ TEST_F(World, ATacklerLiesStillAndADashingGoalieCarriesTheBall) {
 
 TEST_F(World, EveryCounterGrowsByACycleUpToNever) {
   my.number = 0;
-  std::vector<long*> longs = {&world.cyclesSinceCatch, &world.cyclesSincePointTo};
-  std::vector<int*> ages;
-  const auto add = [&](auto& age) {
-    if constexpr (std::is_same_v<decltype(age), long&>)
-      longs.push_back(&age);
-    else
-      ages.push_back(&age);
-  };
-  add(my.age), add(my.cyclesSinceTackle), add(ball.age), add(world.visualAge);
-  add(world.ourGoal.age), add(world.otherGoal.age);
+  std::vector<long*> longs = {&world.cyclesSinceCatch, &world.cyclesSincePointTo, &world.visualAge};
+  for (auto* ring : {&world.vAge, &world.aOppAge, &world.aOurAge})
+    longs.insert(longs.end(), {&ring->front(), &ring->back()});
+  std::vector<int*> ages = {&my.age, &my.cyclesSinceTackle, &ball.age, &world.ourGoal.age,
+                            &world.otherGoal.age};
   for (const std::size_t n : {1U, 11U}) {
     for (WPlayer* p : {&world.ourTeam[n], &world.otherTeam[n]})
-      add(p->age), add(p->bodyAge), add(p->cyclesSinceTackle);
+      ages.insert(ages.end(), {&p->age, &p->bodyAge, &p->cyclesSinceTackle});
   }
-  for (auto* ring : {&world.vAge, &world.aOppAge, &world.aOurAge})
-    add(ring->front()), add(ring->back());
+  for (const long* age : longs) EXPECT_EQ(*age, NEVER);
+  for (const int* age : ages) EXPECT_EQ(*age, NEVER);
   for (const long before : {NEVER - 2L, NEVER - 1L, long{NEVER}}) {
     for (long* age : longs) *age = before;
     for (int* age : ages) *age = static_cast<int>(before);
