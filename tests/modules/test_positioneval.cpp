@@ -1,5 +1,4 @@
-// The band and the places of the shipped formation. Where its players stand in the end is drawn in
-// docs/, which the tests of the pages look at.
+// The band and the places of the shipped formation, against numbers worked out by hand.
 #include "positionmodule/positioneval.h"
 
 #include <gtest/gtest.h>
@@ -70,6 +69,32 @@ TEST_F(Positions, TheBandFollowsBallOffsideLineAndPlayMode) {
     EXPECT_NEAR(eval->GetMinX(), minX, 1e-9) << name;
     EXPECT_NEAR(eval->GetMaxX(), maxX, 1e-9) << name;
     EXPECT_NEAR(eval->GetOffensive(), offensive, 1e-9) << name;
+  }
+}
+
+// Where the players of tactical numbers 2..11 stand when the ball has rested for long: x, y each.
+const std::pair<Vector2d, std::array<double, 20>> settled[] = {
+    {{0, 0}, {{-12.4750, -22.6667, -17.2000, -5.8996, -17.2000, 5.8996,  -12.4750,
+               22.6667,  -8.2750,  -5.7803,  -8.2750, 5.7803,   -0.5920, -20.4000,
+               -0.5920,  20.4000,  6.1055,   -8.1600, 6.1055,   8.1600}}},
+    {{-52.5, -34}, {{-43.1800, -20.6235, -44.2500, -13.4423, -44.2500, -5.1714,  -43.1800,
+                     2.2103,   -36.9012, -12.6219, -36.8113, -4.5880,  -29.5472, -23.2032,
+                     -29.2700, 7.3972,   -13.7550, -14.4507, -13.7550, 1.8693}}},
+    {{52.5, 34}, {{9.7350,  -18.1071, 1.7700,  -2.4037, 1.7700,  10.1817, 9.7350,
+                   27.2263, 16.8150,  -1.1186, 16.8150, 11.4299, 30.9750, -12.6806,
+                   30.9750, 24.8578,  43.3650, 0.6549,  43.3650, 12.2492}}},
+};
+
+TEST_F(Positions, TheShippedFormationStandsWhereItShould) {
+  for (const auto& [ball, places] : settled) {
+    world->ball.pos = ball;
+    eval = std::make_unique<PositionEval>(nullptr, nullptr);
+    runCycles(120);
+    for (std::size_t i = 0; i < 10; ++i) {
+      const Vector2d pos = eval->GetPlayerPosition(world.get(), static_cast<int>(i) + 2);
+      EXPECT_NEAR(pos.x, places.at(2 * i), 5e-5) << i + 2 << " ball at " << ball.x;
+      EXPECT_NEAR(pos.y, places.at(2 * i + 1), 5e-5) << i + 2 << " ball at " << ball.x;
+    }
   }
 }
 
