@@ -1,5 +1,5 @@
 // A match of any datagrams, one a line. When the first line is an answer to the init, the first
-// three are the check-in.
+// three are the check-in, of a player when it gives a number.
 #include <cstdint>
 #include <vector>
 

@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 
 #include <algorithm>
 #include <array>
@@ -57,14 +58,27 @@ Nowhere nowhere;
 /// The timing takes the alarm, by which libFuzzer notices a hang: gives it back.
 class AlarmKeeper {
  public:
-  AlarmKeeper() { sigaction(SIGALRM, nullptr, &before); }
-  ~AlarmKeeper() { sigaction(SIGALRM, &before, nullptr); }
+  AlarmKeeper() {
+    sigaction(SIGALRM, nullptr, &before);
+    getitimer(ITIMER_REAL, &timerBefore);
+    std::signal(SIGALRM, AsyncCommInfo::alrmHandler);
+  }
+  ~AlarmKeeper() {
+    setitimer(ITIMER_REAL, &timerBefore, nullptr);
+    sigaction(SIGALRM, &before, nullptr);
+  }
   AlarmKeeper(const AlarmKeeper&) = delete;
   AlarmKeeper& operator=(const AlarmKeeper&) = delete;
 
  private:
   struct sigaction before {};
+  itimerval timerBefore{};
 };
+
+/// "(init l 5 MODE)"; a coach is given no number.
+bool isPlayersAnswer(std::string_view init) {
+  return init.size() > 8 && init.starts_with("(init ") && isDigit(init[8]);
+}
 
 sockaddr_in loopback(int port) {
   sockaddr_in address{};
@@ -151,15 +165,16 @@ void Match::readFormations() {
   positions = std::make_unique<PositionEval>(coach->goalShotEval.get(), coach->passEval.get());
 }
 
-/// As a coach is before its check-in.
-void Match::restart() {
+/// As a client is before its check-in.
+void Match::restart(client_type type) {
   parameters.restore();
   Comm& comm = *coach->comm;
   comm.async.reset();
   AsyncCommInfo::info = nullptr;  // also of one whose construction failed
   const AlarmKeeper keeper;
-  comm.async = std::make_unique<AsyncCommInfo>(TEAM, CLIENT_ONLINECOACH);
-  *comm.parser = Parser(TEAM, CLIENT_ONLINECOACH, 7, 7);
+  comm.async = std::make_unique<AsyncCommInfo>(TEAM, type);
+  *comm.parser = Parser(TEAM, type, 7, 7);
+  comm.ctype = type;
   *comm.store = emptyStore;
   *comm.audiomgr = emptyAudiomgr;
   comm.terminateTexts = false;
@@ -169,11 +184,21 @@ void Match::restart() {
 
 bool Match::checkIn(std::string_view init, std::string_view serverText,
                     std::string_view playerText) {
-  restart();
+  restart(isPlayersAnswer(init) ? CLIENT_FIELDPLAYER : CLIENT_ONLINECOACH);
   for (const std::string_view text : {init, serverText, playerText}) sendToCoach(text);
-  if (coach->comm->connect() != COMM_OK) return false;
+  const bool checkedIn = coach->comm->connect() == COMM_OK;
+  takeCommands();
+  if (!checkedIn) return false;
 
   coach->world = std::make_unique<Worldmodel>(coach->comm.get());
+  prepareCoach();
+  answers = 0;
+  nowhere.ensureFailed = false;  // a configuration may have been told off
+  checkWorld();
+  return true;
+}
+
+void Match::prepareCoach() {
   *coach->tactical = TacticalModule(coach->world.get(), nullptr);
   *coach->positionEval = *positions;
   *coach->otherTeam = Team(coach->world.get());
@@ -184,11 +209,6 @@ bool Match::checkIn(std::string_view init, std::string_view serverText,
   coach->lastAumsgTime = -43;
   coach->plType.fill(0);
   coach->initSubs();
-  takeCommands();
-  answers = 0;
-  nowhere.ensureFailed = false;  // a configuration may have been told off
-  checkWorld();
-  return true;
 }
 
 void Match::sendToCoach(std::string_view datagram) const {
@@ -203,7 +223,10 @@ void Match::receive(std::string_view datagram) {
   std::vector<char> text(datagram.size() + 1);
   datagram.copy(text.data(), datagram.size());
 
-  coach->comm->receiveText(text.data());
+  {
+    const AlarmKeeper keeper;
+    coach->comm->receiveText(text.data());
+  }
   runCycle();
 }
 
@@ -215,10 +238,32 @@ void Match::receiveFromSocket(std::string_view datagram) {
 }
 
 void Match::runCycle() {
-  coach->step();
+  if (coach->comm->async->isCoach()) {
+    coach->step();
+  } else {
+    runPlayersCycle();
+  }
   require(!nowhere.ensureFailed, "no soft assertion fails");
   checkWorld();
   takeCommands();
+}
+
+void Match::runPlayersCycle() {
+  Comm& comm = *coach->comm;
+  AsyncCommInfo::alrmHandler(SIGALRM);  // it has waited for a view
+  const bool newCycle = comm.async->takeAct();
+  coach->world->adjust();
+  AudioMsg message;
+  while (comm.getNextMsg(message)) heard = coach->world->feedbackAudio(message);
+  // A cycle may pass without what it should begin with.
+  nowhere.ensureFailed = false;
+  if (!newCycle) return;
+  if (comm.getServerTime() % 2 == 0) {
+    comm.sendDash(50);
+  } else {
+    comm.sendTurn(1);
+  }
+  if (SYNCH_MODE) comm.sendDone();
 }
 
 void Match::checkWorld() const {
@@ -244,14 +289,22 @@ void Match::checkWorld() const {
     }
     require(isShirtOrNone(world.ourTeam[n].tacticalNo), "tactical numbers are in range");
     if (world.ourTeam[n].tacticalNo > 0) places |= 1 << world.ourTeam[n].tacticalNo;
-    require(coach->tactical->playerType[n] >= -1 && coach->tactical->playerType[n] < types,
-            "inferred types are in range");
   }
   require(agesFit, "ages are in 0..32000");
   require(places == 0 || places == 0xffe, "tactical numbers are distinct");
   require(isShirtOrNone(world.ourGoalieNo) && isShirtOrNone(world.otherGoalieNo),
           "goalies have shirt numbers");
   require(world.numOurSubs >= 0 && world.numOtherSubs >= 0, "changes are counted up");
+  require(isAngle(world.my.bodyDir) && isAngle(world.my.faceDir), "our own angles too");
+  if (coach->comm->async->isCoach()) checkPlans();
+}
+
+void Match::checkPlans() const {
+  const int types = static_cast<int>(coach->world->playerType.size());
+  for (std::size_t n = 1; n <= 11; ++n) {
+    require(coach->tactical->playerType[n] >= -1 && coach->tactical->playerType[n] < types,
+            "inferred types are in range");
+  }
   for (const auto& place : coach->positionEval->RealPositions)
     require(!(std::abs(place.Pos.y) > 29), "places are on the field");
 }
@@ -260,14 +313,63 @@ void Match::expectGoodCycle() {
   const AsyncCommInfo& async = *coach->comm->async;
   const long time = std::max(coach->world->time, async.getServerTime()) + 1;
   if (time > INT_MAX) return;  // the clock goes no further
+  if (!async.isCoach()) return expectGoodSenses(time);
   static const std::string objects = goodObjects();
   const int before = answers;
   receive("(see_global " + std::to_string(time) + objects);
-  if (SYNCH_MODE) {
-    receive("(think)");
-    require(answers > before, "a good cycle is answered");
-  }
+  expectAnswer(before);
   checkView(time);
+}
+
+void Match::expectAnswer(int before) {
+  if (!SYNCH_MODE) return;
+  receive("(think)");
+  require(answers > before, "a good cycle is answered");
+}
+
+void Match::expectGoodSenses(long time) {
+  receive("(sense_body " + std::to_string(time) +
+          " (view_mode low wide) (stamina 3210.5 0.75) (speed 0.25 90) (head_angle -30) (kick 1)"
+          " (dash 2) (turn 3) (say 4) (turn_neck 5) (catch 6) (move 7) (change_view 8)"
+          " (arm (movable 0) (expires 0) (target 0 0) (count 9)) (focus (target none) (count 10))"
+          " (tackle (expires 0) (count 11)))");
+  const Worldmodel& world = *coach->world;
+  require(world.time == time, "the body sense's time is taken");
+  require(world.playMode == coach->comm->getPlayMode(), "the play mode is taken");
+  require(world.my.stamina == 3210.5 && world.my.effort == 0.75, "the body's state is taken");
+  require(std::abs(world.my.v.getLength() - 0.25) < 1e-9 &&
+              world.my.headAngle == Angle(-std::numbers::pi / 6),
+          "speed and neck are taken");
+  require(world.viewWidth == VIEW_WIDTH_WIDE && world.viewQuality == VIEW_QUALITY_LOW,
+          "the view mode is taken");
+  require(world.kickCount == 1 && world.dashCount == 2 && world.turnCount == 3 &&
+              world.sayCount == 4 && world.turnNeckCount == 5 && world.catchCount == 6 &&
+              world.moveCount == 7 && world.changeViewCount == 8 && world.pointToCount == 9 &&
+              world.attentionToCount == 10 && world.tackleCount == 11,
+          "the counts are taken");
+  receive("(see " + std::to_string(time) + " ((b) 10 -20))");
+  require(world.visualAge == 0, "the view is taken");
+  expectAnswer(answers);
+  expectGoodMessage(time);
+}
+
+void Match::expectGoodMessage(long time) {
+  constexpr long timeInMessages = 1 << 18;
+  const bool left = coach->comm->getMySide() == SIDE_LEFT;
+  AudioMsg message(0, static_cast<unsigned>(time), true);
+  Worldmodel told(nullptr);
+  told.ball.pos = {-20.5, 7.25};
+  std::array<int, 12> types;
+  types.fill(-1);
+  message << true << told << types.data();
+  if (!message.getState() || time >= timeInMessages) return;
+
+  AudioMgr(0, left, AudioMsg::DEFAULT_MSG_PREFIX, 1).SpeakTo(message);
+  heard = false;
+  receive("(hear " + std::to_string(time) + (left ? " online_coach_left" : " online_coach_right") +
+          " (freeform \"" + message.getEncoding() + "\"))");
+  require(heard && coach->world->ball.pos == Vector2d(-20.5, 7.2) && coach->world->ball.age == 0,
+          "a good message is heard");
 }
 
 void Match::checkView(long time) const {
@@ -297,16 +399,15 @@ void Match::takeCommands() {
   for (ssize_t n = 0; (n = recv(server, text.data(), text.size(), MSG_DONTWAIT)) >= 0;) {
     std::string_view command(text.data(), static_cast<std::size_t>(n));
     if (coach->comm->terminateTexts && command.ends_with('\0')) command.remove_suffix(1);
-    checkCommand(command);
+    if (command == "(done)") ++answers;
+    if (coach->comm->async->isCoach()) checkCommand(command);
   }
 }
 
 void Match::checkCommand(std::string_view command) {
   constexpr std::string_view sayHead = "(say (freeform \"";
   constexpr std::string_view sayTail = "\"))";
-  if (command == "(done)") {
-    ++answers;
-  } else if (command.starts_with(sayHead)) {
+  if (command.starts_with(sayHead)) {
     require(command.ends_with(sayTail), "a say command is whole");
     command.remove_prefix(sayHead.size());
     command.remove_suffix(sayTail.size());
@@ -322,7 +423,8 @@ void Match::checkCommand(std::string_view command) {
                 coach->world->playerType[static_cast<std::size_t>(type)].state == type,
             "only announced types are ordered");
   } else {
-    require(command.starts_with("(eye on)") || command.starts_with("(init "), "a known command");
+    require(command == "(done)" || command.starts_with("(eye on)") || command.starts_with("(init "),
+            "a known command");
   }
 }
 

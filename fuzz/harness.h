@@ -1,4 +1,5 @@
-// What the fuzzers share: how they complain, and a coach that plays without a server.
+// What the fuzzers share: how they complain, and a coach that plays without a server, or a player
+// in its place.
 //
 // A fuzzer is one file with LLVMFuzzerTestOneInput. It calls `require` for what must hold beyond
 // that nothing crashes, so that a broken promise looks like a crash to libFuzzer.
@@ -32,8 +33,9 @@ class Match {
  public:
   static Match& instance();
 
-  /// Checks in with the three answers given, which come through the socket. False when the coach
-  /// does not take them; then it has no match.
+  /// Checks in with the three answers given, which come through the socket: as a field player when
+  /// the first gives it a number, else as the coach. False when they are not taken; then there is
+  /// no match.
   bool checkIn(std::string_view init, std::string_view server, std::string_view player);
 
   /// Routes one datagram, runs the cycle that it may have begun, and looks at what has become of
@@ -43,7 +45,8 @@ class Match {
   /// Receives what waits in the socket after one datagram has been sent to it.
   void receiveFromSocket(std::string_view datagram);
 
-  /// The next good view is taken over exactly and, in synchronous mode, answered.
+  /// The next good view, or what a player is told, is taken over exactly and, in synchronous mode,
+  /// answered.
   void expectGoodCycle();
 
   /// What the positions are computed from: the configuration, read anew.
@@ -53,11 +56,17 @@ class Match {
 
  private:
   Match();
-  void restart();
+  void restart(client_type type);
+  void prepareCoach();
   void sendToCoach(std::string_view datagram) const;
   void runCycle();
+  void runPlayersCycle();
   void checkWorld() const;
+  void checkPlans() const;
   void checkView(long time) const;
+  void expectGoodSenses(long time);
+  void expectGoodMessage(long time);
+  void expectAnswer(int before);
   void takeCommands();
   void checkCommand(std::string_view command);
 
@@ -65,7 +74,8 @@ class Match {
   int server;  ///< the socket that the commands go to
   std::unique_ptr<VokCoach> coach;
   int coachPort = 0;
-  int answers = 0;  ///< how often "(done)" was sent since the last check-in
+  int answers = 0;     ///< how often "(done)" was sent since the last check-in
+  bool heard = false;  ///< a player took the latest message of its coach
   // As they are before a match; copied, since building them takes long.
   SensorDataStore emptyStore;
   AudioMgr emptyAudiomgr;

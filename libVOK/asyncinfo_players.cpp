@@ -22,6 +22,11 @@ timeval fromMs(long ms) {
   return {ms / 1000, (ms % 1000) * 1000};
 }
 
+// Of server parameters, which may be anything.
+long boundedMs(long ms) {
+  return std::clamp<long>(ms, 0, INT_MAX);
+}
+
 // Arms the one-shot timer; 0 stops it.
 void setTimer(long ms) {
   itimerval timer{};
@@ -71,7 +76,7 @@ void AsyncCommInfo::noteSee() {
 }
 
 void AsyncCommInfo::startTimer() {
-  const long step = std::min<long>(static_cast<long>(SIMULATOR_STEP) * SLOW_DOWN_FACTOR, INT_MAX);
+  const long step = boundedMs(static_cast<long>(SIMULATOR_STEP) * SLOW_DOWN_FACTOR);
   // The share of a cycle is an integer quotient: it is 0 for all allowed waits.
   const long maxCycle = 2 * step - (waitForSeeTime / 100) * step - 10;
   const long nowMs = sinceStart();
@@ -96,6 +101,7 @@ void AsyncCommInfo::startTimer() {
     return;
   }
   shortenWait(wait);
+  if (wait < 1) abortWaitForSee = true;  // a timer of 0 would never end
   setTimer(wait);
 }
 
@@ -108,7 +114,7 @@ void AsyncCommInfo::shortenWait(long& wait) {
   const std::size_t before = (slot + seeMsgCnt.size() - 1) % seeMsgCnt.size();
   const int c = seeMsgCnt[slot];
   const int p = seeMsgCnt[before];
-  const long d = static_cast<long>(SLOW_DOWN_FACTOR) * SEND_VI_STEP;
+  const long d = boundedMs(static_cast<long>(SLOW_DOWN_FACTOR) * SEND_VI_STEP);
   const auto cap = [&wait](long ms) { wait = std::min(wait, ms % 101); };
   const auto dontWait = [&] {
     wait = 0;

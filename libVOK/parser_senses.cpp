@@ -1,5 +1,6 @@
 // What a player is told of itself and sees from where it stands. A coach is sent neither.
 #include <array>
+#include <iostream>
 #include <numbers>
 
 #include "Parser.h"
@@ -37,6 +38,12 @@ bool readAngle(Scanner& at, double& angle) {
   return true;
 }
 
+/// A number of commands: the cycle timing takes the differences of two, and counts on from one.
+bool readCount(Scanner& at, int& count) {
+  constexpr int maxCount = 1'000'000'000;
+  return at.integer(count) && count >= 0 && count <= maxCount;
+}
+
 bool readViewMode(Scanner& at, SensorData& body) {
   std::string_view quality;
   std::string_view width;
@@ -52,7 +59,8 @@ bool readViewMode(Scanner& at, SensorData& body) {
 bool readArm(Scanner& at, SensorData& body) {
   return at.pattern(" (movable ") && at.integer(body.arm_movable) && at.pattern(") (expires ") &&
          at.integer(body.arm_expires) && at.pattern(") (target ") && at.real(body.arm_target.x) &&
-         at.real(body.arm_target.y) && at.pattern(") (count ") && at.integer(body.point_to_count);
+         at.real(body.arm_target.y) && at.pattern(") (count ") &&
+         readCount(at, body.point_to_count);
 }
 
 /// "(target none)", or side and number of the player that is listened to.
@@ -62,20 +70,23 @@ bool readFocus(Scanner& at, SensorData& body, playing_side side) {
   if (!at.pattern(" (target ")) return false;
   if (!at.literal("none")) {
     if (!at.character(letter) || !at.integer(body.attentionTo)) return false;
+    if (body.attentionTo < 1 || body.attentionTo > 11) return false;
     body.attentionToOurTeam = letter == (side == SIDE_LEFT ? 'l' : 'r');
   }
-  return at.pattern(") (count ") && at.integer(body.attention_to_count);
+  return at.pattern(") (count ") && readCount(at, body.attention_to_count);
 }
 
 bool readTackle(Scanner& at, SensorData& body) {
   return at.pattern(" (expires ") && at.integer(body.tackle_expires) && at.pattern(") (count ") &&
-         at.integer(body.tackle_count);
+         readCount(at, body.tackle_count);
 }
 
 struct CountName {
   std::string_view name;
   int SensorData::*count;
 };
+
+constexpr std::size_t NO_LIMIT = Scanner::NO_LIMIT;
 
 constexpr auto countNames = std::to_array<CountName>({
     {"kick", &SensorData::kick_count},
@@ -98,7 +109,7 @@ bool readBodyItem(std::string_view name, Scanner at, SensorData& body, playing_s
   if (name == "focus") return readFocus(at, body, side);
   if (name == "tackle") return readTackle(at, body);
   for (const CountName& row : countNames) {
-    if (name == row.name) return at.integer(body.*row.count);
+    if (name == row.name) return readCount(at, body.*row.count);
   }
   return true;
 }
@@ -137,6 +148,19 @@ struct SeenNumbers {
   }
 };
 
+/// How many of a kind one view may hold, by `ObjectType`; more are malformed.
+struct Limit {
+  std::size_t count;
+  const char* name;
+};
+constexpr std::array<Limit, 6> limits = {
+    {{NO_LIMIT, ""},
+     {std::tuple_size_v<decltype(SensorData::player)>, "players"},
+     {NO_LIMIT, ""},
+     {NUM_GOALS, "goals"},
+     {NUM_FLAGS, "flags"},
+     {NUM_LINES, "lines"}}};
+
 }  // namespace
 
 bool Parser::parseSenseBody() {
@@ -155,7 +179,7 @@ bool Parser::parseSenseBody() {
 bool Parser::parseSee() {
   if (isCoach) return false;
   std::string_view item;
-  std::size_t players = 0;
+  std::array<std::size_t, limits.size()> seen{};
   while (!msg.startsWith(")")) {
     if (!takeItem(msg, item)) return false;
     Scanner at(item);
@@ -165,13 +189,18 @@ bool Parser::parseSee() {
     msg.skipBlanks();
     if (numbers.count < 2) continue;  // of a view of low quality: directions alone
 
-    switch (determineObject(name)) {
+    const ObjectType type = determineObject(name);
+    const auto kind = static_cast<std::size_t>(type);
+    if (seen[kind]++ == limits[kind].count) {
+      std::cerr << "Parser: to manny " << limits[kind].name << "!\n";
+      return false;
+    }
+    switch (type) {
       case OT_BALL:
         numbers.setObject(data->ball);
         break;
       case OT_PLAYER: {
-        if (players == data->player.size()) return false;
-        SensorPlayer& player = data->player[players++];
+        SensorPlayer& player = data->player[seen[kind] - 1];
         numbers.setPlayer(player);
         parsePlayer(name, player.team, player.number, player.goalie);
         player.number = shirtNumber(player.number);

@@ -106,6 +106,9 @@ void Worldmodel::adjust(const SensorData& data) {
       return hear(data);
     case SENSOR_TYPE_EXACT:
       return takeView(data);
+    case SENSOR_TYPE_SEE:
+      visualAge = 0;  // what is in it is the player's to take
+      return;
     case SENSOR_TYPE_SENSE_BODY:
       return takeBody(data);
     case SENSOR_TYPE_PLAYER_TYPE:
@@ -137,8 +140,11 @@ void Worldmodel::takeBody(const SensorData& data) {
   if (data.time < time) return;
   if (comm != nullptr) {
     CycleAction last;
+    CycleAction lost;
     comm->getLastAction(last);
-    if (last.time >= time) action.store(last);  // an older one has had its effect
+    comm->getLostAction(lost);
+    // An older one has had its effect, a lost one has none.
+    if (last.time >= time && lost.command == NO_COMMAND) action.store(last);
   }
   if (data.time > time) predictTo(data.time);
   takeServerState();

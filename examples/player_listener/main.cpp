@@ -5,39 +5,14 @@
 #include <VOK/constants.h>
 #include <VOK/worldmodel.h>
 
-#include <charconv>
+#include <cstdlib>
 #include <iomanip>
 #include <iostream>
 #include <string>
-#include <string_view>
 
 namespace {
 
-constexpr int badArgument = 2;
 constexpr unsigned noKicker = (1U << 18) - 1;  // -1, in the 18 bits that travel
-
-constexpr const char* helpText =
-    "player_listener [HOST [PORT [TEAM]]]\n\n"
-    "Checks in at a simulator server as a field player and prints what the coach of its team "
-    "says:\n"
-    "kicker, ball, players and the opponents' types. Its body does nothing.\n\n"
-    "  HOST              the server's host (default localhost)\n"
-    "  PORT              its port for players, 1 to 65535 (default 6000)\n"
-    "  TEAM              the team's name (default VOK)\n"
-    "  --help            this text\n\n"
-    "Exit status: 0 after the match, also when the server fell silent or a signal came, 1 when\n"
-    "the server did not let it in, 2 a wrong argument.\n";
-
-struct Options {
-  const char* host = "localhost";
-  int port = 6000;
-  const char* team = "VOK";
-};
-
-bool readPort(std::string_view text, int& port) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
-  return error == std::errc() && end == text.data() + text.size() && port >= 1 && port <= 65535;
-}
 
 /// What the modules ask for when they are made. A team reads them, and its own keys, from a file:
 /// `Config::readFile("agent.conf")`.
@@ -119,35 +94,22 @@ const char* play(vok::Comm& comm) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  Options options;
-  for (int i = 1; i < argc; ++i) {
-    if (std::string_view(argv[i]) == "--help") {
-      std::cout << helpText;
-      return 0;
-    }
-  }
-  if (argc > 1) options.host = argv[1];
-  if (argc > 2 && !readPort(argv[2], options.port)) {
-    std::cerr << "player_listener: the port cannot be \"" << argv[2] << "\": 1 to 65535\n";
-    return badArgument;
-  }
-  if (argc > 3) options.team = argv[3];
-  if (argc > 4 || options.host[0] == '-') {
-    std::cerr << "player_listener: unknown argument \"" << argv[argc > 4 ? 4 : 1]
-              << "\"; --help tells what there is\n";
-    return badArgument;
+  const char* host = argc > 1 ? argv[1] : "localhost";
+  const int port = argc > 2 ? std::atoi(argv[2]) : 6000;
+  const char* team = argc > 3 ? argv[3] : "VOK";
+  if (argc > 4 || host[0] == '-' || port < 1 || port > 65535) {
+    std::cerr << "usage: player_listener [HOST [PORT [TEAM]]]   (localhost 6000 VOK)\n";
+    return 2;
   }
 
   configure();
   vok::Comm::stopOnSignals();
   // A first connection, no remote control, coach language 7 to 8. The last is for trainers.
-  vok::Comm comm(options.team, vok::CLIENT_FIELDPLAYER, options.host, options.port, 0, false, 7, 8,
-                 vok::SIDE_LEFT);
+  vok::Comm comm(team, vok::CLIENT_FIELDPLAYER, host, port, 0, false, 7, 8, vok::SIDE_LEFT);
   if (!comm.isServerAlive() || comm.connect() != vok::COMM_OK) {
     std::cout << "player_listener: not let in" << std::endl;
     return 1;
   }
   const char* ending = play(comm);
   std::cout << "player_listener: " << ending << std::endl;
-  return 0;
 }

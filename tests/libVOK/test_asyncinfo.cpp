@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/time.h>
 
+#include <climits>
 #include <csignal>
 #include <memory>
 #include <sstream>
@@ -199,6 +200,18 @@ TEST_F(PlayerTiming, TheWaitEndsWithTheLastViewThatIsStillToCome) {
     EXPECT_GT(wait, expected - 25) << i << ": some of it passed, but not so much";
     EXPECT_EQ(timing->abortWaitForSee, expected == 0) << i;
     EXPECT_EQ(timing->seeMsgCntIndex, 1);
+  }
+  // 10 + 5 + 2 * 43 is 101: a timer of 0 would never end. And the server may name any numbers.
+  for (const auto& [viStep, factor] : {std::pair{43, 1}, std::pair{INT_MIN, INT_MIN}}) {
+    SEND_VI_STEP = viStep;
+    SLOW_DOWN_FACTOR = factor;
+    timing->curVisAngle = timing->chVisAngle = VIEW_WIDTH_NORMAL;
+    timing->viewModeTime = 2;
+    timing->seeMsgCntIndex = 0;
+    timing->seeMsgCnt = {1, 9, 9, 0};
+    timing->seeTime = {10, 0, 0, 0};
+    EXPECT_EQ(waitOfNextCycle(0, 1000), 0);
+    EXPECT_TRUE(timing->abortWaitForSee);
   }
   SensorData see;
   see.type = SENSOR_TYPE_SEE;

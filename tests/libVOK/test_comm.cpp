@@ -75,6 +75,7 @@ TEST_F(Connection, ReadsTheServersAnswerByKindOfClient) {
       {CLIENT_ONLINECOACH, 0, "(init x ok)"},
       {CLIENT_ONLINECOACH, 0, ""},
       {CLIENT_FIELDPLAYER, 0, "(init r 7 kick_off_r)", 7, SIDE_RIGHT, PLAY_MODE_KICK_OFF_US},
+      {CLIENT_FIELDPLAYER, 0, "(init r 12 kick_off_r)"},
       {CLIENT_GOALIE, 0, "(init l 1)"},
       {CLIENT_FIELDPLAYER, 9, "(reconnect l play_on)", 9, SIDE_LEFT, PLAY_MODE_PLAY_ON},
       {CLIENT_TRAINCOACH, 0, "(init ok)", 0, SIDE_RIGHT, PLAY_MODE_KICK_OFF_THEM},

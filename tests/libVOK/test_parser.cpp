@@ -263,7 +263,9 @@ TEST_F(PlayerParserTest, APlayerIsToldOfItsBody) {
 
   EXPECT_TRUE(parse("(sense_body 13 (focus (target none) (count 3)))"));
   EXPECT_EQ(record.attentionTo, 0);
-  for (const char* text : {"(stamina 1)", "(kick x)", "(speed 1 1e999)", "(arm (movable 0))",
+  // The timing takes differences of counts, which must not overflow.
+  for (const char* text : {"(kick -1)", "(say 2147483647)", "(focus (target r 12) (count 0))",
+                           "(stamina 1)", "(kick x)", "(speed 1 1e999)", "(arm (movable 0))",
                            "kick", "(kick 1", "(focus (target x))", "()"})
     EXPECT_FALSE(parse("(sense_body 12 " + std::string(text) + ")")) << text;
   EXPECT_FALSE(parse("(sense_body 12 (kick 1)")) << "no end";
@@ -302,6 +304,10 @@ TEST_F(PlayerParserTest, APlayerSeesFromWhereItStands) {
   for (const std::string text :
        {crowd.c_str(), "((b) 1 2)", "((b) 1 1e999))", "(b 1 2))", "((b 1 2)"})
     EXPECT_FALSE(parse("(see 12 " + text)) << text;
+  errors.take();
+  EXPECT_FALSE(parse("(see 12 " + crowd + ")"));
+  EXPECT_FALSE(parse("(see 12 ((l t) 1 2)((l t) 1 2)((l t) 1 2)((l t) 1 2)((l t) 1 2))"));
+  EXPECT_EQ(errors.take(), "Parser: to manny players!\nParser: to manny lines!\n");
   EXPECT_FALSE(ParserTest::parse("(see 12 ((b) 1 2))")) << "a coach is sent no such view";
 }
 

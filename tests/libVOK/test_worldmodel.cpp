@@ -381,6 +381,14 @@ TEST_F(World, TheBodySenseCarriesAPlayersWorldOn) {
   body.time = 9;
   told.adjust(body);
   EXPECT_NEAR(told.my.bodyDir, 1, 1e-9) << "the same turn does not count again";
+  comm.async->setAction(TURN_COMMAND, 9, 1, 0, comm.async->processedAction);
+  comm.async->lostAction = comm.async->processedAction;
+  body.time = 10;
+  told.adjust(body);
+  EXPECT_NEAR(told.my.bodyDir, 1, 1e-9) << "a lost turn has none";
+  EXPECT_EQ(told.visualAge, NEVER);
+  told.adjust(message(SENSOR_TYPE_SEE, 10));
+  EXPECT_EQ(told.visualAge, 0);
   body.time = 3;
   body.stamina = 1;
   told.adjust(body);

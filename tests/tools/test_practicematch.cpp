@@ -12,6 +12,7 @@
 #include "coachdesk.h"
 #include "match.h"
 #include "options.h"
+#include "playerport.h"
 #include "replay.h"
 
 using namespace vok;
@@ -171,6 +172,45 @@ TEST_F(PracticeDesk, ComparesWhatACoachSaysWithTheViewOfThatTime) {
   EXPECT_EQ(report.lastTypes[4], 7);
   EXPECT_EQ(report.lastTypesUnknown, 10);
   EXPECT_EQ(report.lastTypesRight, match.state().team(Side::Right)[3].type == 7 ? 1 : 0);
+}
+
+TEST(PracticePlayers, AreLetInOnceAndGivenUpWhenTheyStaySilent) {
+  const Match match(settings());
+  std::string team;
+  std::string error;
+  PlayerPort port(match, team);
+  Socket player;
+  ASSERT_TRUE(port.open(0, error) && player.open(0, error)) << error;
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  address.sin_port = htons(static_cast<in_port_t>(port.port()));
+  sockaddr_in from{};
+  const auto answersTo = [&](const std::string& text, int times = 1) {
+    for (int i = 0; i < times; ++i) player.send(text, address);
+    port.company().serve();
+    Texts answers;
+    while (const auto answer = player.receive(from)) answers.push_back(answer->text);
+    return answers;
+  };
+  const Texts refused = {"(error no_more_team_or_player_or_goalie)"};
+  EXPECT_EQ(answersTo("(init Alpha (version "), Texts{"(error illegal_command_form)"});
+  EXPECT_EQ(answersTo("", 30).size(), 20U) << "a flood is taken in pieces";
+  EXPECT_EQ(answersTo("(dash 1)").size(), 11U);
+  EXPECT_EQ(answersTo("(init Alpha (version 9.00))").at(0), "(init l 2 before_kick_off)");
+  const sockaddr_in itsPort = from;
+  EXPECT_EQ(answersTo("(init Alpha (version 9.00))"), refused) << "again from the same place";
+  EXPECT_EQ(answersTo("(init Beta (version 9.00))"), refused);
+  port.think();
+  EXPECT_TRUE(port.allDone()) << "it has never answered";
+  address = itsPort;
+  answersTo("(done)");
+  for (int cycle = 0; cycle < 3; ++cycle) {
+    port.think();
+    EXPECT_FALSE(port.allDone());
+    port.endCycle();
+  }
+  EXPECT_TRUE(port.allDone()) << "nobody is waited for any longer";
 }
 
 TEST(PracticeOptions, AreReadAndAWrongOneIsNamed) {

@@ -8,6 +8,7 @@ namespace vok::practice {
 namespace {
 
 constexpr int maxMissedInRow = 3;
+constexpr int maxServed = 20;  // at once: a flood must not keep the match from its next cycle
 // A player that hears nothing for longer takes the server for dead.
 constexpr auto sensesAtLeastEvery = std::chrono::seconds(1);
 constexpr double halfView = 45;  // degrees
@@ -31,12 +32,12 @@ Company PlayerPort::company() {
 bool PlayerPort::serve() {
   bool came = false;
   sockaddr_in from{};
-  while (const auto command = publicSocket.receive(from)) {
-    letIn(command->text, from);
-    came = true;
-  }
-  while (const auto command = ownSocket.receive(from)) {
-    take(command->text, from);
+  for (int i = 0; i < maxServed; ++i) {
+    const auto asking = publicSocket.receive(from);
+    if (asking) letIn(asking->text, from);
+    const auto command = ownSocket.receive(from);
+    if (command) take(command->text, from);
+    if (!asking && !command) break;
     came = true;
   }
   if (Clock::now() >= nextSenses) sendSenses();
@@ -56,7 +57,7 @@ void PlayerPort::letIn(std::string_view text, const sockaddr_in& from) {
     return;
   }
   const int number = freeNumber(goalie);
-  if ((!team.empty() && *name != team) || number == 0) {
+  if ((!team.empty() && *name != team) || number == 0 || find(from) != clients.end()) {
     publicSocket.send("(error no_more_team_or_player_or_goalie)", from);
     return;
   }
@@ -83,15 +84,19 @@ int PlayerPort::freeNumber(bool goalie) const {
   return 0;
 }
 
+std::vector<PlayerPort::Client>::iterator PlayerPort::find(const sockaddr_in& address) {
+  return std::find_if(clients.begin(), clients.end(),
+                      [&](const Client& c) { return sameAddress(c.address, address); });
+}
+
 // What a player would do is not done.
 void PlayerPort::take(std::string_view text, const sockaddr_in& from) {
-  const auto client = std::find_if(clients.begin(), clients.end(),
-                                   [&](const Client& c) { return sameAddress(c.address, from); });
+  const auto client = find(from);
   if (client == clients.end()) return;
   if (text == "(bye)") {
     clients.erase(client);
   } else if (text == "(done)") {
-    client->done = true;
+    client->answers = client->done = true;
   } else if (text.starts_with("(clang ")) {
     ownSocket.send("(ok " + std::string(text.substr(1)), from);
   }
@@ -152,11 +157,13 @@ void PlayerPort::think() {
 }
 
 bool PlayerPort::allDone() const {
-  return std::all_of(clients.begin(), clients.end(), [](const Client& c) { return c.done; });
+  return std::all_of(clients.begin(), clients.end(),
+                     [](const Client& c) { return c.done || !c.answers; });
 }
 
 void PlayerPort::endCycle() {
-  for (Client& client : clients) client.missedInRow = client.done ? 0 : client.missedInRow + 1;
+  for (Client& client : clients)
+    client.missedInRow = client.done || !client.answers ? 0 : client.missedInRow + 1;
   std::erase_if(clients, [](const Client& c) { return c.missedInRow == maxMissedInRow; });
 }
 

@@ -32,7 +32,8 @@ class PlayerPort {
 
   // Synchronous mode.
   void think();
-  /// Whether all players have answered "(done)".
+  /// Whether all players have answered "(done)". One that has never answered is not waited for: the
+  /// next silent one could take its place for ever.
   bool allDone() const;
   /// Gives up those who have not answered for the third time in a row.
   void endCycle();
@@ -41,6 +42,7 @@ class PlayerPort {
   struct Client {
     sockaddr_in address{};
     int number = 0;
+    bool answers = false;  ///< has answered once
     bool done = false;
     int missedInRow = 0;
   };
@@ -48,6 +50,7 @@ class PlayerPort {
   bool serve();
   void letIn(std::string_view text, const sockaddr_in& from);
   void take(std::string_view text, const sockaddr_in& from);
+  std::vector<Client>::iterator find(const sockaddr_in& address);
   int freeNumber(bool goalie) const;
   void sendToAll(const std::string& text) const;
   std::string see(const Player& p) const;
