@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "harness.h"
+#include "scanf_reference.h"
 #include "scanner.h"
-#include "support/scanf_reference.h"
 
 namespace {
 

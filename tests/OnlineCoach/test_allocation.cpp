@@ -6,14 +6,11 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <new>
-#include <thread>
 
 #include "Config.h"
+#include "support/coach.h"
 #include "support/param_keeper.h"
-#include "support/server.h"
-#include "vokcoach.h"
 
 namespace {
 
@@ -73,10 +70,7 @@ class Cycle : public testing::TestWithParam<bool> {};
 TEST_P(Cycle, AllocatesNothing) {
   setEntry("tac_typesFromDecay", GetParam() ? "1" : "0");
   setEntry("types_withinLimits", GetParam() ? "1" : "0");
-  std::vector<std::string> texts;
-  std::ifstream file(VOK_SOURCE_DIR "/tests/data/realtime_left.txt");
-  for (std::string line; std::getline(file, line);)
-    texts.push_back(line.substr(line.find('\t') + 1));
+  Lines texts = recording();
   // What the recording lacks: a substitution in the match, types beside the queue, noise.
   const std::string type = *std::find_if(texts.begin(), texts.end(), [](const std::string& text) {
     return text.starts_with("(player_type (id 3)");
@@ -93,25 +87,20 @@ TEST_P(Cycle, AllocatesNothing) {
   ParamKeeper keeper;
   ScriptedServer server;
   StderrCapture errors;
-  std::thread serving([&] {
-    server.receive();
-    for (std::size_t i = 0; i < 3; ++i) server.send(texts[i]);
-  });
-  VokCoach coach("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
-  serving.join();
+  const std::unique_ptr<VokCoach> coach = checkedIn(server, texts);
   int said = 0;
   int asked = 0;
   for (std::size_t i = 3; i < texts.size(); ++i) {
-    EXPECT_EQ(allocatedBy(coach, texts[i]), 0) << i << texts[i].substr(0, 60);
+    EXPECT_EQ(allocatedBy(*coach, texts[i]), 0) << i << texts[i].substr(0, 60);
     for (std::string text; !(text = server.receive(0)).empty();) {
       said += text.starts_with("(say ");
       if (!text.starts_with("(change_player_type ")) continue;
       ++asked;
       if (!GetParam()) continue;
-      EXPECT_EQ(allocatedBy(coach, "(warning max_of_that_type_on_field)"), 0) << text;
+      EXPECT_EQ(allocatedBy(*coach, "(warning max_of_that_type_on_field)"), 0) << text;
     }
   }
-  EXPECT_EQ(coach.world->time, 305);
+  EXPECT_EQ(coach->world->time, 305);
   EXPECT_EQ(said, 5) << "kick-off, free kick, corner kick and its repetition, free kick";
   EXPECT_GE(asked, GetParam() ? 11 : 9) << "the refused are asked for again within the limits";
 }

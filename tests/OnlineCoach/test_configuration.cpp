@@ -59,14 +59,6 @@ std::vector<Key> shippedKeys() {
   return keys;
 }
 
-// The announcement of the default type under an id.
-std::string playerType(int id) {
-  return "(player_type (id " + std::to_string(id) +
-         ")(player_speed_max 1.05)(stamina_inc_max 45)(player_decay 0.4)(inertia_moment 5)"
-         "(dash_power_rate 0.006)(player_size 0.3)(kickable_margin 0.7)(kick_rand 0.1)"
-         "(extra_stamina 50)(effort_max 1)(effort_min 0.6))";
-}
-
 void sendCycle(ScriptedServer& server, long time, const std::string& call) {
   server.send("(hear " + std::to_string(time) + " referee " + call + ")");
   server.send(view(time));
@@ -94,51 +86,34 @@ void expectEnd(const std::string& key, const std::string& value, const Lines& re
   SCOPED_TRACE(key + " = " + value);
   const ChangedConfig config(key, value);
   ScriptedServer server;
-  CoachProcess coach(coachArguments(server.port(), config.path));
+  CoachProcess coach(coachArguments(server.port(), {"-f", config.path}));
   ASSERT_NO_FATAL_FAILURE(leadTo(momentOf(key), server));
   EXPECT_EQ(coach.wait(), 10);
   EXPECT_EQ(coach.reports(), reports);
   EXPECT_EQ(server.receive(0), "");
 }
 
-void expectRefusal(const std::string& key, const std::string& value, const std::string& problem) {
-  expectEnd(key, value, {"FATAL: value '" + value + "' for key '" + key + "' " + problem});
-}
-
 // All keys in shares that can run side by side.
 constexpr std::size_t SHARES = 6;
 
-class EveryKey : public testing::TestWithParam<std::size_t> {
- protected:
-  EveryKey() {
-    const std::vector<Key> all = shippedKeys();
-    for (std::size_t i = GetParam(); i < all.size(); i += SHARES) keys.push_back(all[i]);
-  }
-  std::vector<Key> keys;
-};
+class EveryKey : public testing::TestWithParam<std::size_t> {};
 
-TEST_P(EveryKey, EndsTheCoachWhenItIsMissing) {
-  ASSERT_GE(keys.size(), 30U);
-  for (const Key& key : keys) {
-    if (HasFailure()) return;  // a coach that does not end costs seconds
-    expectEnd(key.name, "",
-              {"WARNING: configuration entry for '" + key.name + "' not found.",
-               "FATAL: no value for key '" + key.name + "' found."});
-  }
-}
-
-TEST_P(EveryKey, EndsTheCoachWhenItsValueIsWrong) {
-  for (const Key& key : keys) {
-    if (HasFailure()) return;
-    expectRefusal(key.name, key.list ? "1, 2, 3, 4, many" : "many",
-                  isWhole(key.name) ? "not an integer." : "not a double.");
-  }
-}
-
-TEST_P(EveryKey, EndsTheCoachWhenItsListIsTooShort) {
-  for (const Key& key : keys) {
-    if (HasFailure()) return;
-    if (key.list) expectRefusal(key.name, "1, 2, 3, 4", "has not enough entries for No: 4.");
+TEST_P(EveryKey, EndsTheCoachWhenItIsMissingOrItsValueWrongOrTooShort) {
+  const std::vector<Key> keys = shippedKeys();
+  ASSERT_GE(keys.size(), 180U);
+  for (std::size_t i = GetParam(); i < keys.size() && !HasFailure(); i += SHARES) {
+    const std::string& key = keys[i].name;
+    const std::string wrong = keys[i].list ? "1, 2, 3, 4, many" : "many";
+    const std::string end = "' for key '" + key + "' ";
+    expectEnd(key, "",
+              {"WARNING: configuration entry for '" + key + "' not found.",
+               "FATAL: no value for key '" + key + "' found."});
+    expectEnd(
+        key, wrong,
+        {"FATAL: value '" + wrong + end + (isWhole(key) ? "not an integer." : "not a double.")});
+    if (!keys[i].list) continue;
+    expectEnd(key, "1, 2, 3, 4",
+              {"FATAL: value '1, 2, 3, 4" + end + "has not enough entries for No: 4."});
   }
 }
 

@@ -2,17 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <memory>
 #include <string>
-#include <thread>
 #include <tuple>
 #include <utility>
 #include <vector>
 
 #include "constants.h"
+#include "support/coach.h"
 #include "support/param_keeper.h"
-#include "support/server.h"
-#include "vokcoach.h"
 
 namespace vok::test {
 namespace {
@@ -27,10 +24,6 @@ constexpr double types[7][4] = {{0.4, 0.7, 0.006, 0},     {0.5, 0.75, 0.0076, 40
 class HeteroTypes : public testing::Test {
  protected:
   HeteroTypes() {
-    std::thread checkIn([this] { server.checkIn(); });
-    coach =
-        std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
-    checkIn.join();
     coach->world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
     for (int id = 0; id < 7; ++id) {
       WPlayerType& type = coach->world->playerType.at(static_cast<std::size_t>(id));
@@ -57,7 +50,7 @@ class HeteroTypes : public testing::Test {
 
   ParamKeeper keeper;
   ScriptedServer server;
-  std::unique_ptr<VokCoach> coach;
+  std::unique_ptr<VokCoach> coach = checkedIn(server);
 };
 
 TEST_F(HeteroTypes, UtilityWeighsHowCloseATypeComesToTheWishes) {
@@ -65,15 +58,10 @@ TEST_F(HeteroTypes, UtilityWeighsHowCloseATypeComesToTheWishes) {
   const std::tuple<int, int, double> rows[] = {
       {2, 2, 1},
       {2, 0, 0.15 * 0.75 + 0.15 * 0.75 + 0.45 * 0.4 + 0.25 * 0.5},
-      {4, 0, 0.15 * 0.75 + 0.35 * 0.5 + 0.3 * 0.6 + 0.2 * 0.6},
-      {6, 0, 0.1 * 0.75 + 0.45 * 0.25 + 0.2 * 0.7 + 0.25 * 0.4},
-      {10, 0, 0.2 * 0.5 + 0.15 * 0.75 + 0.5 * 0.2 + 0.15 * 0.6},
       {10, 6, 0.2 * 0.5 + 0.15 * -0.25 + 0.5 * 0.8 + 0.15 * 0.4},
-      {6, 6, 0.1 * 0.25 + 0.45 * -0.75 + 0.2 * 0.3 + 0.25 * 0.6},
-  };
-  for (const auto& [player, type, utility] : rows) {
+      {6, 6, 0.1 * 0.25 + 0.45 * -0.75 + 0.2 * 0.3 + 0.25 * 0.6}};
+  for (const auto& [player, type, utility] : rows)
     EXPECT_NEAR(coach->calcUtility(player, type), utility, 1e-9) << player << " " << type;
-  }
 }
 
 TEST_F(HeteroTypes, OffendersChooseFirstAndATypeServesThreePlayers) {

@@ -3,19 +3,14 @@
 
 #include <array>
 #include <cstdio>
-#include <memory>
-#include <thread>
 
-#include "Config.h"
 #include "constants.h"
+#include "support/coach.h"
 #include "support/param_keeper.h"
-#include "support/server.h"
-#include "vokcoach.h"
 
 namespace vok::test {
 namespace {
 
-using Texts = std::vector<std::string>;
 using Times = std::vector<long>;
 
 // Where the ball is in the server's frame: beside Alpha's 8, and beside its 5.
@@ -45,10 +40,7 @@ std::string field(long time, const char* ball = ballAt8, bool run = false) {
 class Messages : public testing::Test {
  protected:
   void start(char side = 'l') {
-    std::thread checkIn([&] { server.checkIn(side); });
-    coach =
-        std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
-    checkIn.join();
+    coach = checkedIn(server, side);
     EXPECT_EQ(server.receive(), "(eye on)");
   }
 
@@ -69,12 +61,12 @@ class Messages : public testing::Test {
   }
 
   // One cycle in which the referee may call something; what the coach sent in it before "(done)".
-  Texts cycle(const std::string& see, const std::string& call = "") {
+  Lines cycle(const std::string& see, const std::string& call = "") {
     const std::string time = std::to_string(std::stol(see.substr(12)));
     if (!call.empty()) feed("(hear " + time + " referee " + call + ")");
     feed(see);
     feed("(think)");
-    Texts sent;
+    Lines sent;
     for (std::string text; (text = server.receive()) != "(done)";) {
       if (text.empty()) return {"no answer"};
       sent.push_back(text);
@@ -106,14 +98,6 @@ std::string say(const std::string& message) {
   return "(say (freeform \"" + message + "\"))";
 }
 
-struct Side {
-  char side;
-  const char* kickOff;
-  const char* freeKick;
-};
-
-class MatchMessages : public Messages, public testing::WithParamInterface<Side> {};
-
 // The first of these, by characters:
 //   vok            prefix
 //   q q            number 0 on the left side (16); to all (0), by a coach (16)
@@ -131,36 +115,43 @@ class MatchMessages : public Messages, public testing::WithParamInterface<Side> 
 // 3 + 1 = e. The formation is counted past the goalie 7, so 5 is the first of the midfielders. The
 // foremost opponents are 11 and 10 on the one side (10 + 12 * 11 = 14 + 2 * 64: oca), 2 and 3
 // behind their goalie on the other (3 + 12 * 2 = 27: Baa).
-TEST_P(MatchMessages, HaveEveryCharacterInPlace) {
-  start(GetParam().side);
-  EXPECT_EQ(cycle(field(0)), Texts()) << "not a situation yet";
-  announceTypes();
-  feed("(hear 0 referee kick_off_l)");
-  EXPECT_EQ(cycle(field(1)), (Texts{say(GetParam().kickOff), "(change_player_type 10 3)",
-                                    "(change_player_type 11 3)", "(change_player_type 2 3)"}))
-      << "the message goes before the types";
-  EXPECT_EQ(cycle(field(2)), Texts());
-  EXPECT_EQ(cycle(field(3), "play_on"), Texts());
-  EXPECT_EQ(cycle(field(4)), Texts());
-  EXPECT_EQ(cycle(field(5, ballAt5, true)), Texts());
-  EXPECT_EQ(cycle(field(6, ballAt5, true), "free_kick_r"), Texts{say(GetParam().freeKick)});
-  EXPECT_EQ(errors.take(), "");
-}
+constexpr struct {
+  char side;
+  const char *kickOff, *freeKick;
+} expectedMessages[] = {{'l',
+                         "vokqqSUbaaaaWbbicYA6GyFQDJGwIWEiElH4HiEMEZHAHGDeFBI8G4CIFdJEGqCaGRJaGOBEG"
+                         "tKIFaB8G7KeFyAAHJLMEW"
+                         "z4HlMiEizwIZMQDaaaaaaaaaaaiaaaaa",
+                         "vokqq0UgaaaaWbbic3CHFyFQDJGwIWEiElH4HiEMEZHAHGDeFBI8G4CIFdJEGqCaGRJaGOBEG"
+                         "tKIFaB8G7KeFyAAHOLMEW"
+                         "z4HlMiEizwIZMQDaaaaaaaaeaafaaoca"},
+                        {'r',
+                         "vokaq7TbaaaaWbbicnLfFOGwIDFQDqH4H1EiE4HAHnEMEGI8GLDeFiJEG9CIFWJaGvCaGyKIF"
+                         "TBEGaLeFfB8GOLMEDAAHq"
+                         "MiE1z4H4MQDnzwIaaaaaaaaaaaiaaaaa",
+                         "vokaqQUgaaaaWbbiciJEGOGwIDFQDqH4H1EiE4HAHnEMEGI8GLDeFiJEG9CIFWJaGvCaGyKIF"
+                         "TBEGaLeFfB8GOLMEyAAHq"
+                         "MiE1z4H4MQDnzwIaaaaaaaaeaafaaBaa"}};
 
-INSTANTIATE_TEST_SUITE_P(
-    Coach, MatchMessages,
-    testing::Values(
-        Side{'l',
-             "vokqqSUbaaaaWbbicYA6GyFQDJGwIWEiElH4HiEMEZHAHGDeFBI8G4CIFdJEGqCaGRJaGOBEGtKIFaB8G7KeF"
-             "yAAHJLMEWz4HlMiEizwIZMQDaaaaaaaaaaaiaaaaa",
-             "vokqq0UgaaaaWbbic3CHFyFQDJGwIWEiElH4HiEMEZHAHGDeFBI8G4CIFdJEGqCaGRJaGOBEGtKIFaB8G7KeF"
-             "yAAHOLMEWz4HlMiEizwIZMQDaaaaaaaaeaafaaoca"},
-        Side{'r',
-             "vokaq7TbaaaaWbbicnLfFOGwIDFQDqH4H1EiE4HAHnEMEGI8GLDeFiJEG9CIFWJaGvCaGyKIFTBEGaLeFfB8G"
-             "OLMEDAAHqMiE1z4H4MQDnzwIaaaaaaaaaaaiaaaaa",
-             "vokaqQUgaaaaWbbiciJEGOGwIDFQDqH4H1EiE4HAHnEMEGI8GLDeFiJEG9CIFWJaGvCaGyKIFTBEGaLeFfB8G"
-             "OLMEyAAHqMiE1z4H4MQDnzwIaaaaaaaaeaafaaBaa"}),
-    [](const auto& tested) { return tested.param.side == 'l' ? "Left" : "Right"; });
+TEST_F(Messages, HaveEveryCharacterInPlace) {
+  for (const auto& [side, kickOff, freeKick] : expectedMessages) {
+    start(side);
+    EXPECT_EQ(cycle(field(0)), Lines()) << "not a situation yet";
+    announceTypes();
+    feed("(hear 0 referee kick_off_l)");
+    EXPECT_EQ(cycle(field(1)), (Lines{say(kickOff), "(change_player_type 10 3)",
+                                      "(change_player_type 11 3)", "(change_player_type 2 3)"}))
+        << "the message goes before the types";
+    EXPECT_EQ(cycle(field(2)), Lines());
+    EXPECT_EQ(cycle(field(3), "play_on"), Lines());
+    EXPECT_EQ(cycle(field(4)), Lines());
+    EXPECT_EQ(cycle(field(5, ballAt5, true)), Lines());
+    EXPECT_EQ(cycle(field(6, ballAt5, true), "free_kick_r"), Lines{say(freeKick)});
+    EXPECT_EQ(errors.take(), "");
+    coach.reset();
+    EXPECT_EQ(server.receive(), "(bye)");
+  }
+}
 
 // Without a goalie there is no formation, hence no kicker: -1 travels as 18 set bits. Who was not
 // seen stands on the bench, number n at (-3n, -37) or, of the others, (3n, -37).
@@ -170,7 +161,7 @@ TEST_F(Messages, NameNobodyWithoutAFormation) {
       cycle("(see_global 1 ((b) 0 0 0 0) ((p \"Alpha\" 2) -10 20 0 0 0 0) "
             "((p \"Beta\" 11) 30.5 -4 0 0 180 0))",
             "kick_in_l"),
-      Texts{say("vokqqXQbaaaaWbbaaaGaGIFoAEGoACEiJ8GoAMEoAAHoAiEoA4HoAQDoAwIoAmDoA0IoAUCoAsJoA"
+      Lines{say("vokqqXQbaaaaWbbaaaGaGIFoAEGoACEiJ8GoAMEoAAHoAiEoA4HoAQDoAwIoAmDoA0IoAUCoAsJoA"
                 "qCoAWJoAYBoAoKoAuBoASKoA2AoAXKyFaaaaaaaaaaa---aaa")});
 }
 
@@ -217,16 +208,6 @@ TEST_F(Messages, EndWithTheBudgetUntilItIsRefilled) {
   EXPECT_EQ(spokenIn(6000, 6001, "kick_in_r"), Times{6000});
   EXPECT_EQ(spokenIn(6002, 6002, "kick_in_l"), Times());
   EXPECT_EQ(errors.take(), lost);
-}
-
-TEST_F(Messages, TheSwitchOfTheTypesIsLookedUpInEveryAct) {
-  start();
-  announceTypes();
-  setEntry("use_heterogenous_players", "0");
-  EXPECT_EQ(cycle(field(1), "kick_off_l").size(), 1) << "the message alone";
-  setEntry("use_heterogenous_players", "1");
-  EXPECT_EQ(cycle(field(2)).size(), 3) << "three players of type 3";
-  EXPECT_EQ(cycle(field(3)), Texts()) << "once";
 }
 
 }  // namespace

@@ -98,18 +98,19 @@ TEST_F(Opponents, TheMeanIsThatOfTheLast50To100Updates) {
 
 TEST_F(Opponents, TheRearDefendersAreTheTwoFarthestUp) {
   // The x of opponents 2 to 5, and the two.
-  const std::tuple<std::array<double, 4>, int, int> rows[] = {
-      {{5, 9, 1, 2}, 3, 2}, {{9, 9, 1, 2}, 2, 3}, {{1, 2, 5, 9}, 5, 4}, {{1, 9, 5, 5}, 3, 4}};
-  for (const auto& [x, rear, next] : rows) {
+  using Two = std::pair<int, int>;
+  const std::pair<std::array<double, 4>, Two> rows[] = {{{5, 9, 1, 2}, {3, 2}},
+                                                        {{9, 9, 1, 2}, {2, 3}},
+                                                        {{1, 2, 5, 9}, {5, 4}},
+                                                        {{1, 9, 5, 5}, {3, 4}}};
+  for (const auto& [x, rear] : rows) {
     team = std::make_unique<Team>(world.get());
     stand(x);
-    for (const bool known : {false, true}) {  // seen twice is not enough
-      int first = 3;
-      int second = 9;
-      update(known ? 3 : 2);
-      team->GetDefensePlayer(first, second);
-      EXPECT_EQ(first, known ? rear : 0);
-      EXPECT_EQ(second, known ? next : 0);
+    for (const int updates : {2, 3}) {  // seen twice is not enough
+      Two found = {3, 9};
+      update(updates);
+      team->GetDefensePlayer(found.first, found.second);
+      EXPECT_EQ(found, updates == 2 ? Two(0, 0) : rear);
     }
   }
 }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -29,13 +28,15 @@ std::string fileText(const std::string& name) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// A file of this test's own, gone with it: tests run side by side.
-struct TempFile {
-  explicit TempFile(const std::string& kind)
-      : name(testing::TempDir() + "pages" + std::to_string(getpid()) + kind) {}
-  ~TempFile() { std::remove(name.c_str()); }
-  const std::string name;
-};
+/// What a program draws when it is told the file's name last.
+std::string picture(const std::string& command) {
+  // A file of this test's own: tests run side by side.
+  const std::string name = testing::TempDir() + "pages" + std::to_string(getpid()) + ".svg";
+  EXPECT_EQ(runCommand(command + name).first, 0) << command;
+  std::string text = fileText(name);
+  std::remove(name.c_str());
+  return text;
+}
 
 /// Everything that the expression's group finds in a text.
 std::vector<std::string> all(const std::string& text, const char* expression) {
@@ -74,12 +75,9 @@ TEST(SayMessagePage, ReadsInItsTableAndInTheProgramAsItSays) {
   }
   EXPECT_EQ(joined + "\n", message);
 
-  const TempFile out(".txt");
-  const TempFile picture(".svg");
-  const std::string program = VOK_BIN_DIR "/saydecode --svg " + picture.name + " " + joined;
-  EXPECT_EQ(std::system((program + " >" + out.name).c_str()), 0);
-  EXPECT_EQ(fileText(out.name), block(page, "output"));
-  EXPECT_EQ(fileText(picture.name), fileText(root + "docs/say-message.svg"));
+  const std::string program = VOK_BIN_DIR "/saydecode " + joined;
+  EXPECT_EQ(runCommand(program), std::pair(0, block(page, "output")));
+  EXPECT_EQ(picture(program + " --svg "), fileText(root + "docs/say-message.svg"));
 }
 
 TEST(ConfigurationPage, HasTheKeysOfTheShippedFileAndNoOthers) {
@@ -109,11 +107,8 @@ TEST(ConfigurationPage, ShowsThePicturesThatItsCommandsDraw) {
   ASSERT_EQ(commands.size(), 3U);
   for (const std::string& command : commands) {
     const std::size_t out = command.find(" --out ");
-    const TempFile picture(".svg");
-    const std::string program =
-        "cd " + root + " && " VOK_BIN_DIR "/" + command.substr(0, out) + " --out " + picture.name;
-    EXPECT_EQ(std::system(program.c_str()), 0) << program;
-    EXPECT_EQ(fileText(picture.name), fileText(root + command.substr(out + 7))) << command;
+    const std::string program = "cd " + root + " && " VOK_BIN_DIR "/" + command.substr(0, out);
+    EXPECT_EQ(picture(program + " --out "), fileText(root + command.substr(out + 7))) << command;
   }
 }
 

@@ -5,7 +5,9 @@
 
 #include <climits>
 #include <csignal>
-#include <set>
+#include <memory>
+#include <sstream>
+#include <tuple>
 
 #include "Config.h"
 #include "constants.h"
@@ -23,16 +25,7 @@ class CycleTiming : public testing::Test {
   }
   ~CycleTiming() override { SYNCH_MODE = false; }
 
-  void start(play_mode mode, long time) { timing->setStates(0, time, mode, SIDE_LEFT, false); }
-
-  void feedView(long time) {
-    SensorData data;
-    data.type = SENSOR_TYPE_EXACT;
-    data.time = time;
-    timing->adjust(data);
-  }
-
-  void feedCall(long time, play_mode mode, int score = 0) {
+  void call(long time, play_mode mode, int score = 0) {
     SensorData data;
     data.type = SENSOR_TYPE_HEAR;
     data.sender = SENDER_REFEREE;
@@ -42,122 +35,76 @@ class CycleTiming : public testing::Test {
     timing->adjust(data);
   }
 
+  /// Feeds the view of time 8 for "v8" and the call of a kick-in for "k8", "think" and "alarm";
+  /// "act" is a cycle that begins, "due" an answer that is to be given, and no more of them.
+  void play(const std::string& script) {
+    std::istringstream words(script);
+    for (std::string word; words >> word;) {
+      const std::string got = timing->takeAct() ? "act" : timing->answerDue() ? "due" : "";
+      if (got == "due") timing->takeAnswer();
+      EXPECT_EQ(got, word == "act" || word == "due" ? word : "") << word << " in " << script;
+      SensorData view;
+      view.type = SENSOR_TYPE_EXACT;
+      if (word[0] == 'v') view.time = std::stol(word.substr(1));
+      if (word[0] == 'v') timing->adjust(view);
+      if (word[0] == 'k') call(std::stol(word.substr(1)), PLAY_MODE_KICK_IN_US);
+      if (word == "think") timing->think();
+      if (word == "alarm") raise(SIGALRM);
+    }
+  }
+
   std::unique_ptr<AsyncCommInfo> timing;
 };
 
-TEST_F(CycleTiming, ACycleBeginsWithTheFirstMessageOfALaterTime) {
-  start(PLAY_MODE_PLAY_ON, 7);
-  feedView(7);
-  EXPECT_FALSE(timing->takeAct()) << "a repeated time";
-  feedView(8);
-  EXPECT_TRUE(timing->takeAct());
-  EXPECT_FALSE(timing->takeAct()) << "it is taken once";
-  feedView(6);
-  EXPECT_FALSE(timing->takeAct()) << "an older time";
-  EXPECT_EQ(timing->getServerTime(), 8);
+TEST_F(CycleTiming, ACycleBeginsWithALaterTimeOrInAStandstill) {
+  const std::tuple<play_mode, long, const char*> matches[] = {
+      {PLAY_MODE_PLAY_ON, 7, "v7 v8 act v6 v9 act end"},
+      {PLAY_MODE_GOAL_US, 50, "k50 act k50 end"},  // once called the clock runs
+      {PLAY_MODE_GOAL_US, 50, "v50 act v50 act end"},
+      {PLAY_MODE_BEFORE_KICK_OFF, 0, "k0 end"},
+      {PLAY_MODE_PLAY_ON, 1, "alarm v2 act alarm end"}};
+  for (const auto& [mode, time, script] : matches) {
+    timing->setStates(0, time, mode, SIDE_LEFT, false);
+    play(script);
+  }
+  for (int us = PLAY_MODE_KICK_OFF_US; us < PLAY_MODE_PENALTY_SCORE_THEM; us += 2)
+    EXPECT_EQ(isStopped(static_cast<play_mode>(us)), isStopped(static_cast<play_mode>(us + 1)));
 }
 
-TEST_F(CycleTiming, MissedCyclesAreReportedAndOneCycleBegins) {
-  start(PLAY_MODE_PLAY_ON, 7);
-  StderrCapture errors;
-  feedView(10);
-  EXPECT_EQ(errors.take(),
-            "10 AsyncInfo (Alpha No.0): completely missed server timesteps from 8 to 9 "
-            "(no commands sent)\n");
-  EXPECT_TRUE(timing->takeAct());
-  EXPECT_FALSE(timing->takeAct());
-}
-
-TEST_F(CycleTiming, EveryViewOpensACycleInTheModesWithAStandingClock) {
-  const std::set<int> stopped = {
-      PLAY_MODE_BEFORE_KICK_OFF,    PLAY_MODE_TIME_OVER,         PLAY_MODE_PAUSE,
-      PLAY_MODE_PENALTY_KICK_US,    PLAY_MODE_PENALTY_KICK_THEM, PLAY_MODE_GOAL_US,
-      PLAY_MODE_GOAL_THEM,          PLAY_MODE_OFFSIDE_US,        PLAY_MODE_OFFSIDE_THEM,
-      PLAY_MODE_BACKPASS_US,        PLAY_MODE_BACKPASS_THEM,     PLAY_MODE_FREEKICK_FAULT_US,
-      PLAY_MODE_FREEKICK_FAULT_THEM};
-  for (int mode = PLAY_MODE_UNKNOWN; mode <= PLAY_MODE_PENALTY_SCORE_THEM; ++mode) {
-    start(static_cast<play_mode>(mode), 9);
-    feedView(9);
-    EXPECT_EQ(timing->takeAct(), stopped.contains(mode)) << mode;
+TEST_F(CycleTiming, InSynchronousModeItNeedsAThinkAndEveryThinkItsAnswer) {
+  SYNCH_MODE = true;
+  const std::pair<play_mode, const char*> matches[] = {
+      {PLAY_MODE_PLAY_ON, "v2 think act think v3 act end"},
+      // The first is of a foul, in which the clock stands, the second of a late view.
+      {PLAY_MODE_FOUL_CHARGE_US, "v1 think due think v1 due v1 think due end"},
+      {PLAY_MODE_PLAY_ON, "think k2 act v2 think v3 act end"}};
+  for (const auto& [mode, script] : matches) {
+    timing = nullptr;
+    timing = std::make_unique<AsyncCommInfo>("Alpha", CLIENT_ONLINECOACH);
+    timing->setStates(0, 1, mode, SIDE_LEFT, false);
+    play(script);
   }
 }
 
-TEST_F(CycleTiming, ACallEndsAStandstillButNotAtTimeZero) {
-  start(PLAY_MODE_GOAL_US, 50);
-  feedCall(50, PLAY_MODE_KICK_OFF_THEM);
-  EXPECT_TRUE(timing->takeAct());
-  feedCall(50, PLAY_MODE_PLAY_ON);
-  EXPECT_FALSE(timing->takeAct()) << "the clock ran already";
-  start(PLAY_MODE_BEFORE_KICK_OFF, 0);
-  feedCall(0, PLAY_MODE_KICK_OFF_US);
-  EXPECT_FALSE(timing->takeAct());
+TEST_F(CycleTiming, MissedCyclesAreReportedAndOneCycleBegins) {
+  timing->setStates(0, 7, PLAY_MODE_PLAY_ON, SIDE_LEFT, false);
+  StderrCapture errors;
+  play("v10 act end");
+  EXPECT_EQ(errors.take(),
+            "10 AsyncInfo (Alpha No.0): completely missed server timesteps from 8 to 9 "
+            "(no commands sent)\n");
 }
 
 TEST_F(CycleTiming, CallsSetModeScoreAndHalf) {
-  start(PLAY_MODE_PLAY_ON, 1);
-  feedCall(2, PLAY_MODE_GOAL_US, 3);
-  feedCall(2, PLAY_MODE_GOAL_THEM, 1);
-  feedCall(2, PLAY_MODE_HALF_TIME);
-  feedCall(2, PLAY_MODE_UNKNOWN);
+  timing->setStates(0, 1, PLAY_MODE_PLAY_ON, SIDE_LEFT, false);
+  call(2, PLAY_MODE_GOAL_US, 3);
+  call(2, PLAY_MODE_GOAL_THEM, 1);
+  call(2, PLAY_MODE_HALF_TIME);
+  call(2, PLAY_MODE_UNKNOWN);
   EXPECT_EQ(timing->getOurScore(), 3);
   EXPECT_EQ(timing->getOtherScore(), 1);
   EXPECT_TRUE(timing->inSecondHalf());
   EXPECT_EQ(timing->getPlayMode(), PLAY_MODE_HALF_TIME) << "a card changes no mode";
-}
-
-TEST_F(CycleTiming, InSynchronousModeACycleNeedsBothANewTimeAndThink) {
-  SYNCH_MODE = true;
-  start(PLAY_MODE_PLAY_ON, 1);
-  feedView(2);
-  EXPECT_FALSE(timing->takeAct());
-  timing->think();
-  EXPECT_FALSE(timing->answerDue());
-  EXPECT_TRUE(timing->takeAct());
-  timing->think();
-  EXPECT_FALSE(timing->takeAct());
-  EXPECT_FALSE(timing->answerDue()) << "the view is still to come";
-  feedView(3);
-  EXPECT_TRUE(timing->takeAct());
-}
-
-TEST_F(CycleTiming, AThinkWithAViewThatOpenedNoCycleIsToBeAnswered) {
-  SYNCH_MODE = true;
-  start(PLAY_MODE_FOUL_CHARGE_US, 5);
-  for (const bool viewFirst : {true, false}) {
-    if (viewFirst) feedView(5);
-    EXPECT_FALSE(timing->answerDue());
-    timing->think();
-    if (!viewFirst) feedView(5);
-    EXPECT_TRUE(timing->answerDue());
-    EXPECT_FALSE(timing->takeAct());
-    timing->takeAnswer();
-    timing->think();
-    EXPECT_FALSE(timing->answerDue()) << "a think alone waits for the next view";
-    feedView(5);
-    timing->takeAnswer();
-  }
-}
-
-TEST_F(CycleTiming, TheLateViewOfAnAnsweredCycleIsNoCauseForAnotherAnswer) {
-  SYNCH_MODE = true;
-  start(PLAY_MODE_PLAY_ON, 2);
-  timing->think();
-  feedCall(3, PLAY_MODE_KICK_IN_US);
-  EXPECT_TRUE(timing->takeAct());
-  feedView(3);
-  timing->think();
-  EXPECT_FALSE(timing->answerDue());
-  feedView(4);
-  EXPECT_TRUE(timing->takeAct());
-}
-
-TEST_F(CycleTiming, AnAlarmChangesNothingForACoach) {
-  start(PLAY_MODE_PLAY_ON, 1);
-  raise(SIGALRM);
-  EXPECT_FALSE(timing->act);
-  feedView(2);
-  raise(SIGALRM);
-  EXPECT_TRUE(timing->takeAct());
 }
 
 TEST_F(CycleTiming, ASecondOneIsReportedAndDoesNotTakeThePlaceOfTheFirst) {
@@ -202,28 +149,26 @@ class PlayerTiming : public testing::Test {
     return armed.it_value.tv_sec * 1000 + (armed.it_value.tv_usec + 999) / 1000;
   }
 
-  bool sense(long time, int kicks, int says = 0) {
+  /// A body sense that tells these counts of kicks, of dashes and turns, and of says.
+  bool sense(long time, int kicks, int others = 0, int says = 0) {
     SensorData data;
     data.type = SENSOR_TYPE_SENSE_BODY;
     data.time = time;
     data.kick_count = kicks;
+    data.dash_count = data.turn_count = others;
     data.say_count = says;
     return timing->adjust(data);
   }
 
   ParamKeeper keeper;
+  StderrCapture errors;
   std::unique_ptr<AsyncCommInfo> timing;
 };
 
 TEST_F(PlayerTiming, TheWaitEndsWithTheLastViewThatIsStillToCome) {
   SEND_VI_STEP = 70;
-  const struct {
-    view_width width;
-    view_quality quality;
-    int before, now;  // views in the last two cycles, the latest 80 and 10 ms after their beginning
-    long wait;
-    bool settled = true;
-  } cases[] = {
+  // Views in the last two cycles, the latest 80 and 10 ms after their beginning, and the wait.
+  const std::tuple<view_width, view_quality, int, int, long> cases[] = {
       // A view every other cycle: 80 + 5 + 2 * 70 less two times 101, or 10 + 5 + 2 * 70 less one.
       {VIEW_WIDTH_NORMAL, VIEW_QUALITY_HIGH, 0, 0, 400},
       {VIEW_WIDTH_NORMAL, VIEW_QUALITY_HIGH, 1, 1, 0},
@@ -231,7 +176,6 @@ TEST_F(PlayerTiming, TheWaitEndsWithTheLastViewThatIsStillToCome) {
       {VIEW_WIDTH_NORMAL, VIEW_QUALITY_HIGH, 0, 1, 54},
       {VIEW_WIDTH_WIDE, VIEW_QUALITY_LOW, 1, 1, 0},
       {VIEW_WIDTH_NORMAL, VIEW_QUALITY_LOW, 1, 1, 400},
-      {VIEW_WIDTH_NORMAL, VIEW_QUALITY_HIGH, 1, 1, 400, false},
       // Two views a cycle or three in two; 10 + 5 + 70 for the second one.
       {VIEW_WIDTH_NARROW, VIEW_QUALITY_HIGH, 1, 1, 54},
       {VIEW_WIDTH_NARROW, VIEW_QUALITY_HIGH, 0, 2, 85},
@@ -240,19 +184,21 @@ TEST_F(PlayerTiming, TheWaitEndsWithTheLastViewThatIsStillToCome) {
       {VIEW_WIDTH_WIDE, VIEW_QUALITY_HIGH, 1, 0, 0},
       {VIEW_WIDTH_WIDE, VIEW_QUALITY_HIGH, 0, 1, 0},
       {VIEW_WIDTH_WIDE, VIEW_QUALITY_HIGH, 0, 0, 400},
+      {VIEW_WIDTH_NORMAL, VIEW_QUALITY_HIGH, 1, 1, 400},  // the last: not settled yet
   };
-  for (std::size_t i = 0; i < std::size(cases); ++i) {
-    const auto& c = cases[i];
-    timing->curVisAngle = timing->chVisAngle = c.width;
-    timing->curVisQual = timing->chVisQual = c.quality;
-    timing->viewModeTime = c.settled ? 2 : 1;
+  for (const auto& c : cases) {
+    const auto& [width, quality, before, now, expected] = c;
+    const long i = &c - cases;
+    timing->curVisAngle = timing->chVisAngle = width;
+    timing->curVisQual = timing->chVisQual = quality;
+    timing->viewModeTime = &c == &cases[13] ? 1 : 2;
     timing->seeMsgCntIndex = 0;
-    timing->seeMsgCnt = {c.now, 9, 9, c.before};
+    timing->seeMsgCnt = {now, 9, 9, before};
     timing->seeTime = {10, 0, 0, 80};
     const long wait = waitOfNextCycle(0, 1000);
-    EXPECT_LE(wait, c.wait) << i;
-    EXPECT_GT(wait, c.wait - 25) << i << ": some of it passed, but not so much";
-    EXPECT_EQ(timing->abortWaitForSee, c.wait == 0) << i;
+    EXPECT_LE(wait, expected) << i;
+    EXPECT_GT(wait, expected - 25) << i << ": some of it passed, but not so much";
+    EXPECT_EQ(timing->abortWaitForSee, expected == 0) << i;
     EXPECT_EQ(timing->seeMsgCntIndex, 1);
   }
   // 10 + 5 + 2 * 43 is 101: a timer of 0 would never end. And the server may name any numbers.
@@ -275,17 +221,19 @@ TEST_F(PlayerTiming, TheWaitEndsWithTheLastViewThatIsStillToCome) {
 }
 
 TEST_F(PlayerTiming, AnOddCycleLengthIsReportedAndALateStartWaitsForNothing) {
-  StderrCapture errors;
   EXPECT_GT(waitOfNextCycle(0, -300), 375);
-  EXPECT_TRUE(errors.take().starts_with("1 AsyncInfo: (Alpha No.7) last cycle was to short: -"));
   EXPECT_EQ(waitOfNextCycle(450, 1000), 0);
   EXPECT_TRUE(timing->abortWaitForSee);
-  EXPECT_TRUE(errors.take().starts_with(
-      "2 AsyncInfo: (Alpha No.7) aborting waitForSee due to non positive timervalue (-"));
   EXPECT_EQ(waitOfNextCycle(0, 2100), 0);
   EXPECT_TRUE(timing->abortWaitForSee);
-  EXPECT_TRUE(errors.take().starts_with(
-      "3 AsyncInfo: (Alpha No.7) timer not started as last cycle was to long: 21"));
+  const Lines reports = lines(errors.take());
+  const char* const beginnings[] = {
+      "1 AsyncInfo: (Alpha No.7) last cycle was to short: -",
+      "2 AsyncInfo: (Alpha No.7) aborting waitForSee due to non positive timervalue (-",
+      "3 AsyncInfo: (Alpha No.7) timer not started as last cycle was to long: 21"};
+  ASSERT_EQ(reports.size(), 3U);
+  for (std::size_t i = 0; i < 3; ++i)
+    EXPECT_TRUE(reports[i].starts_with(beginnings[i])) << reports[i];
 }
 
 TEST_F(PlayerTiming, ActsOnceItsBodyIsSensedAndTheWaitIsOver) {
@@ -297,45 +245,38 @@ TEST_F(PlayerTiming, ActsOnceItsBodyIsSensedAndTheWaitIsOver) {
   EXPECT_FALSE(sense(1, 0)) << "the second body sense of a cycle";
 }
 
-TEST_F(PlayerTiming, CommandsLostOnTheWayAreReported) {
-  StderrCapture errors;
+TEST_F(PlayerTiming, CommandsThatTheServerCountsOtherwiseAreReported) {
+  const auto reported = [this](long time, const Lines& what) {
+    std::string text;
+    for (const std::string& line : what)
+      text += std::to_string(time) + " AsyncInfo (Alpha No.7): " + line + "\n";
+    EXPECT_EQ(errors.take(), text);
+  };
   timing->sendAction(KICK_COMMAND, 50, 0.5);
   timing->incSayCount();
   sense(1, 0);
-  EXPECT_EQ(errors.take(),
-            "1 AsyncInfo (Alpha No.7): missing 1 kick command(s)!\n"
-            "1 AsyncInfo (Alpha No.7): missing say commands (sent 1, was told 0)\n");
+  reported(1, {"missing 1 kick command(s)!", "missing say commands (sent 1, was told 0)"});
   CycleAction lost;
   timing->getLostAction(lost);
   EXPECT_EQ(lost.command, KICK_COMMAND);
   EXPECT_EQ(lost.param1, 50);
   timing->actionNeeded = false;
   sense(2, 1);
-  EXPECT_EQ(errors.take(),
-            "2 AsyncInfo (Alpha No.7): Server executed command (kick) I didn't send!\n");
+  reported(2, {"Server executed command (kick) I didn't send!"});
   for (const CycleCommand command :
-       {DASH_COMMAND, TURN_COMMAND, CATCH_COMMAND, TACKLE_COMMAND, MOVE_COMMAND}) {
+       {DASH_COMMAND, TURN_COMMAND, CATCH_COMMAND, TACKLE_COMMAND, MOVE_COMMAND})
     timing->sendAction(command, 0, 0);
-  }
-  SensorData data;
-  data.type = SENSOR_TYPE_SENSE_BODY;
-  data.time = 3;
-  data.kick_count = data.dash_count = data.turn_count = 2;
-  timing->adjust(data);
-  const std::string line = "3 AsyncInfo (Alpha No.7): ";
-  const std::string unsent = " I didn't send!\n";
-  EXPECT_EQ(errors.take(),
-            line + "Server executed command (kick)" + unsent + line +
-                "Server executed command (dash)" + unsent + line +
-                "Server executed command (turn)" + unsent + line + "missing 1 catch command(s)!\n" +
-                line + "missing 1 tackle command(s)!\n" + line + "missing 1 move command(s)!\n" +
-                line + "Server executed more than one command\n");
+  sense(3, 2, 2);
+  reported(3, {"Server executed command (kick) I didn't send!",
+               "Server executed command (dash) I didn't send!",
+               "Server executed command (turn) I didn't send!", "missing 1 catch command(s)!",
+               "missing 1 tackle command(s)!", "missing 1 move command(s)!",
+               "Server executed more than one command"});
   timing->getLostAction(lost);
   EXPECT_EQ(lost.command, MOVE_COMMAND) << "the last one sent";
 }
 
 TEST_F(PlayerTiming, ACycleWithoutACommandIsReported) {
-  StderrCapture errors;
   sense(1, 0);
   EXPECT_EQ(errors.take(),
             "0 AsyncInfo (Alpha No.7): agent did not send command\n"

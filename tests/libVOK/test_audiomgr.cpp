@@ -52,14 +52,14 @@ TEST(AudioMgr, DropsWhatIsDamagedForeignOrForSomebodyElse) {
   AudioMgr mgr(5, true, "vok", 4);
   std::string damaged = heard(0, 1).getEncoding();
   damaged.back() = 'c';
-  const std::pair<AudioMsg, bool> rows[] = {{AudioMsg(damaged.c_str()), false},
-                                            {heard(0, 1, true, "fok"), false},
-                                            {heard(0, 1, false), false},
-                                            {heard(7, 1), false},
-                                            {heard(0, 2), true},
-                                            {heard(5, 3), true},
-                                            // Who is named as sender is not asked for a sum.
-                                            {AudioMsg(3, "Other", damaged.c_str()), true}};
+  const std::pair<AudioMsg, bool> rows[] = {
+      {AudioMsg(damaged.c_str()), false},
+      {heard(0, 1, true, "fok"), false},
+      {heard(0, 1, false), false},
+      {heard(7, 1), false},
+      {heard(0, 2), true},
+      {heard(5, 3), true},
+      {AudioMsg(3, "Other", damaged.c_str()), true}};  // a named sender is not asked for a sum
   AudioMsg msg;
   for (const auto& [received, taken] : rows) {
     EXPECT_EQ(mgr.storeMsg(received), taken) << received.getEncoding();

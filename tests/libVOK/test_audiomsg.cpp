@@ -1,14 +1,13 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <numbers>
-#include <random>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -58,22 +57,23 @@ std::string printed(const Value& value) {
 }  // namespace
 
 TEST(SayCode, CharactersHaveTheirIndexAndForeignBytesAreZero) {
-  const std::string characters = "azAZ09+-. !\xe4";
-  constexpr int values[] = {0, 25, 26, 51, 52, 61, 62, 63, 64, 73, 0, 0};
-  for (std::size_t i = 0; i < characters.size(); ++i)
-    EXPECT_EQ(decodeChar(characters[i]), values[i]) << characters[i];
+  std::vector<int> values;
+  for (const char c : {'a', 'z', 'A', 'Z', '0', '9', '+', '-', '.', ' ', '!', '\xe4'})
+    values.push_back(decodeChar(c));
+  EXPECT_EQ(values, (std::vector{0, 25, 26, 51, 52, 61, 62, 63, 64, 73, 0, 0}));
 }
 
-TEST(SayCode, EveryNumberOfEighteenBitsTravelsAndLargerOnesWrap) {
-  for (unsigned n = 0; n < 1U << 18; ++n) {
-    const Int3B sent(n);
-    ASSERT_EQ(std::string(sent.getEncoding(), 3), digits(n) + msgEncodeChars[n >> 12]);
-    ASSERT_EQ(Int3B(std::string(sent.getEncoding(), 3).c_str()).getValue(), n);
+TEST(SayCode, NumbersOfEighteenBitsTravelAndLargerOnesWrap) {
+  const std::tuple<unsigned, const char*, unsigned> rows[] = {{64U, "aba", 64U},
+                                                              {4097U, "bab", 4097U},
+                                                              {262143U, "---", 262143U},
+                                                              {262144U, "aaa", 0U},
+                                                              {4294967295U, "---", 262143U}};
+  for (const auto& [number, code, heard] : rows) {
+    EXPECT_EQ(written(Int3B(number)), code);
+    EXPECT_EQ(Int3B(code).getValue(), heard);
   }
-  EXPECT_EQ(std::string(Int3B(64U).getEncoding(), 3), "aba");
-  EXPECT_EQ(std::string(Int3B(262144U).getEncoding(), 3), "aaa");
   EXPECT_EQ(Int3B(262144U).getValue(), 262144U);
-  EXPECT_EQ(written(Int3B(static_cast<unsigned>(-1))), "---");
 }
 
 TEST(SayCode, PositionsTravelOnTheirGridWithAgeAndState) {
@@ -206,7 +206,6 @@ TEST(AudioMsg, RollingBackKeepsTheCharactersAndNeverGoesBehindWhatIsReadNorAhead
   msg << Int3B(1U);
   msg.rollbackWrite();
   EXPECT_STREQ(msg.getEncoding() + 14, "bbaa") << "until they are overwritten";
-  EXPECT_EQ(msg.getSize(), 15U);
   msg << false;
   EXPECT_STREQ(msg.getEncoding() + 14, "ba");
   msg.setReadPos(2);
@@ -226,31 +225,11 @@ TEST(AudioMsg, RollingBackKeepsTheCharactersAndNeverGoesBehindWhatIsReadNorAhead
 TEST(AudioMsg, AReceivedTextMayBeShorterThanItsHeaderSays) {
   AudioMsg cut(("aaaaaaaaaaaa" + digits(40)).c_str());
   double real = 0;
+  Int3B number(9U);
   cut >> real;
-  EXPECT_TRUE(cut.getState());
   EXPECT_EQ(real, -204.8);
   cut.setReadPos(40);
-  Int3B number(9U);
   cut >> number;
   EXPECT_FALSE(cut.getState());
   EXPECT_EQ(number.getValue(), 9U);
-}
-
-TEST(AudioMsg, AnyTextIsTakenWithinItsBounds) {
-  std::mt19937 random(7);
-  for (int round = 0; round < 3000; ++round) {
-    std::string text(random() % 700, 'a');
-    for (char& c : text) c = round % 2 ? static_cast<char>(random()) : msgEncodeChars[random() % 8];
-    AudioMsg msg = round % 3 ? AudioMsg(text.c_str()) : AudioMsg(3, text.c_str(), text.c_str());
-    const std::size_t length = std::strlen(text.c_str());
-    ASSERT_EQ(std::strlen(msg.getEncoding()), std::min<std::size_t>(length, 511));
-    ASSERT_LE(std::strlen(msg.teamName.data()), 39U);
-    Val5B position;
-    for (int i = 0; i < 120 && msg.getState(); ++i) msg >> position;
-    msg.clearState();
-    for (int i = 0; i < 120 && msg.getState(); ++i) msg << position;
-    msg.rollbackWrite();
-    ASSERT_LE(std::strlen(msg.getEncoding()), 511U);
-    ASSERT_FALSE(printed(msg).empty());
-  }
 }

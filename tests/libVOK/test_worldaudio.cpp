@@ -3,28 +3,17 @@
 #include <array>
 #include <cstring>
 #include <string>
+#include <tuple>
 
-#include "Config.h"
 #include "constants.h"
-#include "worldmodel.h"
+#include "support/world.h"
 
-namespace vok {
+namespace vok::test {
 namespace {
-
-bool near(const Vector2d& a, const Vector2d& b) {
-  return (a - b).getLength() < 1e-6;
-}
 
 class WorldAudio : public testing::Test {
  protected:
   ~WorldAudio() override { playerParams = {}; }
-
-  static Worldmodel newWorld() {
-    playerParams.player_types = 7;
-    setEntry("world_maxPlayersOurTeam", "11");
-    setEntry("world_maxPlayersOtherTeam", "11");
-    return Worldmodel(nullptr);
-  }
 
   static std::string encoded(const Worldmodel& from, MessageType type, const WBall& comball = {}) {
     char text[] = "..........";
@@ -34,7 +23,7 @@ class WorldAudio : public testing::Test {
 
   /// What the coach says at time 50 of a world with known goalies.
   AudioMsg coachMessage(int ourGoalie, int otherGoalie) {
-    Worldmodel seen = newWorld();
+    Worldmodel seen = newWorld(7);
     seen.ourGoalieNo = ourGoalie;
     seen.otherGoalieNo = otherGoalie;
     seen.ball.pos = {10, -5};
@@ -44,7 +33,7 @@ class WorldAudio : public testing::Test {
     return msg << true << seen << types.data();
   }
 
-  Worldmodel world = newWorld();
+  Worldmodel world = newWorld(7);
 };
 
 TEST_F(WorldAudio, PlayerTakesTheCoachsPictureButKeepsItself) {
@@ -55,15 +44,11 @@ TEST_F(WorldAudio, PlayerTakesTheCoachsPictureButKeepsItself) {
   AudioMsg msg = coachMessage(5, 2);
   EXPECT_EQ(msg.getWritePos(), 1u + 2 + 4 + 88 + 11);
   ASSERT_TRUE(world.feedbackAudio(msg));
-  EXPECT_TRUE(near(world.ball.pos, {10, -5}));
-  EXPECT_TRUE(near(world.ball.v, {0, 0}));
-  EXPECT_EQ(world.ball.age, 0);
-  EXPECT_TRUE(near(world.otherTeam[11].pos, {3.5, 33}));
-  EXPECT_TRUE(near(world.ourTeam[3].pos, {7, 7}));
+  EXPECT_TRUE(near(world.ball.pos, {10, -5}) && near(world.ball.v, {0, 0}) && world.ball.age == 0);
+  EXPECT_TRUE(near(world.otherTeam[11].pos, {3.5, 33}) && near(world.ourTeam[3].pos, {7, 7}));
   EXPECT_EQ(world.ourTeam[5].tacticalNo, 1);
   EXPECT_EQ(world.otherTeam[2].isGoalie, GOALIE_TRUE);
-  EXPECT_EQ(world.otherTeam[4].type, 6);
-  EXPECT_EQ(world.otherTeam[5].type, -1);
+  EXPECT_TRUE(world.otherTeam[4].type == 6 && world.otherTeam[5].type == -1);
 }
 
 TEST_F(WorldAudio, GoaliesAreLearntOnceAndOnlyWhenTheyAreShirtNumbers) {
@@ -118,23 +103,19 @@ TEST_F(WorldAudio, PlayersMessageIsTwoNumbersAndADistance) {
 }
 
 TEST_F(WorldAudio, HeardBallReplacesOnlyAnOlderOne) {
-  const struct {
-    const char* text;
-    int sender, ageBefore;
-    bool taken;
-  } cases[] = {
+  const std::tuple<const char*, int, int, bool> cases[] = {
       {".bqQKk...a", 4, 2, true},   {".bqQKk...a", 4, 1, false},
       {".bqQKk...a", 12, 2, false}, {"m4bk u...a", 4, 2, false},  // a planned ball
       {".bq   ...a", 4, 2, false},                                // a place beyond the grid
       {"   QKk...a", 4, 2, false},                                // no such type
   };
-  for (const auto& c : cases) {
+  for (const auto& [text, sender, ageBefore, taken] : cases) {
     world.ball = WBall({30, 30}, {});
-    world.ball.age = c.ageBefore;
-    world.decodeAudio(c.text, c.sender, NO_ANGLE);
-    EXPECT_EQ(world.ball.age, c.taken ? 1 : c.ageBefore) << c.text << c.sender;
-    EXPECT_TRUE(near(world.ball.pos, c.taken ? Vector2d(0, 0) : Vector2d(30, 30)));
-    EXPECT_TRUE(near(world.ball.v, c.taken ? Vector2d(0, 2) : Vector2d(0, 0)));
+    world.ball.age = ageBefore;
+    world.decodeAudio(text, sender, NO_ANGLE);
+    EXPECT_EQ(world.ball.age, taken ? 1 : ageBefore) << text << sender;
+    EXPECT_TRUE(near(world.ball.pos, taken ? Vector2d(0, 0) : Vector2d(30, 30)));
+    EXPECT_TRUE(near(world.ball.v, taken ? Vector2d(0, 2) : Vector2d(0, 0)));
   }
 }
 
@@ -160,4 +141,4 @@ TEST_F(WorldAudio, SpeakerIsWhereHeSaysOrWhereHisVoiceMeetsHisDistance) {
 }
 
 }  // namespace
-}  // namespace vok
+}  // namespace vok::test

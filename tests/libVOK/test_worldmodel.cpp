@@ -4,21 +4,19 @@
 
 #include <algorithm>
 #include <numbers>
-#include <sstream>
+#include <tuple>
+#include <vector>
 
 #include "Comm.h"
 #include "Config.h"
 #include "constants.h"
 #include "mcommand.h"
+#include "support/world.h"
 
-namespace vok {
+namespace vok::test {
 namespace {
 
 constexpr double PI = std::numbers::pi;
-
-bool near(const Vector2d& a, const Vector2d& b) {
-  return (a - b).getLength() < 1e-6;
-}
 
 SensorData message(sensor_data_type type, long time = -1) {
   SensorData data;
@@ -41,13 +39,6 @@ class World : public testing::Test {
  protected:
   ~World() override { playerParams = {}; }
 
-  static Worldmodel newWorld(Comm* comm = nullptr, const char* teamSize = "11") {
-    playerParams.player_types = 3;
-    setEntry("world_maxPlayersOurTeam", teamSize);
-    setEntry("world_maxPlayersOtherTeam", teamSize);
-    return Worldmodel(comm);
-  }
-
   void view(long time, const ExactPlayer& player = {}) {
     SensorData data = message(SENSOR_TYPE_EXACT, time);
     data.exactplayer[21] = player;
@@ -62,6 +53,13 @@ class World : public testing::Test {
     world.adjust(data);
   }
 
+  void place(goalie_player goalie, Vector2d pos, Vector2d v, const WBall& its) {
+    my.isGoalie = goalie;
+    my.pos = pos;
+    my.v = v;
+    ball = its;
+  }
+
   /// One cycle in which our number 7 sends a command.
   void act(CycleCommand command, double param1, double param2 = 0) {
     my.number = 7;
@@ -69,23 +67,21 @@ class World : public testing::Test {
     world.simCycle();
   }
 
-  Worldmodel world = newWorld();
+  Worldmodel world = newWorld(3);
   WPlayer& my = world.my;
   WBall& ball = world.ball;
 };
 
 TEST_F(World, ConfiguredTeamSizesAreCutToATeam) {
-  EXPECT_EQ(newWorld(nullptr, "15").maxPlayersOurTeam, 11);
-  EXPECT_EQ(newWorld(nullptr, "-3").maxPlayersOtherTeam, 0);
+  EXPECT_EQ(newWorld(0, "15").maxPlayersOurTeam, 11);
+  EXPECT_EQ(newWorld(0, "-3").maxPlayersOtherTeam, 0);
 }
 
+// Ball and players of a view are held by the fuzzers' good cycle.
 TEST_F(World, ViewIsTurnedForATeamOnTheRight) {
   world.ourSide = SIDE_RIGHT;
   SensorData data = message(SENSOR_TYPE_EXACT, 3);
-  data.exactball = {true, 10, 5, 1, -2};
   data.exactplayer[0] = seenPlayer(TEAM_US, 4);
-  data.exactplayer[0].x = 20;
-  data.exactplayer[0].y_vel = 0.5;
   data.exactplayer[0].body_dir = 7;
   data.exactplayer[0].face_dir = 0.5;
   data.exactplayer[1] = seenPlayer(TEAM_THEM, 12);
@@ -93,29 +89,23 @@ TEST_F(World, ViewIsTurnedForATeamOnTheRight) {
   data.exactgoal[0].x = 52;
   data.exactgoal[0].team = TEAM_US;
   world.adjust(data);
-  EXPECT_TRUE(near(ball.pos, {-10, -5}));
-  EXPECT_TRUE(near(ball.v, {-1, 2}));
-  const WPlayer& player = world.ourTeam[4];
-  EXPECT_TRUE(near(player.pos, {-20, 0}));
-  EXPECT_TRUE(near(player.v, {0, -0.5}));
-  EXPECT_NEAR(player.bodyDir, 7 - 2 * PI, 1e-9);  // directions stay as they were sent
-  EXPECT_NEAR(player.faceDir, 0.5, 1e-9);
-  EXPECT_EQ(player.age + ball.age + world.ourGoal.age + world.visualAge, 0);
+  EXPECT_NEAR(world.ourTeam[4].bodyDir, 7 - 2 * PI, 1e-9);  // directions stay as they were sent
+  EXPECT_NEAR(world.ourTeam[4].faceDir, 0.5, 1e-9);
   EXPECT_TRUE(near(world.ourGoal.pos, {-52, 0}));
+  EXPECT_EQ(world.ourGoal.age, 0);
   EXPECT_EQ(world.otherGoal.age, NEVER);
 }
 
 TEST_F(World, ViewIsReachedByPredictionAndNeverGoesBack) {
-  const struct {
-    long viewTime, time;
-    int age;  // of a player that the view does not hold
-  } cases[] = {{9, 10, 5}, {10, 10, 6}, {13, 13, 8}, {2000000000, 2000000000, NEVER}};
-  for (const auto& c : cases) {
+  // The view's time, the world's, and the age of a player that the view does not hold.
+  const std::tuple<long, long, int> cases[] = {
+      {9, 10, 5}, {10, 10, 6}, {13, 13, 8}, {2000000000, 2000000000, NEVER}};
+  for (const auto& [seen, time, age] : cases) {
     world.time = 10;
     world.ourTeam[2].age = 5;
-    view(c.viewTime);
-    EXPECT_EQ(world.time, c.time) << c.viewTime;
-    EXPECT_EQ(world.ourTeam[2].age, c.age) << c.viewTime;
+    view(seen);
+    EXPECT_EQ(world.time, time) << seen;
+    EXPECT_EQ(world.ourTeam[2].age, age) << seen;
   }
 }
 
@@ -162,24 +152,20 @@ TEST_F(World, ChangedPlayersTakeAnnouncedTypesAndAreCounted) {
 }
 
 TEST_F(World, DashIsLimitedByStaminaAndCostsDoubleBackwards) {
-  const struct {
-    double power, stamina, x, staminaAfter;
-  } cases[] = {
-      // The tired have lost some recovery: 0.998 * 45.
-      {100, 4000, 0.6, 3945},
-      {-100, 4000, -0.6, 3845},
-      {100, 50, 0.3, 44.91},
-      {-100, 50, -0.15, 44.91},
-  };
-  for (const auto& c : cases) {
-    world = newWorld();
+  // Power and stamina; then x and stamina. The tired have lost some recovery: 0.998 * 45.
+  const std::tuple<double, double, double, double> cases[] = {{100, 4000, 0.6, 3945},
+                                                              {-100, 4000, -0.6, 3845},
+                                                              {100, 50, 0.3, 44.91},
+                                                              {-100, 50, -0.15, 44.91}};
+  for (const auto& [power, stamina, x, staminaAfter] : cases) {
+    world = newWorld(3);
     ball.pos = {20, 0};
-    my.stamina = c.stamina;
-    act(DASH_COMMAND, c.power);
-    EXPECT_TRUE(near(my.pos, {c.x, 0})) << my.pos.x;
-    EXPECT_TRUE(near(my.v, {c.x * 0.4, 0})) << my.v.x;
-    EXPECT_NEAR(my.stamina, c.staminaAfter, 1e-9) << c.power;
-    EXPECT_NEAR(my.effort, c.stamina > 1000 ? 1 : 0.995, 1e-9) << c.power;
+    my.stamina = stamina;
+    act(DASH_COMMAND, power);
+    EXPECT_TRUE(near(my.pos, {x, 0})) << my.pos.x;
+    EXPECT_TRUE(near(my.v, {x * 0.4, 0})) << my.v.x;
+    EXPECT_NEAR(my.stamina, staminaAfter, 1e-9) << power;
+    EXPECT_NEAR(my.effort, stamina > 1000 ? 1 : 0.995, 1e-9) << power;
     EXPECT_TRUE(near(world.ourTeam[7].pos, my.pos));
   }
 }
@@ -196,10 +182,7 @@ TEST_F(World, KickNeedsTheBallInReachAndTurnLosesToInertia) {
 }
 
 TEST_F(World, CaughtBallStopsAtTheGoaliesNextPlace) {
-  my.isGoalie = GOALIE_TRUE;
-  my.pos = {-45, 0};
-  my.v = {0.1, 0};
-  ball = WBall({-44, 0}, {1, 0});
+  place(GOALIE_TRUE, {-45, 0}, {0.1, 0}, WBall({-44, 0}, {1, 0}));
   act(CATCH_COMMAND, 0);
   EXPECT_TRUE(near(my.v, {0.04, 0})) << my.v.x;  // touching is no collision
   EXPECT_TRUE(near(ball.pos, {-44.515, 0})) << ball.pos.x;
@@ -207,52 +190,38 @@ TEST_F(World, CaughtBallStopsAtTheGoaliesNextPlace) {
 }
 
 TEST_F(World, ACatchIsForAGoaliesHandsAndNotToBeRepeatedSoon) {
-  const struct {
-    goalie_player goalie;
-    double ballX;
-    long sinceCatch;
-    bool caught;
-    long sinceCatchAfter;
-  } cases[] = {{GOALIE_TRUE, -44, CATCH_BAN_CYCLES + 1, true, 1},
-               {GOALIE_TRUE, -44, CATCH_BAN_CYCLES, false, CATCH_BAN_CYCLES + 1},
-               {GOALIE_TRUE, -42, NEVER, false, 1},
-               {GOALIE_FALSE, -44, NEVER, false, NEVER}};
-  for (const auto& c : cases) {
-    my.isGoalie = c.goalie;
-    my.pos = {-45, 0};
-    my.v = {};
-    ball = WBall({c.ballX, 0}, {});
-    world.cyclesSinceCatch = c.sinceCatch;
+  // Goalie, x of the ball, cycles since a catch before; caught, cycles after.
+  const std::tuple<goalie_player, double, long, bool, long> cases[] = {
+      {GOALIE_TRUE, -44, CATCH_BAN_CYCLES + 1, true, 1},
+      {GOALIE_TRUE, -44, CATCH_BAN_CYCLES, false, CATCH_BAN_CYCLES + 1},
+      {GOALIE_TRUE, -42, NEVER, false, 1},
+      {GOALIE_FALSE, -44, NEVER, false, NEVER}};
+  for (const auto& [goalie, ballX, before, caught, after] : cases) {
+    place(goalie, {-45, 0}, {}, WBall({ballX, 0}, {}));
+    world.cyclesSinceCatch = before;
     act(CATCH_COMMAND, 0);
-    EXPECT_EQ(ball.pos.x < -44.5, c.caught) << c.ballX;
-    EXPECT_EQ(world.cyclesSinceCatch, c.sinceCatchAfter) << c.ballX;
+    EXPECT_EQ(ball.pos.x < -44.5, caught) << ballX;
+    EXPECT_EQ(world.cyclesSinceCatch, after) << ballX;
   }
 }
 
 TEST_F(World, AMoveNeedsAnInterruptionAndTheGoalieTakesTheBallAlong) {
-  const struct {
-    play_mode mode;
-    goalie_player goalie;
-    double ballX;
-    bool moves;
-    double ballXAfter;
-  } cases[] = {{PLAY_MODE_BEFORE_KICK_OFF, GOALIE_FALSE, 0.5, true, 0.5},
-               {PLAY_MODE_GOAL_US, GOALIE_FALSE, 0.5, true, 0.5},
-               {PLAY_MODE_GOAL_THEM, GOALIE_FALSE, 0.5, true, 0.5},
-               {PLAY_MODE_PLAY_ON, GOALIE_TRUE, 0.5, false, 0.5},
-               {PLAY_MODE_FREE_KICK_US, GOALIE_FALSE, 0.5, false, 0.5},
-               {PLAY_MODE_FREE_KICK_US, GOALIE_TRUE, 0.5, true, -9.5},
-               {PLAY_MODE_FREE_KICK_US, GOALIE_TRUE, 1.5, true, 1.5}};
-  for (const auto& c : cases) {
-    world.playMode = c.mode;
-    my.isGoalie = c.goalie;
-    my.pos = {};
-    my.v = {0, 0.1};
-    ball = WBall({c.ballX, 0}, {});
+  // Mode, goalie, x of the ball; whether it moves, x of the ball then.
+  const std::tuple<play_mode, goalie_player, double, bool, double> cases[] = {
+      {PLAY_MODE_BEFORE_KICK_OFF, GOALIE_FALSE, 0.5, true, 0.5},
+      {PLAY_MODE_GOAL_US, GOALIE_FALSE, 0.5, true, 0.5},
+      {PLAY_MODE_GOAL_THEM, GOALIE_FALSE, 0.5, true, 0.5},
+      {PLAY_MODE_PLAY_ON, GOALIE_TRUE, 0.5, false, 0.5},
+      {PLAY_MODE_FREE_KICK_US, GOALIE_FALSE, 0.5, false, 0.5},
+      {PLAY_MODE_FREE_KICK_US, GOALIE_TRUE, 0.5, true, -9.5},
+      {PLAY_MODE_FREE_KICK_US, GOALIE_TRUE, 1.5, true, 1.5}};
+  for (const auto& [mode, goalie, ballX, moves, ballXAfter] : cases) {
+    world.playMode = mode;
+    place(goalie, {}, {0, 0.1}, WBall({ballX, 0}, {}));
     act(MOVE_COMMAND, -10, 2);
-    EXPECT_TRUE(near(my.pos, c.moves ? Vector2d(-10, 2) : Vector2d(0, 0.1))) << c.mode;
-    if (!c.moves) continue;
-    EXPECT_TRUE(near(ball.pos, {c.ballXAfter, c.ballXAfter < 0 ? 2.0 : 0.0})) << c.mode;
+    EXPECT_TRUE(near(my.pos, moves ? Vector2d(-10, 2) : Vector2d(0, 0.1))) << mode;
+    if (!moves) continue;
+    EXPECT_TRUE(near(ball.pos, {ballXAfter, ballXAfter < 0 ? 2.0 : 0.0})) << mode;
   }
 }
 
@@ -266,72 +235,53 @@ TEST_F(World, ATacklerLiesStillAndADashingGoalieCarriesTheBall) {
   EXPECT_NEAR(my.bodyDir, 1, 1e-9);
 
   my.bodyDir = 0;
-  my.isGoalie = GOALIE_TRUE;
   world.playMode = PLAY_MODE_FREE_KICK_US;
-  ball = WBall({0.5, 0}, {});
+  place(GOALIE_TRUE, {}, {}, WBall({0.5, 0}, {}));
   act(DASH_COMMAND, 50);
   EXPECT_TRUE(near(ball.pos, {0.8, 0})) << ball.pos.x;  // 50 * 0.006 further
 }
 
 TEST_F(World, EveryCounterGrowsByACycleUpToNever) {
   my.number = 0;
-  const auto ages = [this](long value) {
-    std::vector<long> all = {my.age,
-                             my.cyclesSinceTackle,
-                             ball.age,
-                             world.ourGoal.age,
-                             world.otherGoal.age,
-                             world.visualAge,
-                             world.cyclesSinceCatch,
-                             world.cyclesSincePointTo};
-    for (const std::size_t n : {1U, 11U}) {
-      for (const WPlayer* p : {&world.ourTeam[n], &world.otherTeam[n]}) {
-        all.insert(all.end(), {p->age, p->bodyAge, p->cyclesSinceTackle});
-      }
-    }
-    for (const std::size_t i : {0U, 9U}) {
-      all.insert(all.end(), {world.vAge[i], world.aOppAge[i], world.aOurAge[i]});
-    }
-    return std::vector<long>(all.size(), value) == all;
-  };
-  EXPECT_TRUE(ages(NEVER));
-  my.age = my.cyclesSinceTackle = ball.age = world.ourGoal.age = world.otherGoal.age = NEVER - 2;
-  world.visualAge = world.cyclesSinceCatch = world.cyclesSincePointTo = NEVER - 2;
-  for (auto* team : {&world.ourTeam, &world.otherTeam}) {
-    for (WPlayer& p : *team) p.age = p.bodyAge = p.cyclesSinceTackle = NEVER - 2;
+  std::vector<long*> longs = {&world.cyclesSinceCatch, &world.cyclesSincePointTo, &world.visualAge};
+  for (auto* ring : {&world.vAge, &world.aOppAge, &world.aOurAge})
+    longs.insert(longs.end(), {&ring->front(), &ring->back()});
+  std::vector<int*> ages = {&my.age, &my.cyclesSinceTackle, &ball.age, &world.ourGoal.age,
+                            &world.otherGoal.age};
+  for (const std::size_t n : {1U, 11U}) {
+    for (WPlayer* p : {&world.ourTeam[n], &world.otherTeam[n]})
+      ages.insert(ages.end(), {&p->age, &p->bodyAge, &p->cyclesSinceTackle});
   }
-  for (auto* ring : {&world.vAge, &world.aOppAge, &world.aOurAge}) ring->fill(NEVER - 2);
-  for (const long expected : {NEVER - 1, NEVER, NEVER}) {
+  for (const long* age : longs) EXPECT_EQ(*age, NEVER);
+  for (const int* age : ages) EXPECT_EQ(*age, NEVER);
+  for (const long before : {NEVER - 2L, NEVER - 1L, long{NEVER}}) {
+    for (long* age : longs) *age = before;
+    for (int* age : ages) *age = static_cast<int>(before);
     world.simCycle();
-    EXPECT_TRUE(ages(expected)) << expected;
+    for (const long* age : longs) EXPECT_EQ(*age, std::min(before + 1, long{NEVER}));
+    for (const int* age : ages) EXPECT_EQ(*age, std::min(before + 1, long{NEVER}));
   }
 }
 
 TEST_F(World, VoicesGoRoundTheirRingsAndThePenaltySideIsHeardOnce) {
   my.faceDir = 1;
-  SensorData voice = message(SENSOR_TYPE_HEAR);
-  for (int i = 0; i < 11; ++i) {
-    voice.sender = SENDER_PLAYER_THEM;
-    voice.sender_dir = 0.1 * i;
+  const auto hear = [this](sender_type sender, double direction, playing_side side = SIDE_UNKNOWN) {
+    SensorData voice = message(SENSOR_TYPE_HEAR);
+    voice.sender = sender;
+    voice.sender_dir = direction;
+    voice.penaltySide = side;
     world.adjust(voice);
-  }
-  voice.sender_dir = NO_ANGLE;
-  world.adjust(voice);
+  };
+  for (int i = 0; i < 11; ++i) hear(SENDER_PLAYER_THEM, 0.1 * i);
+  hear(SENDER_PLAYER_THEM, NO_ANGLE);
+  hear(SENDER_PLAYER_US, -1);
   EXPECT_EQ(world.aOppCounter, 1);
   EXPECT_NEAR(world.aOppDir[0], 2, 1e-9);
   EXPECT_EQ(world.aOppAge[1], 0);
-  voice.sender = SENDER_PLAYER_US;
-  voice.sender_dir = -1;
-  world.adjust(voice);
   EXPECT_EQ(world.aOurCounter, 1);
   EXPECT_EQ(world.aOurAge[0], 0);
-
-  SensorData call = message(SENSOR_TYPE_HEAR);
-  call.sender = SENDER_REFEREE;
-  for (const playing_side side : {SIDE_UNKNOWN, SIDE_RIGHT, SIDE_LEFT, SIDE_UNKNOWN}) {
-    call.penaltySide = side;
-    world.adjust(call);
-  }
+  for (const playing_side side : {SIDE_UNKNOWN, SIDE_RIGHT, SIDE_LEFT, SIDE_UNKNOWN})
+    hear(SENDER_REFEREE, NO_ANGLE, side);
   EXPECT_EQ(world.penaltySide, SIDE_RIGHT);
 }
 
@@ -385,7 +335,7 @@ TEST_F(World, QueueIsFoldedInBehindTheTypesItHadToDrop) {
   comm.store->put(message(SENSOR_TYPE_EXACT, 5));  // drops the first
   testing::internal::GetCapturedStderr();
 
-  Worldmodel told = newWorld(&comm);
+  Worldmodel told = newWorld(3, "11", &comm);
   told.adjust();
   EXPECT_EQ(told.playerType[1].state, 1);
   EXPECT_EQ(told.playerType[2].playerSize, SensorDataStore::SIZE - 2);
@@ -406,7 +356,7 @@ TEST_F(World, TheBodySenseCarriesAPlayersWorldOn) {
   Comm comm("Alpha", CLIENT_FIELDPLAYER, "127.0.0.1", 1, 0, false, 7, 7, SIDE_LEFT);
   comm.async->setStates(5, 7, PLAY_MODE_PLAY_ON, SIDE_LEFT, false);
   comm.serverOK = false;  // nobody to say "(bye)" to
-  Worldmodel told = newWorld(&comm);
+  Worldmodel told = newWorld(3, "11", &comm);
   told.time = 7;
   told.ball.age = 0;
   comm.async->setAction(TURN_COMMAND, 7, 1, 0, comm.async->processedAction);
@@ -446,4 +396,4 @@ TEST_F(World, TheBodySenseCarriesAPlayersWorldOn) {
 }
 
 }  // namespace
-}  // namespace vok
+}  // namespace vok::test

@@ -3,28 +3,24 @@
 #include <numbers>
 #include <tuple>
 
-#include "Config.h"
-#include "worldmodel.h"
+#include "support/world.h"
 
-namespace vok {
+namespace vok::test {
 namespace {
 
 constexpr double PI = std::numbers::pi;
-
-/// A world in which nobody was ever seen.
-Worldmodel emptyWorld() {
-  setEntry("world_maxPlayersOurTeam", "11");
-  setEntry("world_maxPlayersOtherTeam", "11");
-  return Worldmodel(nullptr);
-}
 
 void put(WPlayer& player, Vector2d pos, int age) {
   player.pos = pos;
   player.age = age;
 }
 
-TEST(WorldQueries, RankPlayersByDistanceAndThenByNumber) {
-  Worldmodel world = emptyWorld();
+class WorldQueries : public testing::Test {
+ protected:
+  Worldmodel world = newWorld();
+};
+
+TEST_F(WorldQueries, RankPlayersByDistanceAndThenByNumber) {
   put(world.ourTeam[0], {0, 0}, 0);  // no player
   put(world.ourTeam[2], {3, 4}, 1);
   put(world.ourTeam[7], {-5, 0}, 1);  // as far as number 2
@@ -36,8 +32,7 @@ TEST(WorldQueries, RankPlayersByDistanceAndThenByNumber) {
   EXPECT_EQ(world.ourTeamClosestTo({0, 0}, NEVER, 12), -1);
 }
 
-TEST(WorldQueries, CountThePlayersInACorridor) {
-  Worldmodel world = emptyWorld();
+TEST_F(WorldQueries, CountThePlayersInACorridor) {
   put(world.ourTeam[0], {5, 0}, 0);  // no player
   put(world.ourTeam[3], {5, 0.9}, 3);
   put(world.ourTeam[4], {5, -1.1}, 0);   // beside the band
@@ -46,8 +41,7 @@ TEST(WorldQueries, CountThePlayersInACorridor) {
   EXPECT_EQ(world.ourTeamInCorridor({0, 0}, {10, 0}, 2, PI / 4, 2), 1);
 }
 
-TEST(WorldQueries, OurOffsideLineFollowsTheSecondLastOpponentOrTheBall) {
-  Worldmodel world = emptyWorld();
+TEST_F(WorldQueries, OurOffsideLineFollowsTheSecondLastOpponentOrTheBall) {
   world.playMode = PLAY_MODE_PLAY_ON;
   world.ball.pos = {-10, 0};
   EXPECT_EQ(world.ourOffsideLine(4), 0);
@@ -65,8 +59,7 @@ TEST(WorldQueries, OurOffsideLineFollowsTheSecondLastOpponentOrTheBall) {
   EXPECT_EQ(world.ourOffsideLine(10), 0);
 }
 
-TEST(WorldQueries, OtherOffsideLineKnowsTheSetPlaysAndElseOurSecondLastOrTheBall) {
-  Worldmodel world = emptyWorld();
+TEST_F(WorldQueries, OtherOffsideLineKnowsTheSetPlaysAndElseOurSecondLastOrTheBall) {
   put(world.ourTeam[1], {-50, 0}, 0);
   put(world.ourTeam[2], {-40, 0}, 4);  // not moved on
   put(world.ourTeam[3], {-30, 0}, 0);
@@ -88,21 +81,18 @@ TEST(WorldQueries, OtherOffsideLineKnowsTheSetPlaysAndElseOurSecondLastOrTheBall
   EXPECT_EQ(world.otherOffsideLine(3), -30);
 }
 
-TEST(WorldQueries, ADirectionIsAsOldAsItsFreshestLook) {
-  Worldmodel world = emptyWorld();
+TEST_F(WorldQueries, ADirectionIsAsOldAsItsFreshestLook) {
   world.vDir[3] = PI;
-  world.vAngle[3] = Worldmodel::getViewAngle(VIEW_WIDTH_NORMAL);
-  world.vAge[3] = 5;
   world.vDir[9] = -3.0;
+  world.vAngle[3] = Worldmodel::getViewAngle(VIEW_WIDTH_NORMAL);
   world.vAngle[9] = Worldmodel::getViewAngle(VIEW_WIDTH_NARROW);
+  world.vAge[3] = 5;
   world.vAge[9] = 2;
-  EXPECT_EQ(world.dirAge(3.1), 2);  // across the seam at pi
-  EXPECT_EQ(world.dirAge(2.5), 5);
-  EXPECT_EQ(world.dirAge(2.2), NEVER);
+  for (const auto& [direction, age] : {std::pair(3.1, 2), {2.5, 5}, {2.2, int{NEVER}}})
+    EXPECT_EQ(world.dirAge(direction), age) << direction;  // the first across the seam at pi
 }
 
-TEST(WorldQueries, LookingAroundEndsWithNineFreshDirectionsOfSixteen) {
-  Worldmodel world = emptyWorld();
+TEST_F(WorldQueries, LookingAroundEndsWithNineFreshDirectionsOfSixteen) {
   world.my.bodyDir = world.vDir[0] = 3.0;
   for (const auto& [age, angle, finished] :
        {std::tuple(7, 4.1, true), {7, 3.9, false}, {8, 8.0, false}}) {
@@ -113,4 +103,4 @@ TEST(WorldQueries, LookingAroundEndsWithNineFreshDirectionsOfSixteen) {
 }
 
 }  // namespace
-}  // namespace vok
+}  // namespace vok::test

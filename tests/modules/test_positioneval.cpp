@@ -141,43 +141,39 @@ TEST_F(Positions, OnlyFieldPlayersWithATacticalNumberHaveAPlaceAndWatch) {
     EXPECT_EQ(eval->GetPlayerWatchNo(world.get(), n, k), watched) << n << " " << k;
 }
 
-class ShippedFormations : public Positions, public testing::WithParamInterface<int> {
- protected:
+TEST_F(Positions, OfEveryFormationKeepLinesAndDistancesAndAreMirroredOnTheOtherWing) {
   // The places of tactical numbers 2..11 when the ball has rested for long.
-  std::array<Vector2d, 12> settle(double ballX, double ballY) {
-    eval->defNo = eval->offNo = GetParam();
+  const auto settle = [this](double ballX, double ballY) {
     world->ball.pos = {ballX, ballY};
     runCycles(220);
     std::array<Vector2d, 12> team;
-    for (std::size_t n = 2; n <= 11; ++n)
-      team.at(n) = eval->GetPlayerPosition(world.get(), static_cast<int>(n));
+    for (int n = 2; n <= 11; ++n)
+      team.at(static_cast<std::size_t>(n)) = eval->GetPlayerPosition(world.get(), n);
     return team;
-  }
-};
-
-TEST_P(ShippedFormations, KeepLinesAndDistancesAndAreMirroredOnTheOtherWing) {
+  };
   constexpr std::size_t partner[] = {0, 0, 5, 4, 3, 2, 7, 6, 9, 8, 11, 10};
   constexpr int line[] = {0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3};
-  for (const double x : {-52.5, -44.25, -30.0, -19.5, -5.0, 10.0, 30.0, 52.5}) {
-    for (const double y : {0.0, 10.0, 34.0}) {
-      SCOPED_TRACE(testing::Message() << "ball at " << x << ", " << y);
-      const auto team = settle(x, y);
-      const auto mirrored = settle(x, -y);
-      for (std::size_t n = 2; n <= 11; ++n) {
-        EXPECT_NEAR(mirrored[n].x, team[partner[n]].x, 1e-9) << n;
-        EXPECT_NEAR(mirrored[n].y, -team[partner[n]].y, 1e-9) << n;
-        for (std::size_t m = n + 1; m <= 11; ++m) {
-          EXPECT_GE((team[n] - team[m]).getLength(), 5) << n << " and " << m;
-          EXPECT_TRUE(line[n] == line[m] || team[n].x < team[m].x) << n << " and " << m;
-        }
+  for (int shot = 0; shot < 72; ++shot) {
+    constexpr double x[] = {-52.5, -44.25, -30.0, -19.5, -5.0, 10.0, 30.0, 52.5};
+    constexpr double y[] = {0.0, 10.0, 34.0};
+    eval->defNo = eval->offNo = shot / 24;
+    const auto team = settle(x[shot % 8], y[shot / 8 % 3]);
+    const auto mirrored = settle(x[shot % 8], -y[shot / 8 % 3]);
+    for (std::size_t n = 2; n <= 11; ++n) {
+      const Vector2d other = mirrored[partner[n]];
+      EXPECT_LT((team[n] - Vector2d(other.x, -other.y)).getLength(), 1e-9) << n << " of " << shot;
+      for (std::size_t m = n + 1; m <= 11; ++m) {
+        EXPECT_GE((team[n] - team[m]).getLength(), 5) << n << ", " << m << " of " << shot;
+        EXPECT_TRUE(line[n] == line[m] || team[n].x < team[m].x)
+            << n << ", " << m << " of " << shot;
       }
     }
+    if (shot % 24 > 0) continue;
+    world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
+    for (const Vector2d& pos : settle(0, 0)) EXPECT_LE(pos.x, 0) << "in the other half at kick-off";
+    world->playMode = PLAY_MODE_PLAY_ON;
   }
-  world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
-  for (const Vector2d& pos : settle(0, 0)) EXPECT_LE(pos.x, 0) << "in the other half at kick-off";
 }
-
-INSTANTIATE_TEST_SUITE_P(Positions, ShippedFormations, testing::Range(0, 3));
 
 TEST_F(Positions, EveryFormationIsReadAndAWrongChoiceReported) {
   EXPECT_EQ(eval->DefFormations[1][0].FMod, Vector2d(-2, 0.15));

@@ -17,11 +17,7 @@ namespace {
 // whether each type is then impossible ('-'), sure ('!') or open ('.').
 struct Motion {
   const char* name;
-  double way;
-  double oldSpeed;
-  double newSpeed;
-  double turnFrom;
-  double turnTo;
+  double way, oldSpeed, newSpeed, turnFrom, turnTo;
   const char* beliefs;
 };
 
@@ -107,9 +103,6 @@ const Motion motions[] = {
     {"no speed left after a move", 0.5, 0.5, 0, 0, 0, "---"},
     {"runs 1.5 m", 1.5, 1.5, 100, 0, 0, "--!"},
 };
-const Motion& runs = motions[2];
-const Motion& turns = motions[3];
-const Motion& sprints = motions[8];
 
 TEST_F(Tactics, MotionExcludesTheTypesThatItContradicts) {
   for (const Motion& motion : motions) {
@@ -121,7 +114,7 @@ TEST_F(Tactics, MotionExcludesTheTypesThatItContradicts) {
 }
 
 TEST_F(Tactics, ImpossibilityAddsUpUntilTheTypeIsDecided) {
-  for (const Motion* motion : {&runs, &turns, &sprints}) observe(11, *motion);
+  for (const int i : {2, 3, 8}) observe(11, motions[i]);
   EXPECT_EQ(beliefs(11), "-!-");
   EXPECT_EQ(tactical->playerType[11], 1);
 }
@@ -144,7 +137,7 @@ TEST_F(Tactics, OnlyUninterruptedPlayRefinesAndTheSnapshotIsAlwaysOfTheCycleBefo
 }
 
 TEST_F(Tactics, ASubstitutionForgetsOneOpponentsType) {
-  for (const std::size_t n : {7U, 8U}) observe(n, sprints);
+  for (const std::size_t n : {7U, 8U}) observe(n, motions[8]);
   EXPECT_EQ(beliefs(7) + beliefs(8), "--!--!");
   world->otherSubs = std::vector<Substitution>(14, {8, 0});  // none of 8's is new
   world->otherSubs[0] = {7, world->time};

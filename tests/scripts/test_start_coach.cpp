@@ -23,6 +23,12 @@ class StartCoach : public testing::Test {
            " has no player of team Alpha yet (no_such_team); " + end;
   }
 
+  void refuse() {
+    EXPECT_EQ(server.receive(), init);
+    server.send(noTeam);
+    EXPECT_EQ(server.receive(), "(bye)");
+  }
+
   ScriptedServer server;
   const std::string script = VOK_SOURCE_DIR "/scripts/start-coach";
 };
@@ -31,11 +37,8 @@ TEST_F(StartCoach, TriesUntilTheTeamIsThereAndSaysOnceWhatItWaitsFor) {
   Lines numbered = arguments();
   numbered.push_back("12");
   CoachProcess started(numbered, {}, script);
-  for (int attempt = 0; attempt < 2; ++attempt) {
-    EXPECT_EQ(server.receive(), init);
-    server.send(noTeam);
-    EXPECT_EQ(server.receive(), "(bye)");
-  }
+  refuse();
+  refuse();
   EXPECT_EQ(server.checkIn(), init);
   EXPECT_EQ(server.receive(), "(eye on)");
   server.send("(bogus)");
@@ -81,9 +84,7 @@ TEST_F(StartCoach, PassesSignalsOnToTheCoach) {
 
 TEST_F(StartCoach, ASignalEndsTheWaitForTheTeam) {
   CoachProcess started(arguments(), {}, script);
-  EXPECT_EQ(server.receive(), init);
-  server.send(noTeam);
-  EXPECT_EQ(server.receive(), "(bye)");
+  refuse();
   started.signal(SIGTERM);
   EXPECT_EQ(started.wait(1000), 128 + SIGTERM);
 }

@@ -2,7 +2,6 @@
 
 #include <arpa/inet.h>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <poll.h>
@@ -120,21 +119,7 @@ std::string view(long time, double x, double y) {
   return text.str();
 }
 
-StderrCapture::StderrCapture() {
-  testing::internal::CaptureStderr();
-}
-StderrCapture::~StderrCapture() {
-  testing::internal::GetCapturedStderr();
-}
-
-std::string StderrCapture::take() {
-  std::string text = testing::internal::GetCapturedStderr();
-  testing::internal::CaptureStderr();
-  return text;
-}
-
-CoachProcess::CoachProcess(const Lines& arguments, FailingSend failing,
-                           const std::string& program)
+CoachProcess::CoachProcess(const Lines& arguments, FailingSend failing, const std::string& program)
     : errorFile(open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)) {
   pid = fork();
   if (pid != 0) return;
@@ -200,8 +185,31 @@ ChangedConfig::~ChangedConfig() {
   std::remove(path.c_str());
 }
 
-Lines coachArguments(int port, const std::string& config) {
-  return {"-t", "Alpha", "-h", "127.0.0.1", "-p", std::to_string(port), "-f", config};
+Lines coachArguments(int port, const Lines& more) {
+  Lines all = {"-t", "Alpha", "-h", "127.0.0.1", "-p", std::to_string(port), "-f", shippedConfig};
+  all.insert(all.end(), more.begin(), more.end());
+  return all;
+}
+
+std::string playerType(int id) {
+  return "(player_type (id " + std::to_string(id) +
+         ")(player_speed_max 1.05)(stamina_inc_max 45)(player_decay 0.4)(inertia_moment 5)"
+         "(dash_power_rate 0.006)(player_size 0.3)(kickable_margin 0.7)(kick_rand 0.1)"
+         "(extra_stamina 50)(effort_max 1)(effort_min 0.6))";
+}
+
+std::pair<int, std::string> runCommand(const std::string& command) {
+  FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+  std::string output;
+  for (int c; (c = std::fgetc(pipe)) != EOF;) output += static_cast<char>(c);
+  const int status = pclose(pipe);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
+}
+
+std::size_t count(const std::string& text, const std::string& what) {
+  std::size_t n = 0;
+  for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
+  return n;
 }
 
 Lines lines(const std::string& text) {

@@ -1,10 +1,12 @@
 // A scripted simulator server and what tests need around it.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <netinet/in.h>
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vok::test {
@@ -56,12 +58,16 @@ std::string view(long time, double x = 0, double y = 0);
 /// Standard error while it lives.
 class StderrCapture {
  public:
-  StderrCapture();
-  ~StderrCapture();
+  StderrCapture() { testing::internal::CaptureStderr(); }
+  ~StderrCapture() { testing::internal::GetCapturedStderr(); }
   StderrCapture(const StderrCapture&) = delete;
   StderrCapture& operator=(const StderrCapture&) = delete;
   /// What was written since the last call.
-  std::string take();
+  std::string take() {
+    std::string text = testing::internal::GetCapturedStderr();
+    testing::internal::CaptureStderr();
+    return text;
+  }
 };
 
 /// The datagrams of a length that a process cannot send; none of length 0.
@@ -103,10 +109,19 @@ class ChangedConfig {
   const std::string path;
 };
 
-/// The arguments that start a coach of team "Alpha" at a server.
-Lines coachArguments(int port, const std::string& config = shippedConfig);
+/// The arguments that start a coach of team "Alpha" at a server, and more, which win.
+Lines coachArguments(int port, const Lines& more = {});
+
+/// The announcement of the default type under an id.
+std::string playerType(int id);
+
+/// Runs a command of the shell: its status, and what it wrote on both streams.
+std::pair<int, std::string> runCommand(const std::string& command);
 
 /// A text's lines.
 Lines lines(const std::string& text);
+
+/// How often a text holds another one.
+std::size_t count(const std::string& text, const std::string& what);
 
 }  // namespace vok::test

@@ -1,15 +1,12 @@
 // The shipped configuration with a line of it spoilt, and every line that is to be said about it.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "support/server.h"
 
@@ -21,11 +18,7 @@ const std::string spoiltFile =
 
 /// Runs the program with arguments for the shell: its status, and what it wrote on both streams.
 std::pair<int, std::string> confcheck(const std::string& arguments) {
-  FILE* pipe = popen((VOK_BIN_DIR "/confcheck " + arguments + " 2>&1").c_str(), "r");
-  std::string output;
-  for (int c; (c = std::fgetc(pipe)) != EOF;) output += static_cast<char>(c);
-  const int status = pclose(pipe);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
+  return runCommand(VOK_BIN_DIR "/confcheck " + arguments);
 }
 
 /// Writes the shipped file with another text for the line that begins so; the number of that line.
@@ -42,124 +35,92 @@ int spoil(const std::string& begin, const std::string& text) {
   return found;
 }
 
-constexpr int MISSING = -1;
-
-/// Found so many lines behind the first of the spoilt text, or without a line.
-using Said = std::pair<int, std::string>;
-
 struct Spoilt {
-  std::string begin;
-  std::string text;
-  std::vector<Said> findings;
+  std::string begin, text;
+  /// Each with how many lines behind the first of the spoilt text it is found, '-' for without one.
+  std::string findings;
   int fatal = 0;
 };
 
 TEST(Confcheck, SaysWhatIsWrongAndWhere) {
   using namespace std::string_literals;
   const Spoilt table[] = {
-      {"pass_borderDist", "", {{MISSING, "no value for key 'pass_borderDist' found."}}, 1},
-      {"pass_borderDist",
-       "Pass_bordrDist = 2",
-       {{0, "nothing asks for 'Pass_bordrDist'; is 'pass_borderDist' meant?"},
-        {MISSING, "no value for key 'pass_borderDist' found."}},
+      {"pass_borderDist", "", "- no value for key 'pass_borderDist' found.", 1},
+      {"pass_borderDist", "Pass_bordrDist = 2",
+       "0 nothing asks for 'Pass_bordrDist'; is 'pass_borderDist' meant?\n"
+       "- no value for key 'pass_borderDist' found.",
        1},
-      {"#tac_typesFromDecay",
-       "tac_typesFromDecoy = 1\ncolour = 1\ncolor\x1b = 1",
-       {{0, "nothing asks for 'tac_typesFromDecoy'; is 'tac_typesFromDecay' meant?"},
-        {1, "nothing asks for 'colour'"},
-        {2, "nothing asks for 'color\\x1b'"}}},
-      {"#types_withinLimits",
-       "types_withinLimits = 2",
-       {{0, "'types_withinLimits' is 2, not 0 or 1"}}},
-      {"#types_withinLimits",
-       "types_withinLimits = yes",
-       {{0, "value 'yes' for key 'types_withinLimits' not an integer."}},
-       1},
-      {"goal_maxAge",
-       "goal_maxAge = 3.5",
-       {{0, "of '3.5' for key 'goal_maxAge' only '3' is read"}}},
-      {"goal_minDist",
-       "goal_minDistToCorner = 1e999",
-       {{0, "value '1e999' for key 'goal_minDistToCorner' not a double."}},
-       1},
+      {"#tac_typesFromDecay", "tac_typesFromDecoy = 1\ncolour = 1\ncolor\x1b = 1",
+       "0 nothing asks for 'tac_typesFromDecoy'; is 'tac_typesFromDecay' meant?\n"
+       "1 nothing asks for 'colour'\n"
+       "2 nothing asks for 'color\\x1b'"},
+      {"#types_withinLimits", "types_withinLimits = 2", "0 'types_withinLimits' is 2, not 0 or 1"},
+      {"#types_withinLimits", "types_withinLimits = yes",
+       "0 value 'yes' for key 'types_withinLimits' not an integer.", 1},
+      {"goal_maxAge", "goal_maxAge = 3.5", "0 of '3.5' for key 'goal_maxAge' only '3' is read"},
+      {"goal_minDist", "goal_minDistToCorner = 1e999",
+       "0 value '1e999' for key 'goal_minDistToCorner' not a double.", 1},
       // The last one counts, be it right or wrong.
-      {"goal_maxAge",
-       "goal_maxAge = x\ngoal_maxAge = 3\r",
-       {{0, "'goal_maxAge' does not count: it is defined again in line 47"}}},
-      {"goal_maxAge",
-       "goal_maxAge = 3\n\ngoal_maxAge = x",
-       {{0, "'goal_maxAge' does not count: it is defined again in line 48"},
-        {2, "value 'x' for key 'goal_maxAge' not an integer."}},
+      {"goal_maxAge", "goal_maxAge = x\ngoal_maxAge = 3\r",
+       "0 'goal_maxAge' does not count: it is defined again in line 47"},
+      {"goal_maxAge", "goal_maxAge = 3\n\ngoal_maxAge = x",
+       "0 'goal_maxAge' does not count: it is defined again in line 48\n"
+       "2 value 'x' for key 'goal_maxAge' not an integer.",
        1},
-      {"Form1_off_PosX",
-       "Form1_off_PosX = 1, 2, 3, 4",
-       {{0, "'Form1_off_PosX' has only 4 of the 5 values that are read"}},
-       1},
-      {"Form1_off_PosX",
-       "Form1_off_PosX = 1, 2, 3,5 6, 4, 5",
-       {{0, "of '5 6' for key 'Form1_off_PosX' only '5' is read"},
-        {0, "'Form1_off_PosX' has 6 values, of which only 5 are read"}}},
-      {"Form1_off_tact",
-       "Form1_off_tact = 1, 2, , 3, 4",
-       {{0, "value '1, 2, , 3, 4' for key 'Form1_off_tact' not an integer."}},
-       1},
-      {"Form1_off_tact",
-       "Form1_off_tact = 1, 2, 0, 3, 4",
-       {{0, "'Form1_off_tact' is 3, not 0, 1, 2 or 4"}}},
-      {"Form2_def_Watch2",
-       "Form2_def_Watch2 = -1, 11, 1, 2, 12",
-       {{0, "'Form2_def_Watch2' is 12, not a tactical number or -1"}}},
-      {"StartFormationOff",
-       "StartFormationOff = 3",
-       {{0, "'StartFormationOff' is 3, but there is no such formation: 0 is taken"}}},
-      {"ourOffenders",
-       "ourOffenders = 3",
-       {{0, "the head counts 4 + 2 + 2 + 3 make 11 field players, not ten"}}},
-      {"async_waitForSeeTime",
-       "async_waitForSeeTime = 45",
-       {{0, "'async_waitForSeeTime' is 45, not 0, 10, ... or 90"}}},
+      {"Form1_off_PosX", "Form1_off_PosX = 1, 2, 3, 4",
+       "0 'Form1_off_PosX' has only 4 of the 5 values that are read", 1},
+      {"Form1_off_PosX", "Form1_off_PosX = 1, 2, 3,5 6, 4, 5",
+       "0 of '5 6' for key 'Form1_off_PosX' only '5' is read\n"
+       "0 'Form1_off_PosX' has 6 values, of which only 5 are read"},
+      {"Form1_off_tact", "Form1_off_tact = 1, 2, , 3, 4",
+       "0 value '1, 2, , 3, 4' for key 'Form1_off_tact' not an integer.", 1},
+      {"Form1_off_tact", "Form1_off_tact = 1, 2, 0, 3, 4",
+       "0 'Form1_off_tact' is 3, not 0, 1, 2 or 4"},
+      {"Form2_def_Watch2", "Form2_def_Watch2 = -1, 11, 1, 2, 12",
+       "0 'Form2_def_Watch2' is 12, not a tactical number or -1"},
+      {"StartFormationOff", "StartFormationOff = 3",
+       "0 'StartFormationOff' is 3, but there is no such formation: 0 is taken"},
+      {"ourOffenders", "ourOffenders = 3",
+       "0 the head counts 4 + 2 + 2 + 3 make 11 field players, not ten"},
+      {"async_waitForSeeTime", "async_waitForSeeTime = 45",
+       "0 'async_waitForSeeTime' is 45, not 0, 10, ... or 90"},
       // Absolute numbers in place of differences; at the limit a type counts for nothing.
-      {"player2_decay_inertia_delta",
-       "player2_decay_inertia_delta = 0.4",
-       {{0,
-         "'player2_decay_inertia_delta' is 0.4, more than 0.2 from what any type can have, "
-         "-0.1 to 0.1"}}},
-      {"player11_dpr_stamina_inc_max_delta",
-       "player11_dpr_stamina_inc_max_delta = 0.006",
-       {{0,
-         "'player11_dpr_stamina_inc_max_delta' is 0.006, more than 0.002 from what any type can "
-         "have, -0.0012 to 0.0008"}}},
-      {"player3_extra_stamina_effort_delta", "player3_extra_stamina_effort_delta = 200", {}},
-      {"player3_extra_stamina_effort_weight",
-       "player3_extra_stamina_effort_weight = -0.5",
-       {{0, "'player3_extra_stamina_effort_weight' is -0.5, not 0 or more"}}},
+      {"player2_decay_inertia_delta", "player2_decay_inertia_delta = 0.4",
+       "0 'player2_decay_inertia_delta' is 0.4, more than 0.2 from what any type can have, -0.1 to "
+       "0.1"},
+      {"player11_dpr_stamina_inc_max_delta", "player11_dpr_stamina_inc_max_delta = 0.006",
+       "0 'player11_dpr_stamina_inc_max_delta' is 0.006, more than 0.002 from what any type can "
+       "have, -0.0012 to 0.0008"},
+      {"player3_extra_stamina_effort_delta", "player3_extra_stamina_effort_delta = 200", ""},
+      {"player3_extra_stamina_effort_weight", "player3_extra_stamina_effort_weight = -0.5",
+       "0 'player3_extra_stamina_effort_weight' is -0.5, not 0 or more"},
       // Lines, as long ones come in pieces.
       {"# --- Passes",
        "no equals sign\n = 1\n# " + std::string(1100, 'x') + "\nlong = " + std::string(300, 'x') +
            "\nnul = 1\0\n"s,
-       {{0, "can't find '=' sign."},
-        {1, "can't parse key"},
-        {2, "line longer than 1023 characters: what is behind them counts as a line of its own"},
-        {2, "can't find '=' sign."},
-        {3, "value cut to 255 characters"},
-        {3, "nothing asks for 'long'"},
-        {4, "a NUL byte ends the line"},
-        {4, "nothing asks for 'nul'"}}},
+       "0 can't find '=' sign.\n"
+       "1 can't parse key\n"
+       "2 line longer than 1023 characters: what is behind them counts as a line of its own\n"
+       "2 can't find '=' sign.\n"
+       "3 value cut to 255 characters\n"
+       "3 nothing asks for 'long'\n"
+       "4 a NUL byte ends the line\n"
+       "4 nothing asks for 'nul'"},
   };
   for (const Spoilt& row : table) {
     const int line = spoil(row.begin, row.text);
     ASSERT_GT(line, 0) << row.begin;
     std::string expected;
-    for (const auto& [offset, text] : row.findings) {
-      const std::string where = offset == MISSING ? "" : ":" + std::to_string(line + offset);
-      expected.append(spoiltFile).append(where).append(": ").append(text).append("\n");
+    const Lines findings = lines(row.findings);
+    for (const std::string& found : findings) {
+      const std::string where = found[0] == '-' ? "" : ":" + std::to_string(line + found[0] - '0');
+      expected.append(spoiltFile).append(where).append(": ").append(found, 2).append("\n");
     }
-    expected +=
-        spoiltFile + (row.findings.empty()
-                          ? ": all is well with its 205 keys\n"
-                          : ": " + std::to_string(row.findings.size()) + " found, of which " +
-                                std::to_string(row.fatal) + " end the coach\n");
-    EXPECT_EQ(confcheck(spoiltFile), std::pair(row.findings.empty() ? 0 : 1, expected));
+    expected += spoiltFile + (findings.empty()
+                                  ? ": all is well with its 205 keys\n"
+                                  : ": " + std::to_string(findings.size()) + " found, of which " +
+                                        std::to_string(row.fatal) + " end the coach\n");
+    EXPECT_EQ(confcheck(spoiltFile), std::pair(findings.empty() ? 0 : 1, expected));
   }
   std::filesystem::remove(spoiltFile);
 }

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdio>
 #include <string>
 #include <utility>
 
@@ -12,22 +10,11 @@ namespace {
 
 /// Runs the program on a configuration: its status, and what it wrote on both streams.
 std::pair<int, std::string> run(const std::string& arguments, const std::string& configuration) {
-  const std::string program = VOK_BIN_DIR "/formationview ";
-  FILE* pipe = popen((program + configuration + " " + arguments + " 2>&1").c_str(), "r");
-  std::string output;
-  for (int c; (c = std::fgetc(pipe)) != EOF;) output += static_cast<char>(c);
-  const int status = pclose(pipe);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
+  return runCommand(VOK_BIN_DIR "/formationview " + configuration + " " + arguments);
 }
 
 std::string drawn(const std::string& arguments) {
   return run(arguments, shippedConfig).second;
-}
-
-std::size_t count(const std::string& text, const std::string& what) {
-  std::size_t n = 0;
-  for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
-  return n;
 }
 
 /// Where the only picture has a tactical number, as "x,y".
@@ -40,26 +27,15 @@ std::string placeOf(const std::string& svg, int number) {
   return svg.substr(from, svg.find(')', from) - from);
 }
 
-TEST(Formationview, DrawsTenPlacesAndAreasColouredByRole) {
-  const std::string svg = drawn("--offside 10");
-  EXPECT_EQ(count(svg, "<g transform="), 10U);
-  EXPECT_EQ(count(svg, "class='area'"), 10U);
-  EXPECT_EQ(count(svg, "fill='#c4281f"), 2U) << "the forwards";
+// What it draws is also compared with the pictures in docs/.
+TEST(Formationview, TellsTheBandAndTheOffsideLineUnderEachBall) {
   // The band of a ball at the centre: 26.25 m that end 2 m behind the offside line.
-  EXPECT_EQ(count(svg, ">Ball 0, 0. Band -18.2 to 8.0 (thin), our offside line 10.0 (dashed).<"),
+  EXPECT_EQ(count(drawn("--offside 10"),
+                  ">Ball 0, 0. Band -18.2 to 8.0 (thin), our offside line 10.0 (dashed).<"),
             1U);
-  // 3 rests at 2 + 2 per cent of it, at -0.42 + 0.02 of a width of 14.74887 m.
-  EXPECT_EQ(placeOf(svg, 3), "-17.2,-5.89955");
-}
-
-TEST(Formationview, ASweepIsOneSheetWithACaptionForEachBall) {
   const std::string sheet = drawn("--ball -40,0:40,8:5 --ball 52.5,-34");
-  EXPECT_EQ(count(sheet, "<svg "), 1U);
-  EXPECT_EQ(count(sheet, "class='picture'"), 6U);
   for (const char* ball : {"-40, 0", "-20, 2", "0, 4", "20, 6", "40, 8", "52.5, -34"})
     EXPECT_EQ(count(sheet, std::string(">Ball ") + ball + "."), 1U) << ball;
-  // Whatever the team did before, it settles in the same places.
-  EXPECT_EQ(count(sheet, "(" + placeOf(drawn("--ball 0,4"), 9) + ")"), 1U);
 }
 
 TEST(Formationview, EitherHalfCanBeOfAnotherFormation) {

@@ -1,19 +1,16 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
-#include <cstdio>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 #include <utility>
 
 #include "audiomgr.h"
+#include "support/server.h"
 
-using namespace vok;
-
+namespace vok::test {
 namespace {
 
 /// Of this process alone: tests run side by side.
@@ -22,13 +19,7 @@ const std::string tempFile = testing::TempDir() + "saydecode" + std::to_string(g
 /// Runs the program with arguments for the shell: its status, and what it wrote on both streams.
 std::pair<int, std::string> saydecode(const std::string& arguments, const std::string& input = "") {
   std::ofstream(tempFile, std::ios::binary) << input;
-  const std::string program = VOK_BIN_DIR "/saydecode ";
-  FILE* pipe = popen((program + arguments + " <" + tempFile + " 2>&1").c_str(), "r");
-  std::string output;
-  for (int c; (c = std::fgetc(pipe)) != EOF;) output += static_cast<char>(c);
-  const int status = pclose(pipe);
-  std::remove(tempFile.c_str());
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
+  return runCommand(VOK_BIN_DIR "/saydecode " + arguments + " <" + tempFile);
 }
 
 /// A coach's message: kicker 9, opponents 10 and 7, our player n at (-n, n), theirs at (n, -n/2).
@@ -49,26 +40,7 @@ std::string playerText() {
   return msg.getEncoding();
 }
 
-std::size_t count(const std::string& text, const std::string& what) {
-  std::size_t n = 0;
-  for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
-  return n;
-}
-
-}  // namespace
-
-TEST(Saydecode, PrintsWhatAPlayerReads) {
-  const auto [status, output] = saydecode("'" + coachText() + "'");
-  EXPECT_EQ(status, 0);
-  for (const char* line :
-       {"message 1, text 1", "kind         coach, 126 characters", "prefix       vok",
-        "sender       0 right", "destination  all", "checksum     holds", "time         2345",
-        "goalies      ours 1, theirs unknown", "kicker       9", "opponents    10 and 7",
-        "ball         6.2  -18.4", " 1        -1.0    1.0     1.0   -0.5     17",
-        " 2        -2.0    2.0     2.0   -1.0      -"})
-    EXPECT_EQ(count(output, std::string(line) + "\n"), 1U) << line;
-}
-
+// What it prints and draws of a message is compared with the page in docs/.
 TEST(Saydecode, FindsMessagesWhereverTheyStandAndSurvivesAnyBytes) {
   const std::string text = coachText();
   std::mt19937 random(5);
@@ -108,3 +80,6 @@ TEST(Saydecode, DrawsTheLastMessageThatHolds) {
   EXPECT_EQ(count(svg, "<circle cx='6.2' cy='-18.4'"), 1U);
   EXPECT_EQ(saydecode("--svg /nowhere/x.svg", input).first, 1);
 }
+
+}  // namespace
+}  // namespace vok::test

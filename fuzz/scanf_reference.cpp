@@ -1,4 +1,4 @@
-#include "support/scanf_reference.h"
+#include "scanf_reference.h"
 
 #include <algorithm>
 #include <cctype>
