@@ -1,5 +1,5 @@
-// Runs a fuzzer over files and the files of folders, for compilers without libFuzzer. Of short
-// texts in a folder it runs also every one that differs by a character.
+// Runs a fuzzer over files and the files of folders, for compilers without libFuzzer. With --edits
+// it also runs every text that differs by a character from one in a folder; they are to be short.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
