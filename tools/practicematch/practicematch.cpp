@@ -9,6 +9,7 @@
 #include "session.h"
 
 using namespace vok::practice;
+using vok::Recording;
 
 namespace {
 
