@@ -82,7 +82,11 @@ class Collector : public benchmark::BenchmarkReporter {
       const bool isManual = !run.run_name.time_type.empty();
       const double time = isManual ? run.real_accumulated_time : run.cpu_accumulated_time;
       figures[name].push_back(time / static_cast<double>(run.iterations));
-      for (const auto& [key, value] : run.counters) figures[name + ":" + key].push_back(value);
+      for (const auto& [key, value] : run.counters) {
+        std::string figure = name;
+        figure.append(":").append(key);
+        figures[figure].push_back(value);
+      }
     }
   }
 

@@ -2,12 +2,12 @@
 // much memory it takes.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
-#include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <fstream>
 
 #include "bench.h"
@@ -110,11 +110,11 @@ struct Pair {
 
 /// The two take turns, so that what else the machine does meets both alike.
 void roundTrips(benchmark::State& state) {
-  constexpr int TURN = 50;
+  constexpr int cyclesInTurn = 50;
   Pair coach(coachProgram);
   Pair echo(echoProgram);
   for (auto _ : state) {
-    if (!coach.run(TURN) || !echo.run(TURN)) return state.SkipWithError("no answer");
+    if (!coach.run(cyclesInTurn) || !echo.run(cyclesInTurn)) return state.SkipWithError("no answer");
   }
   state.counters["coach_median"] = coach.percentile(50);
   state.counters["coach_p99"] = coach.percentile(99);
