@@ -114,7 +114,8 @@ void roundTrips(benchmark::State& state) {
   Pair coach(coachProgram);
   Pair echo(echoProgram);
   for (auto _ : state) {
-    if (!coach.run(cyclesInTurn) || !echo.run(cyclesInTurn)) return state.SkipWithError("no answer");
+    if (!coach.run(cyclesInTurn) || !echo.run(cyclesInTurn))
+      return state.SkipWithError("no answer");
   }
   state.counters["coach_median"] = coach.percentile(50);
   state.counters["coach_p99"] = coach.percentile(99);
