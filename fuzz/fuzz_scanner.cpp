@@ -3,7 +3,8 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
-#include <memory>
+#include <string>
+#include <vector>
 
 #include "harness.h"
 #include "scanf_reference.h"
@@ -56,9 +57,8 @@ void compareNumber(const std::string& text, const char* format, bool (Scanner::*
 /// Parses a text that ends where its memory ends.
 bool parse(const std::string& text, SensorData& data) {
   static Parser parser("Alpha", CLIENT_ONLINECOACH, 7, 8);
-  const auto exact = std::make_unique<char[]>(text.size());
-  text.copy(exact.get(), text.size());
-  return parser.parseServerString({exact.get(), text.size()}, data);
+  const std::vector<char> exact(text.begin(), text.end());
+  return parser.parseServerString({exact.data(), exact.size()}, data);
 }
 
 void compareView(const std::string& list) {
