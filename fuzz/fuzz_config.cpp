@@ -80,10 +80,15 @@ void checkKeys(std::string_view text) {
 /// What players ask for.
 void checkPlaces(const VokCoach& coach) {
   const Worldmodel* world = coach.world.get();
+  const TacticalSystem& heads = coach.tactical->ourSystem;
+  // The places of a negative number of players lie among those of others.
+  const bool disjoint = std::min({heads.numDefenders, heads.numDefMidfield, heads.numOffMidfield,
+                                  heads.numOffenders}) >= 0;
   for (int n = 1; n <= 11; ++n) {
     const bool roles[] = {coach.tactical->ourTeamDefender(n), coach.tactical->ourTeamMidfield(n),
                           coach.tactical->ourTeamOffender(n)};
-    require(std::count(std::begin(roles), std::end(roles), true) <= 1, "a player has one role");
+    require(!disjoint || std::count(std::begin(roles), std::end(roles), true) <= 1,
+            "a player has one role");
     Vector2d lo;
     Vector2d hi;
     coach.positionEval->GetPlayerArea(world, n, lo, hi);

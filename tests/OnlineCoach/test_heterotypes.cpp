@@ -9,7 +9,6 @@
 
 #include "constants.h"
 #include "support/coach.h"
-#include "support/param_keeper.h"
 
 namespace vok::test {
 namespace {
@@ -48,7 +47,6 @@ class HeteroTypes : public testing::Test {
     return all;
   }
 
-  ParamKeeper keeper;
   ScriptedServer server;
   std::unique_ptr<VokCoach> coach = checkedIn(server);
 };

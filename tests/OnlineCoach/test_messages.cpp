@@ -6,7 +6,6 @@
 
 #include "constants.h"
 #include "support/coach.h"
-#include "support/param_keeper.h"
 
 namespace vok::test {
 namespace {
@@ -88,7 +87,6 @@ class Messages : public testing::Test {
     return spoken;
   }
 
-  ParamKeeper keeper;
   ScriptedServer server;
   StderrCapture errors;
   std::unique_ptr<VokCoach> coach;

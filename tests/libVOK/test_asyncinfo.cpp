@@ -11,7 +11,6 @@
 
 #include "Config.h"
 #include "constants.h"
-#include "support/param_keeper.h"
 #include "support/server.h"
 
 namespace vok::test {
@@ -160,7 +159,6 @@ class PlayerTiming : public testing::Test {
     return timing->adjust(data);
   }
 
-  ParamKeeper keeper;
   StderrCapture errors;
   std::unique_ptr<AsyncCommInfo> timing;
 };

@@ -12,7 +12,6 @@
 
 #include "Config.h"
 #include "constants.h"
-#include "support/param_keeper.h"
 #include "support/server.h"
 
 namespace vok::test {
@@ -196,7 +195,6 @@ TEST_F(Connection, AGoalieMovesWithTheBallInItsHands) {
 }
 
 TEST_F(Connection, APlayerChecksInAndFeignsANormalView) {
-  const ParamKeeper keeper;
   connectAs(CLIENT_FIELDPLAYER);
   comm->sendLook();
   server.receive();

@@ -7,7 +7,6 @@
 
 #include "Parser.h"
 #include "constants.h"
-#include "support/param_keeper.h"
 #include "support/server.h"
 
 namespace vok::test {
@@ -15,7 +14,6 @@ namespace {
 
 class ParamsTest : public testing::Test {
  protected:
-  ParamKeeper keeper;
   Parser parser{"Alpha", CLIENT_ONLINECOACH, 7, 8};
   StderrCapture errors;
 };

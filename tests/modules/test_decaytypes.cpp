@@ -8,7 +8,6 @@
 #include "Config.h"
 #include "Parser.h"
 #include "constants.h"
-#include "support/param_keeper.h"
 #include "support/server.h"
 #include "tacticalmodule/tacticalmodule.h"
 
@@ -70,7 +69,6 @@ class TypesFromDecay : public testing::Test {
     world->adjust(data);
   }
 
-  ParamKeeper keeper;
   double forth = 1;
   std::unique_ptr<Worldmodel> world;
   std::unique_ptr<TacticalModule> tactical;

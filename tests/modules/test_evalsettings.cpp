@@ -6,14 +6,12 @@
 #include "Config.h"
 #include "constants.h"
 #include "goalshotmodule/goalshoteval.h"
-#include "support/param_keeper.h"
 #include "support/server.h"
 
 namespace vok::test {
 namespace {
 
 TEST(GoalShotSettings, GoalAndLongestShotFollowTheServer) {
-  const ParamKeeper keeper;
   Config::readFile(shippedConfig);
   GOAL_WIDTH = 10;
   BALL_SPEED_MAX = 2.7;

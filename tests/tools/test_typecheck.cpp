@@ -7,7 +7,6 @@
 
 #include "Config.h"
 #include "check.h"
-#include "support/param_keeper.h"
 #include "support/server.h"
 
 namespace vok::typecheck {
@@ -20,9 +19,7 @@ class TypeCheck : public testing::Test {
     std::ifstream types(VOK_SOURCE_DIR "/tests/data/types_left.truth.tsv");
     EXPECT_TRUE(capture.read(file, error) && truth.read(types, error)) << error;
   }
-  ~TypeCheck() override { setEntry("tac_typesFromDecay", "0"); }
 
-  test::ParamKeeper keeper;
   test::StderrCapture errors;
   Recording capture;
   Truth truth;
