@@ -44,6 +44,7 @@ std::vector<std::string> recording(int types) {
        readColumns(VOK_SOURCE_DIR "/tests/data/realtime_left.txt")) {
     (text.starts_with(TYPE_HEAD) ? announced : texts).push_back(text);
   }
+  if (announced.empty()) return texts;  // nothing to take types from
   std::string& playerParam = texts.at(2);
   const std::string key = "(player_types 18)";
   playerParam.replace(playerParam.find(key), key.size(),
