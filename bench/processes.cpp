@@ -2,6 +2,7 @@
 // much memory it takes.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
+#include <sched.h>
 #include <spawn.h>
 #include <sys/wait.h>
 
@@ -47,6 +48,8 @@ class Child {
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
 
+  pid_t process() const { return pid; }
+
   /// The most memory that was ever resident, in bytes.
   double peakMemory() const {
     std::ifstream status("/proc/" + std::to_string(pid) + "/status");
@@ -60,6 +63,31 @@ class Child {
 
  private:
   pid_t pid = -1;
+};
+
+/// Keeps a process (0: this one) on one processor, the server's or the clients'. Left alone, a
+/// scheduler may put a light client beside the server and a heavier one on a processor that it has
+/// to wake first, which takes longer than everything that is measured here.
+class Processor {
+ public:
+  enum Whose { SERVERS = 0, CLIENTS = 1 };
+
+  Processor(pid_t process, Whose whose) : pid(process) {
+    sched_getaffinity(pid, sizeof before, &before);
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    int number = 0;
+    for (int cpu = 0; cpu < CPU_SETSIZE; ++cpu)
+      if (CPU_ISSET(cpu, &before) && number++ == whose) CPU_SET(cpu, &one);
+    sched_setaffinity(pid, sizeof one, &one);  // refused where there is but one processor
+  }
+  ~Processor() { sched_setaffinity(pid, sizeof before, &before); }
+  Processor(const Processor&) = delete;
+  Processor& operator=(const Processor&) = delete;
+
+ private:
+  pid_t pid;
+  cpu_set_t before;
 };
 
 const std::string coachProgram = VOK_BIN_DIR "/onlinecoach";
@@ -90,6 +118,7 @@ double thinkToDone(Server& server, Views& views) {
 struct Pair {
   Server server;
   Child child;
+  Processor processor{child.process(), Processor::CLIENTS};
   Views views;
   std::vector<double> times;
 
