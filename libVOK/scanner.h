@@ -160,7 +160,11 @@ class Scanner {
     std::uint64_t digits = 0;
     const auto readDigits = [&] {
       const char* const first = p;
-      for (; p != end && isDigit(*p); ++p) digits = digits * 10 + static_cast<unsigned>(*p - '0');
+      for (; p != end; ++p) {
+        const auto digit = static_cast<unsigned>(*p - '0');
+        if (digit > 9) break;
+        digits = digits * 10 + digit;
+      }
       return p - first;
     };
     const std::ptrdiff_t whole = readDigits();
