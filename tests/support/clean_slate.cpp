@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <vector>
 
 #include "Config.h"
 #include "support/param_keeper.h"
@@ -11,14 +12,14 @@ namespace {
 
 class CleanSlate : public testing::EmptyTestEventListener {
   void OnTestProgramStart(const testing::UnitTest&) override {
-    // Never destroyed: the process of a death test ends after the tables of the parameters.
-    parameters = std::make_unique<ParamKeeper>().release();
+    parameters = ParamKeeper::values();  // not earlier: the tables may not be there yet
   }
   void OnTestEnd(const testing::TestInfo&) override {
-    parameters->restore();
+    ParamKeeper::store(parameters);
     Config::clear();
   }
-  const ParamKeeper* parameters = nullptr;
+
+  std::vector<double> parameters;
 };
 
 const bool isInstalled = [] {

@@ -22,10 +22,12 @@ class ParamKeeper {
     return all;
   }
 
-  void restore() const {
-    auto old = before.begin();
-    visit([&](auto& v) { v = static_cast<std::remove_reference_t<decltype(v)>>(*old++); });
+  static void store(const std::vector<double>& all) {
+    auto next = all.begin();
+    visit([&](auto& v) { v = static_cast<std::remove_reference_t<decltype(v)>>(*next++); });
   }
+
+  void restore() const { store(before); }
 
  private:
   template <typename Visitor>
