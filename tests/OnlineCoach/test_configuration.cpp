@@ -98,22 +98,23 @@ constexpr std::size_t SHARES = 6;
 
 class EveryKey : public testing::TestWithParam<std::size_t> {};
 
+std::string refusal(const std::string& value, const std::string& key, const char* why) {
+  return "FATAL: value '" + value + "' for key '" + key + "' " + why;
+}
+
 TEST_P(EveryKey, EndsTheCoachWhenItIsMissingOrItsValueWrongOrTooShort) {
   const std::vector<Key> keys = shippedKeys();
   ASSERT_GE(keys.size(), 180U);
   for (std::size_t i = GetParam(); i < keys.size() && !HasFailure(); i += SHARES) {
     const std::string& key = keys[i].name;
     const std::string wrong = keys[i].list ? "1, 2, 3, 4, many" : "many";
-    const std::string end = "' for key '" + key + "' ";
     expectEnd(key, "",
               {"WARNING: configuration entry for '" + key + "' not found.",
                "FATAL: no value for key '" + key + "' found."});
-    expectEnd(
-        key, wrong,
-        {"FATAL: value '" + wrong + end + (isWhole(key) ? "not an integer." : "not a double.")});
+    expectEnd(key, wrong,
+              {refusal(wrong, key, isWhole(key) ? "not an integer." : "not a double.")});
     if (!keys[i].list) continue;
-    expectEnd(key, "1, 2, 3, 4",
-              {"FATAL: value '1, 2, 3, 4" + end + "has not enough entries for No: 4."});
+    expectEnd(key, "1, 2, 3, 4", {refusal("1, 2, 3, 4", key, "has not enough entries for No: 4.")});
   }
 }
 
