@@ -37,7 +37,9 @@ class HeteroTypes : public testing::Test {
   // The changes that the server was asked for: "number:type " each.
   std::string changes() {
     std::string all;
-    for (std::string text; !(text = server.receive(50)).empty();) {
+    coach->comm->sendDone();
+    for (std::string text; (text = server.receive()) != "(done)";) {
+      if (text.empty()) return "no answer";
       int number = 0;
       int type = 0;
       if (std::sscanf(text.c_str(), "(change_player_type %d %d)", &number, &type) == 2) {

@@ -120,7 +120,8 @@ class WithinLimits : public testing::Test {
     hear(seen);
     hear("(think)");
     std::string all;
-    for (std::string text; !(text = server.receive(20)).empty();) {
+    for (std::string text; (text = server.receive()) != "(done)";) {
+      if (text.empty()) return "no answer";
       int number = 0;
       int type = 0;
       if (std::sscanf(text.c_str(), "(change_player_type %d %d)", &number, &type) == 2) {
@@ -252,7 +253,8 @@ TEST_F(WithinLimits, APracticeMatchGivesAllThatIsAskedFor) {
       for (const std::string& text : texts) hear(text);
       hear("(think)");
       texts.clear();
-      for (std::string text; !(text = server.receive(2)).empty();) {
+      for (std::string text; (text = server.receive()) != "(done)";) {
+        ASSERT_NE(text, "");
         desk.take({text.substr(0, text.find('$')), true}, texts);
       }
       for (const std::string& text : texts) hear(text);
@@ -264,6 +266,7 @@ TEST_F(WithinLimits, APracticeMatchGivesAllThatIsAskedFor) {
       EXPECT_EQ(coach->plType[static_cast<std::size_t>(p.number)], p.type) << p.number;
     }
     coach.reset();
+    EXPECT_EQ(server.receive(), "(bye)");
     keeper.restore();
   }
 }
