@@ -1,7 +1,6 @@
 // The choice of our players' types, by the shipped wishes and a made-up set of types.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -36,17 +35,8 @@ class HeteroTypes : public testing::Test {
 
   // The changes that the server was asked for: "number:type " each.
   std::string changes() {
-    std::string all;
     coach->comm->sendDone();
-    for (std::string text; (text = server.receive()) != "(done)";) {
-      if (text.empty()) return "no answer";
-      int number = 0;
-      int type = 0;
-      if (std::sscanf(text.c_str(), "(change_player_type %d %d)", &number, &type) == 2) {
-        all += std::to_string(number) + ":" + std::to_string(type) + " ";
-      }
-    }
-    return all;
+    return server.typeChanges();
   }
 
   ScriptedServer server;

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <memory>
 #include <random>
 #include <thread>
@@ -119,16 +118,7 @@ class WithinLimits : public testing::Test {
   std::string cycle(const std::string& seen) {
     hear(seen);
     hear("(think)");
-    std::string all;
-    for (std::string text; (text = server.receive()) != "(done)";) {
-      if (text.empty()) return "no answer";
-      int number = 0;
-      int type = 0;
-      if (std::sscanf(text.c_str(), "(change_player_type %d %d)", &number, &type) == 2) {
-        all += std::to_string(number) + ":" + std::to_string(type) + " ";
-      }
-    }
-    return all;
+    return server.typeChanges();
   }
   std::string cycle(long time) { return cycle(view(time)); }
 

@@ -104,6 +104,19 @@ std::string ScriptedServer::answer(int milliseconds) {
   }
 }
 
+std::string ScriptedServer::typeChanges() {
+  std::string all;
+  for (std::string text; (text = receive()) != "(done)";) {
+    if (text.empty()) return "no answer";
+    int number = 0;
+    int type = 0;
+    if (std::sscanf(text.c_str(), "(change_player_type %d %d)", &number, &type) == 2) {
+      all += std::to_string(number) + ":" + std::to_string(type) + " ";
+    }
+  }
+  return all;
+}
+
 std::string ScriptedServer::checkIn(char side, const std::string& parameters) {
   std::string init = receive();
   send(std::string("(init ") + side + " ok)");

@@ -42,6 +42,8 @@ class ScriptedServer {
   /// The next command that is not a message or a type change, so that tests of the loop do not hang
   /// on what the coach has to say.
   std::string answer(int milliseconds = 3000);
+  /// The player types asked for up to the next "(done)": "number:type " each.
+  std::string typeChanges();
 
   /// Takes in the client's init and sends the three answers of a check-in. Returns the init.
   std::string checkIn(char side = 'l', const std::string& parameters = serverParam);
