@@ -57,9 +57,10 @@ TEST_F(StartCoach, GivesUpAfterItsTime) {
     EXPECT_EQ(server.receive(), "(bye)");
   }
   EXPECT_EQ(started.wait(), 1);
-  const Lines reports = started.reports();
-  ASSERT_EQ(reports.size(), 2U);
-  EXPECT_TRUE(reports[1].starts_with(waiting("gave up after "))) << reports[1];
+  // The shell's clock ticks at whole seconds: the first attempt may be the last.
+  const Lines errors = lines(started.errors());
+  ASSERT_FALSE(errors.empty());
+  EXPECT_TRUE(errors.back().starts_with(waiting("gave up after "))) << errors.back();
 }
 
 TEST_F(StartCoach, DoesNotTryAgainWhereTryingCannotHelp) {
