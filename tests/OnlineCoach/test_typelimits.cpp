@@ -4,17 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 #include <random>
-#include <thread>
 #include <tuple>
 
 #include "Config.h"
 #include "coachdesk.h"
-#include "support/param_keeper.h"
-#include "support/server.h"
+#include "support/coach.h"
 #include "typeassignment.h"
-#include "vokcoach.h"
 
 namespace vok::test {
 namespace {
@@ -56,14 +52,12 @@ TEST(TypeAssignment, IsAsGoodAsTryingAll) {
     assignment.solve(capacity);
     const Value best = bestOfAll(utility, capacity, 0);
     Value found;
+    auto& [none, sum, ids] = found;
     for (std::size_t p = 0; p < players; ++p) {
       const int type = assignment.typeOf(p);
-      if (type == -1) {
-        ++std::get<0>(found);
-        continue;
-      }
-      std::get<1>(found) -= utility[p][static_cast<std::size_t>(type)];
-      std::get<2>(found) += type;
+      if (type == -1 && ++none) continue;
+      sum -= utility[p][static_cast<std::size_t>(type)];
+      ids += type;
       EXPECT_GE(--capacity[static_cast<std::size_t>(type)], 0) << round;
     }
     EXPECT_EQ(found, best) << round;
@@ -72,33 +66,20 @@ TEST(TypeAssignment, IsAsGoodAsTryingAll) {
 
 class WithinLimits : public testing::Test {
  protected:
-  ~WithinLimits() override { setEntry("types_withinLimits", "0"); }
-
-  // A coach of "Alpha", checked in with the first three texts.
   void start(const Lines& texts) {
-    std::thread checkIn([&] {
-      server.receive();
-      for (std::size_t i = 0; i < 3; ++i) server.send(texts[i]);
-    });
     setEntry("types_withinLimits", "1");
-    coach =
-        std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
-    checkIn.join();
+    coach = checkedIn(server, texts);
     for (std::size_t i = 3; i < texts.size(); ++i) hear(texts[i]);
   }
 
   // Twelve types beside the default one; player n likes type n + 1 best, by its extra stamina.
   void startWithWishes() {
-    Lines texts = {"(init l ok)", serverParam,
-                   "(player_param (player_types 13)(pt_max 1)(subs_max 3))"};
+    start({"(init l ok)", serverParam, "(player_param (player_types 13)(pt_max 1)(subs_max 3))"});
     for (int id = 0; id < 13; ++id) {
-      texts.push_back("(player_type (id " + std::to_string(id) +
-                      ") (player_speed_max 1) (stamina_inc_max 45) (player_decay 0.4) "
-                      "(inertia_moment 5) (dash_power_rate 0.006) (player_size 0.3) "
-                      "(kickable_margin 0.7) (kick_rand 0.1) (extra_stamina " +
-                      std::to_string(id) + ") (effort_max 1) (effort_min 0.6))");
+      WPlayerType& type = coach->world->playerType.at(static_cast<std::size_t>(id));
+      type.state = id;
+      type.extraStamina = id;
     }
-    start(texts);
     for (int n = 2; n <= 11; ++n) {
       const std::string player = "player" + std::to_string(n) + "_";
       for (const char* wish : {"decay_inertia", "kickmargin_rand", "dpr_stamina_inc_max"}) {
@@ -123,10 +104,14 @@ class WithinLimits : public testing::Test {
   std::string cycle(long time) { return cycle(view(time)); }
 
   void give(int number, int type) {
-    const std::string change =
-        "change_player_type " + std::to_string(number) + " " + std::to_string(type) + ")";
-    hear("(" + change);
-    hear("(ok " + change);
+    const std::string change = std::to_string(number) + " " + std::to_string(type) + ")";
+    hear("(change_player_type " + change);
+    hear("(ok change_player_type " + change);
+  }
+
+  // To the players from `first` to `last` what they like best.
+  void giveWishes(int first, int last) {
+    for (int n = first; n <= last; ++n) give(n, n + 1);
   }
 
   std::string summary() {
@@ -136,7 +121,6 @@ class WithinLimits : public testing::Test {
     return "";
   }
 
-  ParamKeeper keeper;
   ScriptedServer server;
   StderrCapture errors;
   std::unique_ptr<VokCoach> coach;
@@ -148,7 +132,7 @@ TEST_F(WithinLimits, EachPlayerGetsItsOwnBestTypeAndARefusedOneTheBestThatIsLeft
   give(2, 3);
   hear("(warning max_of_that_type_on_field)");  // of 3:4
   hear("(ok say)");
-  for (int n = 4; n <= 10; ++n) give(n, n + 1);
+  giveWishes(4, 10);
   hear("(error out_of_range_player_type)");  // of 11:12
   // Types 0 to 2 are left, but the goalie has 0. What 3 wishes comes before what 11 wishes.
   EXPECT_EQ(cycle(0), "3:2 11:1 ");
@@ -178,7 +162,7 @@ TEST_F(WithinLimits, TypesThatAreTakenAreLeftFirst) {
 TEST_F(WithinLimits, APlayerWhoIsNotThereYetIsAskedForWhenItComes) {
   startWithWishes();
   cycle(0);
-  for (int n = 2; n <= 10; ++n) give(n, n + 1);
+  giveWishes(2, 10);
   hear("(warning no_such_player)");
   EXPECT_EQ(cycle(0), "");
   EXPECT_EQ(summary(), "");
@@ -205,7 +189,7 @@ TEST_F(WithinLimits, AfterTheKickOffTheMostUsefulChangesAreMade) {
 TEST_F(WithinLimits, ASubstitutionThatBringsNothingIsNotAskedFor) {
   startWithWishes();
   setEntry("player2_extra_stamina_effort_delta", "1.4");
-  for (int n = 3; n <= 11; ++n) give(n, n + 1);  // without a request
+  giveWishes(3, 11);  // without a request
   hear("(hear 1 referee kick_in_l)");
   EXPECT_EQ(cycle(1), "2:1 ");
   hear("(warning no_left_of_that_type)");
@@ -228,36 +212,28 @@ TEST_F(WithinLimits, AnswersThatNeverComeAreCounted) {
 }
 
 TEST_F(WithinLimits, APracticeMatchGivesAllThatIsAskedFor) {
-  using practice::Side;
-  for (const int most : {1, 3}) {
-    practice::MatchSettings settings;
-    settings.ptMax = most;
-    settings.coachSide = most == 1 ? Side::Left : Side::Right;
-    settings.coachTeam = "Alpha";
-    practice::Match match(settings);
-    practice::Report report;
-    practice::CoachDesk desk(match, report, true);
-    start(match.checkIn());
-    for (Lines texts; match.modeName() != "play_on";) {
-      match.cycle(texts);
-      for (const std::string& text : texts) hear(text);
-      hear("(think)");
-      texts.clear();
-      for (std::string text; (text = server.receive()) != "(done)";) {
-        ASSERT_NE(text, "");
-        desk.take({text.substr(0, text.find('$')), true}, texts);
-      }
-      for (const std::string& text : texts) hear(text);
+  practice::MatchSettings settings;
+  settings.coachSide = practice::Side::Right;
+  settings.coachTeam = "Alpha";
+  practice::Match match(settings);
+  practice::Report report;
+  practice::CoachDesk desk(match, report, true);
+  start(match.checkIn());
+  for (Lines texts; match.modeName() != "play_on";) {
+    match.cycle(texts);
+    for (const std::string& text : texts) hear(text);
+    hear("(think)");
+    texts.clear();
+    for (std::string text; (text = server.receive()) != "(done)";) {
+      ASSERT_NE(text, "");
+      desk.take({text.substr(0, text.find('$')), true}, texts);
     }
-    EXPECT_EQ(summary(), "10 asked, 10 given, 0 refused") << most;
-    EXPECT_EQ(std::tuple(report.typesAsked, report.typesGiven), std::tuple(10, 10)) << most;
-    EXPECT_TRUE(report.typesRefused.empty());
-    for (const practice::Player& p : match.state().team(settings.coachSide)) {
-      EXPECT_EQ(coach->plType[static_cast<std::size_t>(p.number)], p.type) << p.number;
-    }
-    coach.reset();
-    EXPECT_EQ(server.receive(), "(bye)");
-    keeper.restore();
+    for (const std::string& text : texts) hear(text);
+  }
+  EXPECT_EQ(summary(), "10 asked, 10 given, 0 refused");
+  EXPECT_EQ(std::tuple(report.typesAsked, report.typesGiven), std::tuple(10, 10));
+  for (const practice::Player& p : match.state().team(settings.coachSide)) {
+    EXPECT_EQ(coach->plType[static_cast<std::size_t>(p.number)], p.type) << p.number;
   }
 }
 

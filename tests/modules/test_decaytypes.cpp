@@ -3,12 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
-#include "Config.h"
 #include "Parser.h"
-#include "constants.h"
-#include "support/server.h"
+#include "support/world.h"
 #include "tacticalmodule/tacticalmodule.h"
 
 namespace vok::test {
@@ -19,14 +15,7 @@ constexpr std::size_t OPPONENT = 7;
 class TypesFromDecay : public testing::Test {
  protected:
   TypesFromDecay() {
-    Config::readFile(shippedConfig);
-    setEntry("tac_typesFromDecay", "1");
-    playerParams.player_types = 6;
-    playerParams.subs_max = 3;
     playerParams.pt_max = 1;
-    world = std::make_unique<Worldmodel>(nullptr);
-    world->my.number = 0;
-    world->playMode = PLAY_MODE_PLAY_ON;
     // Types 3 and 4 differ by less than a step shows, 0 and 5 in nothing but their power.
     constexpr double decays[] = {0.4, 0.35, 0.45, 0.38, 0.38004, 0.4};
     for (int id = 0; id < 6; ++id) {
@@ -36,19 +25,22 @@ class TypesFromDecay : public testing::Test {
       type.dashPowerRate = id == 5 ? 0.0052 : 0.01;
       type.effortMax = 1;
     }
-    tactical = std::make_unique<TacticalModule>(world.get(), nullptr);
     player().pos = {15, 3};
     player().age = 0;
     look();
   }
-  ~TypesFromDecay() override { setEntry("tac_typesFromDecay", "0"); }
+
+  TacticalModule unknowing() {
+    setEntry("tac_typesFromDecay", "1");
+    return {world.get(), nullptr};
+  }
 
   WPlayer& player() { return world->otherTeam[OPPONENT]; }
-  int verdict() const { return tactical->otherPlayerType(OPPONENT); }
+  int verdict() const { return tactical.otherPlayerType(OPPONENT); }
 
   void look() {
     ++world->time;
-    tactical->feedbackWorld();
+    tactical.feedbackWorld();
   }
 
   // A step along x, and what it leaves of the velocity.
@@ -63,6 +55,18 @@ class TypesFromDecay : public testing::Test {
     for (; steps > 0; --steps, forth = -forth) step(forth * length, decay, across);
   }
 
+  // The verdict then.
+  int after(int steps, double decay, double length = 0.5) {
+    run(steps, decay, length);
+    return verdict();
+  }
+
+  // The verdict after steps in one direction.
+  int afterInARow(int steps, double way, double decay) {
+    for (; steps > 0; --steps) step(way, decay);
+    return verdict();
+  }
+
   void hear(const char* text) {
     SensorData data;
     ASSERT_TRUE(Parser("Alpha", CLIENT_ONLINECOACH, 7, 7).parseServerString(text, data));
@@ -70,23 +74,16 @@ class TypesFromDecay : public testing::Test {
   }
 
   double forth = 1;
-  std::unique_ptr<Worldmodel> world;
-  std::unique_ptr<TacticalModule> tactical;
+  const std::unique_ptr<Worldmodel> world = shippedWorld(6);
+  TacticalModule tactical = unknowing();
 };
 
 TEST_F(TypesFromDecay, ThreeCleanStepsDecideAndThreeOthersUndo) {
-  run(2, 0.35);
-  EXPECT_EQ(verdict(), -1);
-  run(1, 0.35);
-  EXPECT_EQ(verdict(), 1);
-  EXPECT_EQ(tactical->playerTypeData[OPPONENT][1].state, PTS_SURE);
-  EXPECT_EQ(tactical->playerTypeData[OPPONENT][1].score, 3);
-  EXPECT_EQ(tactical->playerTypeData[OPPONENT][0].state, PTS_IMPOSSIBLE);
+  EXPECT_EQ(after(2, 0.35), -1);
+  EXPECT_EQ(after(1, 0.35), 1);
   run(9, -0.035);  // bounces, which fit no type
-  run(2, 0.45);
-  EXPECT_EQ(verdict(), 1);
-  run(1, 0.45);
-  EXPECT_EQ(verdict(), -1);
+  EXPECT_EQ(after(2, 0.45), 1);
+  EXPECT_EQ(after(1, 0.45), -1);
   for (int i = 0; i < 4; ++i) {
     run(2, 0.35);
     run(1, 0.45);
@@ -115,13 +112,12 @@ TEST_F(TypesFromDecay, StepsThatTellNothingDoNotCount) {
       {"it is seen now and then",
        [](Worldmodel& w) { w.otherTeam[OPPONENT].age = static_cast<int>(w.time % 2); }},
       {"farther than a player runs", [](Worldmodel&) {}, 1.3},
-      {"bounced", [](Worldmodel&) {}, 0.5, -0.035},
       {"the velocity is not along the step", [](Worldmodel&) {}, 0.5, 0.35, 0.1},
       {"hardly moves", [](Worldmodel&) {}, 0.0001},
   };
   for (const auto& row : rows) {
     const Worldmodel undisturbed = *world;
-    tactical = std::make_unique<TacticalModule>(world.get(), nullptr);
+    tactical = unknowing();
     for (int i = 0; i < 20; ++i) {
       row.disturb(*world);
       run(1, row.decay, row.length, row.across);
@@ -142,53 +138,42 @@ TEST_F(TypesFromDecay, AnAnnouncedChangeOfThatOpponentResetsItInAnyMode) {
     hear("(change_player_type 7)");
     look();
     EXPECT_EQ(verdict(), -1) << mode;
-    EXPECT_EQ(tactical->playerTypeData[OPPONENT][1].score, 0);
+    EXPECT_EQ(tactical.playerTypeData[OPPONENT][1].score, 0);
   }
 }
 
 // A step of half a metre leaves 0.00008 open in the decay, two in a row half of that.
 TEST_F(TypesFromDecay, NearTwinsAreToldApartByStepsInARow) {
-  run(40, 0.38);
-  EXPECT_EQ(verdict(), -1) << "to and fro shows no more than each step";
+  EXPECT_EQ(after(40, 0.38), -1) << "to and fro shows no more than each step";
   for (int i = 0; i < 40; ++i) {
     world->ball.pos = {i % 2 == 0 ? player().pos.x + 0.5 : 0, 3};
     world->ball.age = 0;
     step(0.5, 0.38);
   }
   EXPECT_EQ(verdict(), -1) << "touches the ball between any two";
-  step(0.5, 0.38);
-  step(0.5, 0.38);
-  EXPECT_EQ(verdict(), 3);
-  for (int i = 0; i < 6; ++i) step(-0.5, 0.38004);
-  EXPECT_EQ(verdict(), -1) << "three times two steps in a row";
+  EXPECT_EQ(afterInARow(2, 0.5, 0.38), 3);
+  EXPECT_EQ(afterInARow(6, -0.5, 0.38004), -1) << "three times two steps in a row";
   run(1, 0.45);
   run(20, 0.38);
-  step(0.5, 0.38);
-  step(0.5, 0.38);
-  EXPECT_EQ(verdict(), -1) << "one step spoke against it";
+  EXPECT_EQ(afterInARow(2, 0.5, 0.38), -1) << "one step spoke against it";
 }
 
 TEST_F(TypesFromDecay, TwinsAreToldApartByAFullDashOrByTheNumberOfTheType) {
-  run(150, 0.4, 0.4);
-  EXPECT_EQ(verdict(), -1) << "turns about, from 0.16 to -0.4 m: 0.56, less noise 0.49; 5 has 0.52";
-  tactical->playerType[3] = 0;
-  run(1, 0.4, 0.4);
-  EXPECT_EQ(verdict(), -1) << "many may have the default type";
-  tactical->playerType[3] = 5;
+  EXPECT_EQ(after(150, 0.4, 0.4), -1)
+      << "turns about, from 0.16 to -0.4 m: 0.56, less noise 0.49; 5 has 0.52";
+  tactical.playerType[3] = 0;
+  EXPECT_EQ(after(1, 0.4, 0.4), -1) << "many may have the default type";
+  tactical.playerType[3] = 5;
   playerParams.pt_max = 0;
-  run(1, 0.4, 0.4);
-  EXPECT_EQ(verdict(), -1) << "no limit was told";
+  EXPECT_EQ(after(1, 0.4, 0.4), -1) << "no limit was told";
   playerParams.pt_max = 1;
-  run(1, 0.4, 0.4);
-  EXPECT_EQ(verdict(), 0) << "number 3 has type 5, and no second may";
+  EXPECT_EQ(after(1, 0.4, 0.4), 0) << "number 3 has type 5, and no second may";
 
   hear("(change_player_type 7)");
-  tactical->playerType[3] = -1;
+  tactical.playerType[3] = -1;
   run(102, 0.4, 0.4);
-  run(1, 0.4, 0.5);
-  EXPECT_EQ(verdict(), -1) << "once is an accident";
-  run(1, 0.4, 0.5);
-  EXPECT_EQ(verdict(), 0) << "0.61";
+  EXPECT_EQ(after(1, 0.4), -1) << "once is an accident";
+  EXPECT_EQ(after(1, 0.4), 0) << "0.61";
 }
 
 }  // namespace

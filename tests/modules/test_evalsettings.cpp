@@ -3,10 +3,8 @@
 
 #include <utility>
 
-#include "Config.h"
-#include "constants.h"
 #include "goalshotmodule/goalshoteval.h"
-#include "support/server.h"
+#include "support/world.h"
 
 namespace vok::test {
 namespace {
@@ -16,9 +14,7 @@ TEST(GoalShotSettings, GoalAndLongestShotFollowTheServer) {
   GOAL_WIDTH = 10;
   BALL_SPEED_MAX = 2.7;
   BALL_DECAY = 0.94;
-  const std::pair<const char*, double> rows[] = {
-      {"10", 20.7623199}, {"1", 2.7}, {"2", 2.7 * 1.94}, {"0", 0}, {"-5", 0}};
-  for (const auto& [steps, maxDist] : rows) {
+  for (const auto& [steps, maxDist] : {std::pair("10", 20.7623199), {"2", 2.7 * 1.94}, {"-5", 0}}) {
     setEntry("goal_maxSimSteps", steps);
     const GoalShotEval goal;
     EXPECT_NEAR(goal.maxDist, maxDist, 1e-6) << steps;

@@ -1,8 +1,11 @@
 // Worlds without a server.
 #pragma once
 
+#include <memory>
+
 #include "Config.h"
 #include "constants.h"
+#include "support/server.h"
 #include "worldmodel.h"
 
 namespace vok::test {
@@ -13,6 +16,16 @@ inline Worldmodel newWorld(int types = 0, const char* rings = "11", Comm* comm =
   setEntry("world_maxPlayersOurTeam", rings);
   setEntry("world_maxPlayersOtherTeam", rings);
   return Worldmodel(comm);
+}
+
+/// A coach's world in play, of the shipped configuration.
+inline std::unique_ptr<Worldmodel> shippedWorld(int types = 0) {
+  Config::readFile(shippedConfig);
+  playerParams.player_types = types;
+  auto world = std::make_unique<Worldmodel>(nullptr);
+  world->my.number = 0;
+  world->playMode = PLAY_MODE_PLAY_ON;
+  return world;
 }
 
 inline bool near(const Vector2d& a, const Vector2d& b) {
