@@ -10,7 +10,6 @@
 
 #include "Config.h"
 #include "support/coach.h"
-#include "support/param_keeper.h"
 
 namespace {
 
@@ -65,11 +64,12 @@ TEST(Allocation, IsCounted) {
 }
 
 // With the optional keys on, ten answers to the requests for types come as well.
-class Cycle : public testing::TestWithParam<bool> {};
+class Cycle : public CoachTest, public testing::WithParamInterface<bool> {};
 
 TEST_P(Cycle, AllocatesNothing) {
-  setEntry("tac_typesFromDecay", GetParam() ? "1" : "0");
-  setEntry("types_withinLimits", GetParam() ? "1" : "0");
+  for (const char* key : {"tac_typesFromDecay", "types_withinLimits"}) {
+    setEntry(key, GetParam() ? "1" : "0");
+  }
   Lines texts = recording();
   // What the recording lacks: a substitution in the match, types beside the queue, noise.
   const std::string type = *std::find_if(texts.begin(), texts.end(), [](const std::string& text) {
@@ -81,13 +81,9 @@ TEST_P(Cycle, AllocatesNothing) {
     texts.emplace_back(text);
   }
   texts.insert(texts.end(), 30, type);
-  texts.push_back(view(301));
-  texts.push_back(view(305));
+  for (const long time : {301, 305}) texts.push_back(view(time));
 
-  ParamKeeper keeper;
-  ScriptedServer server;
-  StderrCapture errors;
-  const std::unique_ptr<VokCoach> coach = checkedIn(server, texts);
+  checkIn(texts);
   int said = 0;
   int asked = 0;
   for (std::size_t i = 3; i < texts.size(); ++i) {

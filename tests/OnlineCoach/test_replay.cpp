@@ -20,18 +20,17 @@ std::uint64_t hashOf(const Lines& sent) {
   return hash;
 }
 
-TEST(Replay, SendsTheSameBytesAsEverAndReportsOnlyWhatTheTrafficCallsFor) {
+class Replay : public CoachTest {};
+
+TEST_F(Replay, SendsTheSameBytesAsEverAndReportsOnlyWhatTheTrafficCallsFor) {
   const Lines texts = recording();
   Lines sent;
-  ScriptedServer server;
-  StderrCapture errors;
-  std::unique_ptr<VokCoach> coach = checkedIn(server, texts);
+  checkIn(texts);
   const auto takeCommands = [&] {
     for (std::string text; !(text = server.receive(0)).empty();) sent.push_back(text);
   };
   for (std::size_t i = 3; i < texts.size(); ++i) {
-    coach->comm->receiveText(texts[i].c_str());
-    coach->step();
+    hear(texts[i]);
     takeCommands();
   }
   EXPECT_EQ(coach->world->time, 300);

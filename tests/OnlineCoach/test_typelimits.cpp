@@ -64,11 +64,11 @@ TEST(TypeAssignment, IsAsGoodAsTryingAll) {
   }
 }
 
-class WithinLimits : public testing::Test {
+class WithinLimits : public CoachTest {
  protected:
   void start(const Lines& texts) {
     setEntry("types_withinLimits", "1");
-    coach = checkedIn(server, texts);
+    checkIn(texts);
     for (std::size_t i = 3; i < texts.size(); ++i) hear(texts[i]);
   }
 
@@ -76,9 +76,8 @@ class WithinLimits : public testing::Test {
   void startWithWishes() {
     start({"(init l ok)", serverParam, "(player_param (player_types 13)(pt_max 1)(subs_max 3))"});
     for (int id = 0; id < 13; ++id) {
-      WPlayerType& type = coach->world->playerType.at(static_cast<std::size_t>(id));
-      type.state = id;
-      type.extraStamina = id;
+      type(id).state = id;
+      type(id).extraStamina = id;
     }
     for (int n = 2; n <= 11; ++n) {
       const std::string player = "player" + std::to_string(n) + "_";
@@ -88,11 +87,6 @@ class WithinLimits : public testing::Test {
       setEntry((player + "extra_stamina_effort_weight").c_str(), "1");
       setEntry((player + "extra_stamina_effort_delta").c_str(), std::to_string(n + 1).c_str());
     }
-  }
-
-  void hear(const std::string& text) {
-    coach->comm->receiveText(text.c_str());
-    coach->step();
   }
 
   // One cycle of the coach; the changes that it asks for, "number:type " each.
@@ -120,10 +114,6 @@ class WithinLimits : public testing::Test {
     }
     return "";
   }
-
-  ScriptedServer server;
-  StderrCapture errors;
-  std::unique_ptr<VokCoach> coach;
 };
 
 TEST_F(WithinLimits, EachPlayerGetsItsOwnBestTypeAndARefusedOneTheBestThatIsLeft) {

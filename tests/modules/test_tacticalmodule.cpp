@@ -74,7 +74,8 @@ TEST_F(Tactics, RolesFollowFromTheTacticalNumber) {
     EXPECT_EQ(tactical.ourTeamOffender(n), role == 'F') << n;
   }
   setEntry("ourDefenders", "-9");
-  for (const char* midfield : {"ourDefMidfield", "ourOffMidfield"}) setEntry(midfield, "2147483647");
+  for (const char* midfield : {"ourDefMidfield", "ourOffMidfield"})
+    setEntry(midfield, "2147483647");
   const TacticalModule odd(world.get(), nullptr);
   world->ourTeam[2].tacticalNo = -1;
   EXPECT_FALSE(odd.ourTeamMidfield(2));

@@ -20,20 +20,33 @@ inline Lines recording() {
   return texts;
 }
 
-/// The coach of "Alpha", checked in with three answers.
-inline std::unique_ptr<VokCoach> checkedIn(ScriptedServer& server, const Lines& answers) {
-  std::thread serving([&] {
-    server.receive();
-    for (std::size_t i = 0; i < 3; ++i) server.send(answers[i]);
-  });
-  auto coach =
-      std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
-  serving.join();
-  return coach;
-}
+/// The coach of "Alpha" against a scripted server.
+class CoachTest : public testing::Test {
+ protected:
+  /// Checks it in with three answers.
+  void checkIn(const Lines& answers) {
+    std::thread serving([&] {
+      server.receive();
+      for (std::size_t i = 0; i < 3; ++i) server.send(answers[i]);
+    });
+    coach =
+        std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
+    serving.join();
+  }
+  void checkIn(char side = 'l') {
+    checkIn({std::string("(init ") + side + " ok)", serverParam, playerParam});
+  }
 
-inline std::unique_ptr<VokCoach> checkedIn(ScriptedServer& server, char side = 'l') {
-  return checkedIn(server, {std::string("(init ") + side + " ok)", serverParam, playerParam});
-}
+  void hear(const std::string& text) {
+    coach->comm->receiveText(text.c_str());
+    coach->step();
+  }
+
+  WPlayerType& type(int id) { return coach->world->playerType.at(static_cast<std::size_t>(id)); }
+
+  ScriptedServer server;
+  StderrCapture errors;
+  std::unique_ptr<VokCoach> coach;
+};
 
 }  // namespace vok::test
