@@ -17,7 +17,7 @@ TEST(Configuration, AnUnreadableFileEndsWithStatus255) {
 }
 
 TEST(Configuration, AnOddWaitIsReportedAndUsed) {
-  const ChangedConfig config("async_waitForSeeTime", "95");
+  const ChangedConfig config("async_waitForSeeTime", "async_waitForSeeTime = 95");
   CoachProcess coach({"-h", "no-such-host.invalid", "-f", config.path});
   EXPECT_EQ(coach.wait(30000), 0);
   EXPECT_EQ(coach.reports()[1],
@@ -82,9 +82,9 @@ void leadTo(Moment moment, ScriptedServer& server) {
 }
 
 // The coach must go down at the key's moment, with these lines and without another word.
-void expectEnd(const std::string& key, const std::string& value, const Lines& reports) {
-  SCOPED_TRACE(key + " = " + value);
-  const ChangedConfig config(key, value);
+void expectEnd(const std::string& key, const std::string& line, const Lines& reports) {
+  SCOPED_TRACE(key + ": " + line);
+  const ChangedConfig config(key + " =", line);
   ScriptedServer server;
   CoachProcess coach(coachArguments(server.port(), {"-f", config.path}));
   ASSERT_NO_FATAL_FAILURE(leadTo(momentOf(key), server));
@@ -98,23 +98,20 @@ constexpr std::size_t SHARES = 6;
 
 class EveryKey : public testing::TestWithParam<std::size_t> {};
 
-std::string refusal(const std::string& value, const std::string& key, const char* why) {
-  return "FATAL: value '" + value + "' for key '" + key + "' " + why;
-}
-
 TEST_P(EveryKey, EndsTheCoachWhenItIsMissingOrItsValueWrongOrTooShort) {
   const std::vector<Key> keys = shippedKeys();
   ASSERT_GE(keys.size(), 180U);
   for (std::size_t i = GetParam(); i < keys.size() && !HasFailure(); i += SHARES) {
-    const std::string& key = keys[i].name;
-    const std::string wrong = keys[i].list ? "1, 2, 3, 4, many" : "many";
+    const auto& [key, list] = keys[i];
+    const auto refuse = [&key = key](const std::string& value, const std::string& why) {
+      expectEnd(key, key + " = " + value, {"FATAL: value '" + value + "' for key '" + key + why});
+    };
     expectEnd(key, "",
               {"WARNING: configuration entry for '" + key + "' not found.",
                "FATAL: no value for key '" + key + "' found."});
-    expectEnd(key, wrong,
-              {refusal(wrong, key, isWhole(key) ? "not an integer." : "not a double.")});
-    if (!keys[i].list) continue;
-    expectEnd(key, "1, 2, 3, 4", {refusal("1, 2, 3, 4", key, "has not enough entries for No: 4.")});
+    refuse(list ? "1, 2, 3, 4, many" : "many",
+           isWhole(key) ? "' not an integer." : "' not a double.");
+    if (list) refuse("1, 2, 3, 4", "' has not enough entries for No: 4.");
   }
 }
 

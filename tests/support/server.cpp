@@ -140,6 +140,8 @@ CoachProcess::CoachProcess(const Lines& arguments, FailingSend failing, const st
   for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
   argv.push_back(nullptr);
   dup2(errorFile, STDERR_FILENO);
+  // Who starts the tests in the background has them ignored.
+  for (const int number : {SIGINT, SIGHUP}) std::signal(number, SIG_DFL);
   if (failing.length > 0 && !failSends(failing)) _exit(126);
   execv(program.c_str(), argv.data());
   _exit(127);
@@ -184,14 +186,16 @@ Lines CoachProcess::reports() const {
   return {all.begin() + 2, all.end()};
 }
 
-ChangedConfig::ChangedConfig(const std::string& key, const std::string& value)
+ChangedConfig::ChangedConfig(const std::string& begin, const std::string& text)
     : path(testing::TempDir() + "vok-" + std::to_string(getpid()) + ".conf") {
   std::ifstream shipped(shippedConfig);
-  std::ofstream changed(path);
-  for (std::string line; std::getline(shipped, line);) {
-    if (!line.starts_with(key + " =")) changed << line << "\n";
+  std::ofstream changed(path, std::ios::binary);
+  int number = 1;
+  for (std::string read; std::getline(shipped, read); ++number) {
+    const bool isIt = read.starts_with(begin);
+    if (isIt) line = number;
+    changed << (isIt ? text : read) << '\n';
   }
-  if (!value.empty()) changed << key << " = " << value << "\n";
 }
 
 ChangedConfig::~ChangedConfig() {

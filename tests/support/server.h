@@ -20,14 +20,19 @@ extern const char* const shippedConfig;
 extern const char* const serverParam;
 extern const char* const playerParam;
 
+/// What is there once.
+struct Unique {
+  Unique() = default;
+  Unique(const Unique&) = delete;
+  Unique& operator=(const Unique&) = delete;
+};
+
 /// A server on a loopback port that answers from a second one, as the real one does. Everything is
 /// said by the test; nothing happens by itself.
-class ScriptedServer {
+class ScriptedServer : Unique {
  public:
   ScriptedServer();
   ~ScriptedServer();
-  ScriptedServer(const ScriptedServer&) = delete;
-  ScriptedServer& operator=(const ScriptedServer&) = delete;
 
   int port() const;
 
@@ -58,12 +63,10 @@ class ScriptedServer {
 std::string view(long time, double x = 0, double y = 0);
 
 /// Standard error while it lives.
-class StderrCapture {
+class StderrCapture : Unique {
  public:
   StderrCapture() { testing::internal::CaptureStderr(); }
   ~StderrCapture() { testing::internal::GetCapturedStderr(); }
-  StderrCapture(const StderrCapture&) = delete;
-  StderrCapture& operator=(const StderrCapture&) = delete;
   /// What was written since the last call.
   std::string take() {
     std::string text = testing::internal::GetCapturedStderr();
@@ -79,13 +82,11 @@ struct FailingSend {
 };
 
 /// The real coach program, or a program that starts it, as a child process.
-class CoachProcess {
+class CoachProcess : Unique {
  public:
   explicit CoachProcess(const Lines& arguments, FailingSend failing = {},
                         const std::string& program = VOK_BIN_DIR "/onlinecoach");
   ~CoachProcess();
-  CoachProcess(const CoachProcess&) = delete;
-  CoachProcess& operator=(const CoachProcess&) = delete;
 
   void signal(int number) const;
   /// Waits for the end: the exit status, or -1 when it had to be killed after the time.
@@ -100,15 +101,14 @@ class CoachProcess {
   int errorFile;
 };
 
-/// A file with the shipped configuration but for one key, which is cut out or has another value.
-class ChangedConfig {
+/// A file with the shipped configuration but for the line that begins so, which has another text.
+class ChangedConfig : Unique {
  public:
-  explicit ChangedConfig(const std::string& key, const std::string& value = "");
+  ChangedConfig(const std::string& begin, const std::string& text);
   ~ChangedConfig();
-  ChangedConfig(const ChangedConfig&) = delete;
-  ChangedConfig& operator=(const ChangedConfig&) = delete;
 
   const std::string path;
+  int line = 0;  ///< the number of that line
 };
 
 /// The arguments that start a coach of team "Alpha" at a server, and more, which win.

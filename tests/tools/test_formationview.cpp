@@ -49,7 +49,7 @@ TEST(Formationview, EitherHalfCanBeOfAnotherFormation) {
 }
 
 TEST(Formationview, WrongInputGetsOneLineAndStatus1) {
-  const ChangedConfig huge("Form0_def_PosX", "1e308, 2, 2, 8, 32");
+  const ChangedConfig huge("Form0_def_PosX", "Form0_def_PosX = 1e308, 2, 2, 8, 32");
   for (const auto& [arguments, configuration] :
        {std::pair<std::string, std::string>{"", "no/such/file"},
         {"", huge.path},

@@ -5,8 +5,6 @@
 #include <sstream>
 #include <string>
 #include <tuple>
-#include <utility>
-#include <vector>
 
 #include "audiomsg.h"
 #include "coachdesk.h"
@@ -14,13 +12,14 @@
 #include "options.h"
 #include "playerport.h"
 #include "recording.h"
+#include "support/server.h"
 
 using namespace vok;
 using namespace vok::practice;
 
 namespace {
 
-using Texts = std::vector<std::string>;
+using Texts = vok::test::Lines;
 
 MatchSettings settings(std::uint64_t seed = MatchSettings().seed) {
   MatchSettings set;
@@ -80,34 +79,32 @@ TEST(PracticeMatch, ShowsEveryStandardSituationAndStopsTheClockAfterGoalsAndFoul
     EXPECT_TRUE(calls.contains(name)) << name;
 }
 
-TEST(PracticeSayRules, JudgeFormAndTime) {
+TEST(PracticeSayRules, JudgeFormAndTimeAndGrant128MessagesForEach6000Cycles) {
   const std::string longest(128, 'a');
+  const std::string unread = "(error could_not_parse_say)";
+  const std::string inPlay = "(error cannot_say_freeform_while_playon)";
   const std::tuple<std::string, long, bool, std::string> cases[] = {
       {"a (b) 1.+-*/?<>_", 0, false, "(ok say)"},
       {longest, 0, false, "(ok say)"},
-      {longest + "a", 0, false, "(error could_not_parse_say)"},
-      {"", 0, false, "(error could_not_parse_say)"},
-      {"a,b", 0, false, "(error could_not_parse_say)"},
-      {"a", 600, true, "(error cannot_say_freeform_while_playon)"},
+      {longest + "a", 0, false, unread},
+      {"", 0, false, unread},
+      {"a,b", 0, false, unread},
+      {"a", 600, true, inPlay},
       {"a", 601, true, "(ok say)"},
       {"a", 619, true, "(ok say)"},
-      {"a", 620, true, "(error cannot_say_freeform_while_playon)"},
+      {"a", 620, true, inPlay},
   };
+  const auto command = [](const std::string& text) { return "(say (freeform \"" + text + "\"))"; };
+  std::string text;
   for (const auto& [message, time, playOn, answer] : cases) {
-    std::string text;
-    const std::string command = "(say (freeform \"" + message + "\"))";
-    EXPECT_EQ(SayRules().judge(command, time, playOn, text), answer) << command << time;
+    EXPECT_EQ(SayRules().judge(command(message), time, playOn, text), answer) << message << time;
     EXPECT_EQ(text, answer == "(ok say)" ? message : "");
   }
-}
-
-TEST(PracticeSayRules, Grant128MessagesAndAsManyAgainAfter6000Cycles) {
   SayRules rules;
-  std::string text;
-  const std::string_view command = "(say (freeform \"a\"))";
+  const std::string a = command("a");
   for (const long time : {5999, 6000}) {
-    for (int i = 0; i < 128; ++i) ASSERT_EQ(rules.judge(command, time, false, text), "(ok say)");
-    EXPECT_EQ(rules.judge(command, time, false, text), "(error said_too_many_freeform_messages)");
+    for (int i = 0; i < 128; ++i) ASSERT_EQ(rules.judge(a, time, false, text), "(ok say)");
+    EXPECT_EQ(rules.judge(a, time, false, text), "(error said_too_many_freeform_messages)");
   }
 }
 
@@ -131,23 +128,26 @@ class PracticeDesk : public ::testing::Test {
 TEST_F(PracticeDesk, AnswersEachCommandAndWarnsAboutMissingTerminators) {
   EXPECT_EQ(ask("(eye off)", false),
             (Texts{"(warning message_not_null_terminated)", "(ok eye off)"}));
-  EXPECT_EQ(ask("(dance)"), Texts{"(error unknown_command)"});
-  EXPECT_EQ(ask("dance"), Texts{"(error illegal_command_form)"});
-  EXPECT_EQ(ask("(change_player_type 5 3 1)"), Texts{"(error illegal_command_form)"});
   EXPECT_EQ(ask("(change_player_type 5 3)"),
             (Texts{"(change_player_type 5 3)", "(ok change_player_type 5 3)"}));
-  EXPECT_EQ(ask("(change_player_type 6 3)"), Texts{"(warning max_of_that_type_on_field)"});
-  EXPECT_EQ(ask("(change_player_type 6 18)"), Texts{"(error out_of_range_player_type)"});
-  EXPECT_EQ(ask("(change_player_type 12 4)"), Texts{"(warning no_such_player)"});
+  for (const auto& [command, answer] :
+       {std::pair("(dance)", "(error unknown_command)"),
+        {"dance", "(error illegal_command_form)"},
+        {"(change_player_type 5 3 1)", "(error illegal_command_form)"},
+        {"(change_player_type 6 3)", "(warning max_of_that_type_on_field)"},
+        {"(change_player_type 6 18)", "(error out_of_range_player_type)"},
+        {"(change_player_type 12 4)", "(warning no_such_player)"}}) {
+    EXPECT_EQ(ask(command), Texts{answer}) << command;
+  }
   playTo("play_on");
   EXPECT_EQ(ask("(change_player_type 5 17)"), Texts{"(warning cannot_sub_while_playon)"});
   std::ostringstream page;
   report.print(page, &match, true);
-  EXPECT_NE(
-      page.str().find("\nchanges   5 types asked, 1 given, 4 refused (cannot_sub_while_playon "
-                      "1, max_of_that_type_on_field 1, no_such_player 1, "
-                      "out_of_range_player_type 1)\n"),
-      std::string::npos)
+  EXPECT_EQ(test::count(page.str(),
+                        "\nchanges   5 types asked, 1 given, 4 refused (cannot_sub_while_playon "
+                        "1, max_of_that_type_on_field 1, no_such_player 1, "
+                        "out_of_range_player_type 1)\n"),
+            1U)
       << page.str();
 }
 
@@ -166,9 +166,8 @@ TEST_F(PracticeDesk, ComparesWhatACoachSaysWithTheViewOfThatTime) {
       message.createChkSums();
     }
   }
-  EXPECT_EQ(report.messagesAccepted, 4);
-  EXPECT_EQ(report.messagesDecoded, 2);
-  EXPECT_EQ(report.ballsRight, 1);
+  EXPECT_EQ(std::tuple(report.messagesAccepted, report.messagesDecoded, report.ballsRight),
+            std::tuple(4, 2, 1));
   EXPECT_EQ(report.lastTypes[4], 7);
   EXPECT_EQ(report.lastTypesUnknown, 10);
   EXPECT_EQ(report.lastTypesRight, match.state().team(Side::Right)[3].type == 7 ? 1 : 0);
@@ -181,11 +180,11 @@ TEST(PracticePlayers, AreLetInOnceAndGivenUpWhenTheyStaySilent) {
   PlayerPort port(match, team);
   Socket player;
   ASSERT_TRUE(port.open(0, error) && player.open(0, error)) << error;
+  sockaddr_in from{};
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   address.sin_port = htons(static_cast<in_port_t>(port.port()));
-  sockaddr_in from{};
   const auto answersTo = [&](const std::string& text, int times = 1) {
     for (int i = 0; i < times; ++i) player.send(text, address);
     port.company().serve();
@@ -200,7 +199,6 @@ TEST(PracticePlayers, AreLetInOnceAndGivenUpWhenTheyStaySilent) {
   EXPECT_EQ(answersTo("(init Alpha (version 9.00))").at(0), "(init l 2 before_kick_off)");
   const sockaddr_in itsPort = from;
   EXPECT_EQ(answersTo("(init Alpha (version 9.00))"), refused) << "again from the same place";
-  EXPECT_EQ(answersTo("(init Beta (version 9.00))"), refused);
   port.think();
   EXPECT_TRUE(port.allDone()) << "it has never answered";
   address = itsPort;
@@ -217,23 +215,26 @@ TEST(PracticeOptions, AreReadAndAWrongOneIsNamed) {
   const std::pair<std::vector<const char*>, std::string> cases[] = {
       {{"", "--cycles", "600", "--side", "r", "--types", "1"}, ""},
       {{"", "--cycles", "10x"}, "--cycles cannot be \"10x\": "},
+      {{"", "--cycles", "1"}, "--cycles cannot be \"1\": "},
       {{"", "--synch", "--step", "10"}, "--synch does not go with --step"}};
   for (const auto& [arguments, problem] : cases) {
     std::string error;
     const auto options = readOptions(static_cast<int>(arguments.size()), arguments.data(), error);
     EXPECT_EQ(options.has_value(), problem.empty());
-    EXPECT_EQ(error.substr(0, problem.size()), problem);
+    EXPECT_TRUE(error.starts_with(problem)) << error;
   }
 }
 
 TEST(PracticeReplay, TakesARecordingAndRefusesOtherFiles) {
   std::istringstream good("14\t(init r ok)\n15\t(server_param (synch_mode 1))\n");
-  std::istringstream bad("14\t(init l ok)\nx\t(think)\n");
   Recording recording;
   std::string error;
   EXPECT_TRUE(recording.read(good, error)) << error;
   EXPECT_TRUE(recording.synchronous());
-  EXPECT_FALSE(Recording().read(bad, error));
+  for (const char* wrong : {"14\t(init l ok)\nx\t(think)\n", "1x\t(init l ok)\n", "1\t(think)\n"}) {
+    std::istringstream bad(wrong);
+    EXPECT_FALSE(recording.read(bad, error)) << wrong;
+  }
 }
 
 }  // namespace
