@@ -49,8 +49,6 @@ std::string crowd(int players) {
   return text + ")";
 }
 
-const std::string bytes = "\xff\xfe\x80\x7f\x1b\v\t\r\b\x01";
-
 // What the servers say, each with a NUL byte behind it, and what the coach is to say.
 const Table texts = {
     {"init", "(init l ok)"},
@@ -80,11 +78,7 @@ const Table texts = {
     {"bogus", "(bogus)"},
     {"error", "(error unknown_command)"},
     {"see12", "(see 12)"},
-    {"unterminated", "(warning message_not_null_terminated)"},
-    {"bytes", bytes},
-    {"call-bytes", "(hear 1 referee " + bytes},
-    {"view-bytes", "(see_global 1 ((" + bytes},
-    {"voice-bytes", "(hear 1 (p \"" + bytes}};
+    {"unterminated", "(warning message_not_null_terminated)"}};
 const Table commands = {{"INIT", "(init Alpha (version 9.00))"},
                         {"EYE", "(eye on)"},
                         {"DONE", "(done)"},
@@ -254,8 +248,6 @@ const Fault outlivedFaults[] = {
      "start big8191 think DONE big8192 think DONE big8193 think DONE big65507 think DONE"},
     {"NulBytesInside", "start view-nul nul-view view-nul-over think-nul DONE",
      unreadable + "\n" + malformed + "\n'((b) 0 0'\n"},
-    {"BytesThatAreNoText", "start bytes call-bytes view-bytes voice-bytes",
-     unreadable + "\n" + malformed + "\n'((\xff\xfe\n"},
     {"PlayerNumber23", "start crowd22 think DONE crowd23",
      "Parser: to manny players!\n"
      "CommError: 2 Comm (Alpha No.0): could not parse server string (see_global 2\n"},

@@ -64,9 +64,9 @@ TEST_F(HeteroTypes, TypesAreKnownWhenAllSixAreAnnounced) {
   auto& types = coach->world->playerType;
   types[0].state = -1;  // the default type needs no announcement
   EXPECT_TRUE(coach->knowsHeteroTypes());
-  types[6].state = -1;
-  EXPECT_FALSE(coach->knowsHeteroTypes());
   types.resize(6);
+  EXPECT_FALSE(coach->knowsHeteroTypes());
+  types.resize(7);
   EXPECT_FALSE(coach->knowsHeteroTypes());
 }
 

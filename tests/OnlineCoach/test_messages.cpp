@@ -188,6 +188,10 @@ TEST_F(Messages, EndWithTheBudgetUntilItIsRefilled) {
   EXPECT_EQ(spokenIn(6000, 6001, "kick_in_r"), Times{6000});
   EXPECT_EQ(spokenIn(6002, 6002, "kick_in_l"), Times());
   EXPECT_EQ(errors.take(), lost);
+  coach->numMsgsLeft = 5;
+  coach->comm->async->serverTime = 11999;
+  EXPECT_EQ(spokenIn(12000, 12000, "kick_in_r"), Times{12000});
+  EXPECT_EQ(coach->numMsgsLeft, 5 + 1 - 1);
 }
 
 }  // namespace

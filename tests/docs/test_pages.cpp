@@ -2,16 +2,12 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <regex>
 #include <set>
-#include <string>
-#include <vector>
 
 #include "Parser.h"
 #include "asyncinfo.h"
@@ -39,18 +35,14 @@ std::string picture(const std::string& command) {
 }
 
 /// Everything that the expression's group finds in a text.
-std::vector<std::string> all(const std::string& text, const char* expression) {
+Lines all(const std::string& text, const char* expression) {
   const std::regex wanted(expression);
-  std::vector<std::string> found;
-  for (std::sregex_iterator at(text.begin(), text.end(), wanted), end; at != end; ++at) {
-    found.push_back((*at)[1]);
-  }
-  return found;
+  return {std::sregex_token_iterator(text.begin(), text.end(), wanted, 1), {}};
 }
 
 /// The rows of all tables, by cells.
-std::vector<std::vector<std::string>> rows(const std::string& page) {
-  std::vector<std::vector<std::string>> found;
+std::vector<Lines> rows(const std::string& page) {
+  std::vector<Lines> found;
   for (const std::string& line : lines(page)) {
     if (line.starts_with("| ")) found.push_back(all(line, R"(\| ([^|]*?) ?(?=\|))"));
   }

@@ -84,7 +84,7 @@ TEST_F(TypesFromDecay, ThreeCleanStepsDecideAndThreeOthersUndo) {
   run(9, -0.035);  // bounces, which fit no type
   EXPECT_EQ(after(2, 0.45), 1);
   EXPECT_EQ(after(1, 0.45), -1);
-  for (int i = 0; i < 4; ++i) {
+  for (int i = 0; i < 3; ++i) {
     run(2, 0.35);
     run(1, 0.45);
   }
@@ -159,7 +159,10 @@ TEST_F(TypesFromDecay, NearTwinsAreToldApartByStepsInARow) {
 }
 
 TEST_F(TypesFromDecay, TwinsAreToldApartByAFullDashOrByTheNumberOfTheType) {
-  EXPECT_EQ(after(150, 0.4, 0.4), -1)
+  tactical.playerType[3] = 5;
+  EXPECT_EQ(after(30, 0.4, 0.4), -1) << "too few steps";
+  tactical.playerType[3] = -1;
+  EXPECT_EQ(after(120, 0.4, 0.4), -1)
       << "turns about, from 0.16 to -0.4 m: 0.56, less noise 0.49; 5 has 0.52";
   tactical.playerType[3] = 0;
   EXPECT_EQ(after(1, 0.4, 0.4), -1) << "many may have the default type";

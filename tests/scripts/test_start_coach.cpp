@@ -56,7 +56,7 @@ TEST_F(StartCoach, TriesUntilTheTeamIsThereAndSaysOnceWhatItWaitsFor) {
 TEST_F(StartCoach, GivesUpAfterItsTime) {
   CoachProcess started = startRight("1");
   // The shell's clock ticks at whole seconds: the first attempt may be the last.
-  for (refuse(); server.receive(1500) == init;) {
+  for (refuse(); server.receive() == init;) {
     server.send("(error no_such_team)");
     EXPECT_EQ(server.receive(), "(bye)");
   }
@@ -92,12 +92,14 @@ TEST_F(StartCoach, ASignalEndsTheWaitForTheTeam) {
 }
 
 TEST_F(StartCoach, WrongArgumentsGetOneLine) {
-  for (const Lines& given : {Lines{"host"},
-                             {"host", VOK_BIN_DIR, "7"},
-                             {"-w", "long", "host", VOK_BIN_DIR},
-                             {"-x"},
-                             {"host", "/nowhere"},
-                             {"-t", "(x)", "host", VOK_BIN_DIR}}) {
+  const std::string host = "127.0.0.1";
+  for (Lines given : {Lines{host},
+                      {host, VOK_BIN_DIR, "7"},
+                      {"-w", "long", host, VOK_BIN_DIR},
+                      {"-x"},
+                      {host, "/nowhere"},
+                      {"-t", "(x)", host, VOK_BIN_DIR}}) {
+    given.insert(given.begin(), {"-f", shippedConfig});
     CoachProcess started = start(given);
     EXPECT_EQ(started.wait(), 2);
     EXPECT_EQ(lines(started.errors()).size(), 1U) << started.errors();

@@ -47,6 +47,7 @@ TEST_F(TypeCheck, AWrongTruthShows) {
   ASSERT_TRUE(truth.read(wrong, error));
   follow(true);
   EXPECT_TRUE(findings[2].isWrong()) << "not announced, not seen";
+  EXPECT_EQ(findings[2].wrongOnTheWay, 0);
   EXPECT_TRUE(findings[3].isWrong());
   EXPECT_EQ(findings[3].wrongOnTheWay, 1);
 }
