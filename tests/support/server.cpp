@@ -10,11 +10,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <csignal>
-#include <cstddef>
-#include <cstdint>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
@@ -82,9 +81,7 @@ std::string ScriptedServer::receive(int milliseconds) {
   const ssize_t n =
       recvfrom(sd, buffer.data(), buffer.size(), 0, reinterpret_cast<sockaddr*>(&client), &size);
   std::string text(buffer.data(), n > 0 ? static_cast<std::size_t>(n) : 0);
-  for (char& c : text) {
-    if (c == '\0') c = '$';
-  }
+  std::replace(text.begin(), text.end(), '\0', '$');
   return text;
 }
 
@@ -171,13 +168,8 @@ int CoachProcess::wait(int milliseconds) {
 }
 
 std::string CoachProcess::errors() const {
-  std::string text;
-  std::array<char, 4096> piece{};
-  lseek(errorFile, 0, SEEK_SET);
-  for (ssize_t n = 0; (n = read(errorFile, piece.data(), piece.size())) > 0;) {
-    text.append(piece.data(), static_cast<std::size_t>(n));
-  }
-  return text;
+  std::ifstream file("/proc/self/fd/" + std::to_string(errorFile));
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 Lines CoachProcess::reports() const {
