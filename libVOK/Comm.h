@@ -118,8 +118,9 @@ class Comm {
   /// The one instance, null when none exists.
   static Comm* theComm;
 
-  /// Makes SIGINT and SIGTERM end receive waits and set `stopRequested`, so that the main loop can
-  /// leave the server in order. For the program's main.
+  /// Makes SIGINT, SIGTERM and SIGHUP end receive waits and set `stopRequested`, so that the main
+  /// loop can leave the server in order; before there is a socket they end the process with status
+  /// 0. Standard error that nobody takes any more ends nothing. For the program's main.
   static void stopOnSignals();
   static volatile std::sig_atomic_t stopRequested;
 
@@ -148,6 +149,9 @@ class Comm {
   comm_error exchangeCheckin();
   bool parsePlayerCheckin(const char* msg, playing_side& side, play_mode& mode, int& number) const;
   static int receiveTimeout();
+  /// When a wait for the server ends; `begun` is the end of one that a signal cut short.
+  static std::chrono::steady_clock::time_point endOfWait(
+      const std::optional<std::chrono::steady_clock::time_point>& begun);
   static int millisecondsUntil(std::chrono::steady_clock::time_point end);
   const char* receiveAtCheckin();
   bool sendText(const char* text);
