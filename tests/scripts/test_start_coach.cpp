@@ -72,6 +72,17 @@ TEST_F(StartCoach, DoesNotTryAgainWhereTryingCannotHelp) {
             Lines{"start-coach: team Alpha has a coach already (already_have_coach)"});
 }
 
+TEST_F(StartCoach, TellsWhoDidNotGetInByItsStatus) {
+  CoachProcess nowhere({"-f", shippedConfig, "no-such-host.invalid", VOK_BIN_DIR}, {}, script);
+  EXPECT_EQ(nowhere.wait(30000), 1);
+  EXPECT_EQ(nowhere.reports()[0], "CommError: server host unknown");
+
+  CoachProcess unanswered(arguments(), {}, script);
+  EXPECT_EQ(server.receive(), init);
+  unanswered.signal(SIGTERM);
+  EXPECT_EQ(unanswered.wait(1500), 128 + SIGTERM);
+}
+
 TEST_F(StartCoach, PassesSignalsOnToTheCoach) {
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
     CoachProcess started(arguments(), {}, script);
@@ -91,8 +102,14 @@ TEST_F(StartCoach, ASignalEndsTheWaitForTheTeam) {
 }
 
 TEST_F(StartCoach, WrongArgumentsGetOneLine) {
-  const Lines wrong[] = {{"host"}, {"host", VOK_BIN_DIR, "7"}, {"-w", "long", "host", VOK_BIN_DIR},
-                         {"-x"},   {"host", "/nowhere"},       {"-t", "(x)", "host", VOK_BIN_DIR}};
+  const Lines wrong[] = {{"host"},
+                         {"host", VOK_BIN_DIR, "7"},
+                         {"-w", "long", "host", VOK_BIN_DIR},
+                         {"-x"},
+                         {"host", "/nowhere"},
+                         {"-t", "(x)", "host", VOK_BIN_DIR},
+                         {"-p", "99999", "host", VOK_BIN_DIR},
+                         {"-f", "/", "host", VOK_BIN_DIR}};
   for (const Lines& given : wrong) {
     CoachProcess started(given, {}, script);
     EXPECT_EQ(started.wait(), 2);
