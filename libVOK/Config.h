@@ -74,6 +74,7 @@ class Config {
 void removeComment(char* line);
 /// Takes in one line without its line end; reports what is wrong with it.
 void parseLine(char* line, int lineNumber);
+/// As if the file said "key = value"; replaces an earlier definition.
 void setEntry(const char* key, const char* value);
 
 }  // namespace vok
