@@ -1,6 +1,8 @@
 // The connection's life and its receive loop.
 #include "Comm.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -27,8 +29,14 @@ constexpr int MAX_DRAIN = 1000;
 
 constexpr unsigned MSG_QUEUE_SIZE = 20;
 
+// A wait that ends later than the system's timers do was none: the process stood still.
+constexpr milliseconds STOOD_STILL(100);
+
 constexpr long STOP_ALARM_NS = 50'000'000;
 timer_t stopTimer{};
+
+// Whether a request to stop finds a client that takes leave of its server.
+volatile std::sig_atomic_t hasSocket = 0;
 
 }  // namespace
 
@@ -48,6 +56,7 @@ Comm::Comm(const char* teamname, client_type clientType, const char* host, int p
   theComm = this;
   try {
     sock = std::make_unique<UDPSocket>(host, port, MAX_DATAGRAM);
+    hasSocket = 1;
   } catch (const UDPSocketError& error) {
     std::cerr << "CommError: " << error.msg() << "\n";
     serverOK = false;
@@ -76,6 +85,10 @@ void Comm::stopOnSignals() {
   action.sa_handler = [](int) {};
   sigaction(SIGALRM, &action, nullptr);
 
+  // Nor must a line on standard error that nobody takes any more.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+
   sigevent alarm{};
   alarm.sigev_notify = SIGEV_SIGNAL;
   alarm.sigev_signo = SIGALRM;
@@ -83,12 +96,17 @@ void Comm::stopOnSignals() {
 
   // A request that comes just before a wait does not interrupt it: repeated alarms do so then.
   action.sa_handler = [](int) {
+    if (hasSocket == 0) _exit(0);  // neither a file nor a name server may keep us
     stopRequested = 1;
     const itimerspec soon{{0, STOP_ALARM_NS}, {0, STOP_ALARM_NS}};
     timer_settime(stopTimer, 0, &soon, nullptr);
   };
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
+  struct sigaction before {};
+  sigaction(SIGHUP, nullptr, &before);
+  const bool nohup = before.sa_handler == SIG_IGN;
+  if (!nohup) sigaction(SIGHUP, &action, nullptr);
 }
 
 int Comm::millisecondsUntil(steady_clock::time_point end) {
@@ -113,10 +131,17 @@ void Comm::drainSocket() {
   }
 }
 
+steady_clock::time_point Comm::endOfWait(const std::optional<steady_clock::time_point>& begun) {
+  const auto now = steady_clock::now();
+  // While the process stood still the server perhaps did, too.
+  if (begun && now <= *begun + STOOD_STILL) return *begun;
+  return now + milliseconds(receiveTimeout());
+}
+
 // Null when there is nothing to route, be it that the server is lost.
 const char* Comm::receiveFirst() {
   // A wait that a signal cut short goes on at the next drain: the server's silence counts in all.
-  if (!silenceEnds) silenceEnds = steady_clock::now() + milliseconds(receiveTimeout());
+  silenceEnds = endOfWait(silenceEnds);
   try {
     const char* text = sock->recv(ZELTRAmode ? -1 : millisecondsUntil(*silenceEnds), &async->act);
     silenceEnds.reset();

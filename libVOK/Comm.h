@@ -33,6 +33,8 @@ enum comm_error {
 /// standard error and never thrown to the caller.
 class Comm {
  public:
+  /// `reconnect` is the shirt number of a player that comes back, 0 at the first time; the versions
+  /// are those of the coach language that a player understands; `trainerSide` is a trainer's.
   Comm(const char* teamname, client_type clientType, const char* host, int port, int reconnect,
        bool ZELTRAmode, int clangMinVer, int clangMaxVer, playing_side trainerSide);
   /// Says "(bye)" to a server that is alive.
@@ -67,8 +69,8 @@ class Comm {
   void sendPointToOff();
   void sendAttentionToOff();
   void sendChangePlayer(int number, int type);
-  /// Directions and moments in radians, powers in the server's scale. Values out of range are
-  /// reported and cut to it, values that are no number dropped.
+  /// Directions and moments in radians, powers in the server's scale, places in the field frame.
+  /// Values out of range are reported and cut to it, values that are no number dropped.
   void sendKick(double power, double dir);
   void sendDash(double power);
   void sendTurn(double moment);
@@ -81,7 +83,7 @@ class Comm {
   void sendPointTo(double dist, double dir);
   void sendAttentionTo(int number, bool ourTeam);
   void sendTackle(double power);
-  // The trainer's.
+  // The trainer's: places, speeds and directions (degrees) as the server has them.
   void sendChangeMode(play_mode mode);
   void sendMoveObject(const char* name, double x, double y);
   void sendMoveObject(const char* name, double x, double y, double dir);
@@ -118,8 +120,9 @@ class Comm {
   /// The one instance, null when none exists.
   static Comm* theComm;
 
-  /// Makes SIGINT and SIGTERM end receive waits and set `stopRequested`, so that the main loop can
-  /// leave the server in order. For the program's main.
+  /// Makes SIGINT, SIGTERM and SIGHUP end receive waits and set `stopRequested`, so that the main
+  /// loop can leave the server in order; before there is a socket they end the process with status
+  /// 0. Standard error that nobody takes any more ends nothing. For the program's main.
   static void stopOnSignals();
   static volatile std::sig_atomic_t stopRequested;
 
@@ -148,6 +151,9 @@ class Comm {
   comm_error exchangeCheckin();
   bool parsePlayerCheckin(const char* msg, playing_side& side, play_mode& mode, int& number) const;
   static int receiveTimeout();
+  /// When a wait for the server ends; `begun` is the end of one that a signal cut short.
+  static std::chrono::steady_clock::time_point endOfWait(
+      const std::optional<std::chrono::steady_clock::time_point>& begun);
   static int millisecondsUntil(std::chrono::steady_clock::time_point end);
   const char* receiveAtCheckin();
   bool sendText(const char* text);

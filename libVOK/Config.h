@@ -40,9 +40,11 @@ class ConfigObserver {
 class Config {
  public:
   static constexpr std::size_t PIECE_SIZE = 1024;  ///< of a line, with the terminating NUL
+  static constexpr int MAX_LINES = 100'000;        ///< a longer file is a device or a mistake
 
   /// Reads a file into the process-wide store; a later definition of a key replaces an earlier
-  /// one. False when the file cannot be opened or read; a line in error is reported and skipped.
+  /// one. False when the file cannot be opened or read, or does not end within `MAX_LINES`; a line
+  /// in error is reported and skipped.
   static bool readFile(const char* fileName);
 
   /// The text of a key, or null after a warning line. Valid until the key is set again.
@@ -72,6 +74,7 @@ class Config {
 void removeComment(char* line);
 /// Takes in one line without its line end; reports what is wrong with it.
 void parseLine(char* line, int lineNumber);
+/// As if the file said "key = value"; replaces an earlier definition.
 void setEntry(const char* key, const char* value);
 
 }  // namespace vok

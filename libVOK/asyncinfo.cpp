@@ -11,6 +11,14 @@
 
 namespace vok {
 
+namespace {
+
+// Stand in the warnings' text, whatever the line here: who searches logs knows them.
+constexpr int INTERVAL_LINE = 88;
+constexpr int NO_COMMAND_LINE = 709;
+
+}  // namespace
+
 AsyncCommInfo* AsyncCommInfo::info = nullptr;
 
 bool isStopped(play_mode mode) {
@@ -45,7 +53,7 @@ AsyncCommInfo::AsyncCommInfo(const char* teamName, client_type clientType)
   waitForSeeTime = Config::getValueAsInt("async_waitForSeeTime");
   if (waitForSeeTime % 10 != 0 || waitForSeeTime < 0 || waitForSeeTime > 90) {
     ensureFailed("waitForSeeTime%10 == 0 && 0 <= waitForSeeTime && waitForSeeTime <= 90",
-                 "asyncinfo", 88);
+                 "asyncinfo", INTERVAL_LINE);
   }
   clearAction(serverTime, sentAction);
   processedAction = sentAction;
@@ -108,7 +116,7 @@ bool AsyncCommInfo::adjustTime(const SensorData& data) {
               << data.time - 1 << " (no commands sent)\n";
   } else if (!isCoach() && actionNeeded && !isStopped(playMode)) {
     report() << "agent did not send command\n";
-    ensureFailed("false", "asyncinfo", 709);
+    ensureFailed("false", "asyncinfo", NO_COMMAND_LINE);
   }
   serverTime = data.time;
   newTimestep();

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <iostream>
+#include <optional>
 #include <string_view>
 
 #include "Comm.h"
@@ -84,10 +85,10 @@ comm_error Comm::exchangeCheckin() {
 const char* Comm::receiveAtCheckin() {
   // An alarm from outside changes nothing: wait for the rest of the time. A request to stop ends
   // the check-in.
-  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(receiveTimeout());
-  for (;;) {
+  for (std::optional<std::chrono::steady_clock::time_point> end;;) {
+    end = endOfWait(end);
     try {
-      return sock->recv(millisecondsUntil(end), nullptr);
+      return sock->recv(millisecondsUntil(*end), nullptr);
     } catch (const UDPSocketError& error) {
       if (error.number() != EINTR || stopRequested != 0) throw;
     }

@@ -11,7 +11,8 @@ namespace vok {
 
 namespace {
 
-// What a failed check-in tells the user, by `comm_error`, of which there are seven.
+// What a failed check-in tells the user, by `comm_error`, of which there are seven. A socket that
+// cannot be made, be it for an unknown host, is told by the connection and is unspecified here.
 constexpr std::array<const char*, 7> checkinMessages = {
     nullptr,
     "Onlinecoach: unspecified error when initializing !",

@@ -33,6 +33,7 @@ class Onlinecoach {
   int getMyNumber() const { return comm->getMyNumber(); }
   const char* getMyTeam() const { return comm->getMyTeam(); }
   playing_side getMySide() const { return comm->getMySide(); }
+  // Of the world, hence only after a successful check-in.
   play_mode getPlayMode() const { return world->playMode; }
   long getTime() const { return world->time; }
   void say(AudioMsg& message) { comm->say(message); }

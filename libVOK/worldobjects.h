@@ -103,7 +103,7 @@ double reachableSpeed(double speedMax, double dashPowerRate, double decay);
 struct WPlayer : WMovedObject {
   int bodyAge = NEVER;
   Angle bodyDir;
-  Angle faceDir;  ///< body plus neck
+  Angle faceDir;  ///< body plus neck; of a global view the neck alone
   Angle pointDir;
   Angle headAngle;  ///< neck, relative to the body
   int number = -1;

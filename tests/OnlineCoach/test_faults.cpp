@@ -87,7 +87,7 @@ const Table commands = {{"INIT", "(init Alpha (version 9.00))"},
                         {"BYE$", "(bye)$"},
                         {"NOTHING", ""}};
 const std::map<std::string, int> signals = {
-    {"alarm", SIGALRM}, {"stop", SIGSTOP}, {"go", SIGCONT}, {"end", SIGTERM}};
+    {"alarm", SIGALRM}, {"pipe", SIGPIPE}, {"stop", SIGSTOP}, {"go", SIGCONT}, {"end", SIGTERM}};
 
 // A coach, its server and another one that knows of it.
 struct Game {
@@ -238,6 +238,10 @@ const Fault outlivedFaults[] = {
     {"AlarmsAtAnyMoment", "start MEANWHILE alarm wait"},
     {"StoppedForLongerThanItsPatience",
      "INIT init EYE server-hasty player cycle stop wait*700 v2 think v3 think go DONE DONE"},
+    {"StoppedTogetherWithTheServer",
+     "INIT init EYE server-hasty wait*50 stop wait*700 go wait*50 player cycle "
+     "stop wait*700 go wait*50 cycle"},
+    {"NobodyReadsItsLines", "start pipe cycle"},
     {"PortMovesWhileAnAnswerIsOnItsWay", "start v2 think 2:NOTHING DONE 2:cycle*9"},
     {"AnswersFromTwoPorts", "start v2 2:think 2:DONE think 2:v3 2:DONE"},
     {"SecondServerChecksIn", "start 2:init-r 2:server 2:player",
@@ -301,7 +305,7 @@ class AtAnyMoment : public testing::TestWithParam<Fault> {};
 
 TEST_P(AtAnyMoment, ASignalEndsTheCoachWithinASecond) {
   using std::chrono::steady_clock;
-  for (const int number : {SIGINT, SIGTERM}) {
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
     Game game({"-F"});
     game.play(GetParam().words);
     game.coach.signal(number);

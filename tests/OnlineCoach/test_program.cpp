@@ -1,6 +1,10 @@
 // The real coach program's command line and configuration.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <tuple>
 
 #include "support/server.h"
@@ -42,6 +46,22 @@ TEST(CommandLine, ServersThatCannotBeAreReported) {
                                      "Onlinecoach: could not connect to sserver, closing down"}));
   EXPECT_EQ(portless.wait(), 0);
   EXPECT_EQ(portless.reports()[0], "CommError: could not send msg") << "it is port 0";
+}
+
+TEST(CommandLine, NoFileKeepsTheCoachForEver) {
+  CoachProcess endless({"-f", "/dev/zero"});
+  EXPECT_EQ(endless.wait(), 255);
+  EXPECT_EQ(endless.reports(), Lines{"PANIC: Could not read config file: /dev/zero"});
+
+  const std::string pipe = testing::TempDir() + "vok-pipe-" + std::to_string(getpid());
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  CoachProcess waiting({"-f", pipe});
+  const int unwritten = open(pipe.c_str(), O_WRONLY | O_CLOEXEC);  // when the coach reads
+  waiting.signal(SIGTERM);
+  EXPECT_EQ(waiting.wait(1000), 0);
+  EXPECT_EQ(waiting.reports(), Lines());
+  close(unwritten);
+  unlink(pipe.c_str());
 }
 
 TEST(Configuration, AnUnreadableFileEndsWithStatus255) {

@@ -74,6 +74,17 @@ TEST_F(StartCoach, DoesNotTryAgainWhereTryingCannotHelp) {
             Lines{"start-coach: team Alpha has a coach already (already_have_coach)"});
 }
 
+TEST_F(StartCoach, TellsWhoDidNotGetInByItsStatus) {
+  CoachProcess nowhere = start({"-f", shippedConfig, "no-such-host.invalid", VOK_BIN_DIR});
+  EXPECT_EQ(nowhere.wait(30000), 1);
+  EXPECT_EQ(nowhere.reports()[0], "CommError: server host unknown");
+
+  CoachProcess unanswered = startRight();
+  EXPECT_EQ(server.receive(), init);
+  unanswered.signal(SIGTERM);
+  EXPECT_EQ(unanswered.wait(1500), 128 + SIGTERM);
+}
+
 TEST_F(StartCoach, PassesSignalsOnToTheCoach) {
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
     CoachProcess started = startRight();
@@ -98,7 +109,9 @@ TEST_F(StartCoach, WrongArgumentsGetOneLine) {
                       {"-w", "long", host, VOK_BIN_DIR},
                       {"-x"},
                       {host, "/nowhere"},
-                      {"-t", "(x)", host, VOK_BIN_DIR}}) {
+                      {"-t", "(x)", host, VOK_BIN_DIR},
+                      {"-p", "99999", host, VOK_BIN_DIR},
+                      {"-f", "/", host, VOK_BIN_DIR}}) {
     given.insert(given.begin(), {"-f", shippedConfig});
     CoachProcess started = start(given);
     EXPECT_EQ(started.wait(), 2);

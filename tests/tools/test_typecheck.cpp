@@ -58,6 +58,7 @@ TEST_F(TypeCheck, BadFilesAreRefused) {
     EXPECT_FALSE(truth.read(in, error)) << text;
   }
   EXPECT_FALSE(check(capture, truth, "Alpha", SIDE_RIGHT, true, findings, error));
+  EXPECT_FALSE(check(capture, truth, "Beta", SIDE_LEFT, true, findings, error));
   std::istringstream in("12 (think)\n");
   EXPECT_FALSE(capture.read(in, error));
 }

@@ -33,7 +33,7 @@ bool Recording::read(std::istream& in, std::string& error) {
     texts.push_back(std::move(entry));
   }
   if (!texts.empty() && texts.front().text.starts_with("(init ")) return true;
-  error = "it does not begin with the answer to a check-in";
+  error = in.bad() ? "cannot be read" : "it does not begin with the answer to a check-in";
   return false;
 }
 

@@ -18,7 +18,7 @@ struct Key {
 
 using Keys = std::vector<Key>;
 
-/// All keys, in the coach's order. Builds a coach that no server hears of and notes what its parts
+/// All keys, as they are first asked for. Builds a coach that no server hears of and notes what its parts
 /// ask for. Leaves the configuration empty.
 Keys keysOfCoach();
 

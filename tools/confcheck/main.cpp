@@ -81,8 +81,7 @@ int main(int argc, char** argv) {
   }
   const bool listKeys = argument == "--keys";
   if (!listKeys && argument.starts_with("--")) {
-    std::cerr << usage;
-    return BAD_ARGUMENT;
+    return fail("wants one FILE, or --keys; --help tells more");
   }
 
   Keys keys;

@@ -108,6 +108,7 @@ int main(int argc, char** argv) {
   }
   Reader reader;
   readAll(options.texts, reader);
+  if (!std::cout.flush()) return fail("cannot write to standard output");
   if (reader.count == 0) return fail("no message found");
   if (options.svgFile.empty()) return 0;
   return writePicture(reader.drawing, options.svgFile);

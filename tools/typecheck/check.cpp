@@ -112,7 +112,7 @@ bool Truth::read(std::istream& in, std::string& error) {
   }
   std::stable_sort(entries.begin(), entries.end(),
                    [](const Entry& a, const Entry& b) { return a.time < b.time; });
-  if (entries.empty()) error = "is empty";
+  if (entries.empty()) error = in.bad() ? "cannot be read" : "is empty";
   return !entries.empty();
 }
 
@@ -134,6 +134,10 @@ bool check(const Recording& capture, const Truth& truth, const std::string& team
   Comm comm(team.c_str(), CLIENT_ONLINECOACH, "127.0.0.1", OLCOACH_PORT, 0, false, 7, 7, side);
   comm.serverOK = false;
   if (!checkIn(comm, capture, side, error)) return false;
+  if (capture.team() != team) {
+    error = "the capture was shown to the coach of '" + capture.team() + "'";
+    return false;
+  }
 
   Worldmodel world(&comm);
   TacticalModule tactical(&world, nullptr);

@@ -26,7 +26,8 @@ constexpr std::string_view usage =
     "  --team NAME  the coach's team\n"
     "  --side l|r   its side; the opponents are the other one's\n"
     "\n"
-    "Exit status: 0, 1 when a verdict from the decay is wrong at the end, 2 for bad arguments.\n";
+    "Exit status: 0, 1 when a verdict from the decay is wrong at the end, 2 for bad arguments\n"
+    "or unreadable files.\n";
 
 struct Options {
   std::string capture;
@@ -116,7 +117,7 @@ int main(int argc, char** argv) {
     return 0;
   }
   if (!readOptions(argc, argv, options)) {
-    std::cerr << usage;
+    std::cerr << "typecheck: wants CAPTURE TRUTH --team NAME --side l|r; --help tells more\n";
     return BAD_ARGUMENT;
   }
   Recording capture;
@@ -137,6 +138,10 @@ int main(int argc, char** argv) {
     const bool anyWrong = std::any_of(findings.begin() + 1, findings.end(),
                                       [](const Finding& finding) { return finding.isWrong(); });
     if (fromDecay && anyWrong) status = WRONG_VERDICT;
+  }
+  if (!std::cout.flush()) {
+    std::cerr << "typecheck: cannot write to standard output\n";
+    return BAD_ARGUMENT;
   }
   return status;
 }
