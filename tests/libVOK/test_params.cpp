@@ -68,17 +68,6 @@ TEST_F(ParamsTest, TheFirstItemThatNoRowTakesEndsTheReading) {
   EXPECT_EQ(errors.take(), "");
 }
 
-TEST_F(ParamsTest, ATokenIsReadWholeOrTheTextStays) {
-  int number = 0;
-  HeardText text{};
-  parser.parseServerParam("(server_param (colour  dark red) (size 3))");
-  EXPECT_EQ(parser.readToken({" (size %d)%n", &number, DT_INT}), 1);
-  EXPECT_EQ(parser.readToken({" (colour %[^)])%n", &text, DT_STRING}), 0);
-  EXPECT_STREQ(text.data(), "dark red");
-  EXPECT_EQ(parser.readToken({" (size %d)%n", &number, static_cast<DataType>(7)}), -1);
-  EXPECT_EQ(errors.take(), "Parser::readToken: unknown data type 7\n");
-}
-
 TEST_F(ParamsTest, APlayerTypeIsReadOverUnknownItems) {
   const std::string known =
       "(player_type (id 3)(player_speed_max 1.05)(stamina_inc_max 45)(player_decay 0.4)"

@@ -28,11 +28,10 @@ TEST(WorldObjects, CorridorIsABandInAConeWithADiscAtItsEnd) {
       {{-0.5, 0}, {10, 0}, PI / 4, 0.5, false},
       {{0, 0}, {10, 0}, 0, 0, true},
       {{0.5, 0.9}, {10, 0}, PI / 4, 0.9, false},
-      {{0.5, 0.9}, {10, 0}, PI / 2, 0.9, true},
       // Directions on either side of pi, then corridors so short that they are a disc alone.
       {{-5, -0.5}, {-10, 0}, 0.2, 0.5, true},
       {{-0.1, 0}, {0.8, 0}, PI, 0.1, true},
-      {{-0.5, 0}, {0.8, 0}, PI, 0.5, false},
+      {{0.1, 0.9}, {0.8, 0}, PI, 0.9, false},
   };
   for (const auto& [pos, target, alpha, toLine, inside] : cases) {
     EXPECT_EQ(WObject(pos).inCorridor({0, 0}, target, 2, alpha), inside) << pos.x;
@@ -74,20 +73,15 @@ TEST(WorldObjects, KickIsWeakerAsideAndAwayFromTheBody) {
 }
 
 TEST(WorldObjects, TackleFailsWithTheDistanceInEachDirection) {
-  const std::tuple<Vector2d, double, int, double> cases[] = {{{1.25, 0}, 0, 6, 0.984375},
-                                                             {{-0.25, 0}, 0, 6, 0.984375},
-                                                             {{0, -0.625}, 0, 6, 0.984375},
-                                                             {{0, 1.25}, PI / 2, 6, 0.984375},
-                                                             {{2.6, 0}, 0, 6, 0},
-                                                             {{1.25, 0}, 0, 3, 0.875},
-                                                             {{-0.25, 0}, 0, 3, 1},
-                                                             {{0, 0}, 0, 6, 1},
-                                                             {{0, 0}, 0, 0, 0}};
+  const std::tuple<Vector2d, double, int, double> cases[] = {
+      {{1.25, 0}, 0, 6, 0.984375},   {{-0.25, 0}, 0, 6, 0.984375},
+      {{0, -0.625}, 0, 6, 0.984375}, {{0, 1.25}, PI / 2, 6, 0.984375},
+      {{2.6, 0}, 0, 6, 0},           {{1.25, 0}, 0, 3, 0.875},
+      {{-0.25, 0}, 0, 3, 1},         {{0, 0}, 0, 0, 0}};
   for (const auto& [ball, bodyDir, exponent, prob] : cases) {
     TACKLE_EXP = exponent;
     EXPECT_NEAR(playerAt({0, 0}, bodyDir).tackleProb(WBall(ball, {})), prob, 1e-9) << ball.x;
   }
-  TACKLE_EXP = 6;
 }
 
 TEST(WorldObjects, ASeenPlayerIsPlacedByItsQuantisedDistanceAndChanges) {
@@ -118,9 +112,8 @@ TEST(WorldObjects, ASeenPlayerIsPlacedByItsQuantisedDistanceAndChanges) {
   shape.dist = 40;
   for (const play_mode mode : {PLAY_MODE_PLAY_ON, PLAY_MODE_BEFORE_KICK_OFF}) {
     player.setBySensorData(shape, my, FUZZY, mode);
-    EXPECT_EQ(player.number, 7);
-    EXPECT_EQ(player.isGoalie, GOALIE_TRUE);
-    EXPECT_EQ(player.bodyAge, 0);
+    EXPECT_EQ(std::tuple(player.number, player.isGoalie, player.bodyAge),
+              std::tuple(7, GOALIE_TRUE, 0));
     EXPECT_EQ(player.v == Vector2d(), mode == PLAY_MODE_BEFORE_KICK_OFF);
   }
 }
