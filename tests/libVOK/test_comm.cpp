@@ -128,6 +128,7 @@ TEST_F(Connection, VoicesGoWhereTheyBelong) {
 TEST_F(Connection, CommandsAreWrittenAsTheServerReadsThem) {
   connectAs(CLIENT_FIELDPLAYER);
   comm->parseCheckinResponse("(init r 7 play_on)");
+  comm->async->viewModeTime = 9;
   constexpr double right = std::numbers::pi / 2;
   const std::string room(8192, 'x');
   const struct {
@@ -211,6 +212,11 @@ TEST_F(Connection, APlayerChecksInAndFeignsANormalView) {
   EXPECT_EQ(comm->getMyNumber(), 7);
   comm->fakenormal = true;
   comm->receiveText("(ok say)");  // in synchronous mode, as it was told
+  comm->sendChangeView(VIEW_WIDTH_WIDE, VIEW_QUALITY_LOW, false);
+  EXPECT_FALSE(comm->async->thinking);
+  AudioMsg message;
+  comm->say(message);
+  EXPECT_EQ(sent(), "(say \"vokha0aaaaaaaa\")");  // 21 + 14 + 10 + 7 is 52
   SYNCH_MODE = false;
   comm->receiveText("(ok say)");
   EXPECT_EQ(sent(), "(change_view narrow high)");

@@ -109,6 +109,7 @@ TEST_F(World, ChangedPlayersTakeAnnouncedTypesAndAreCounted) {
   EXPECT_EQ(world.numOtherSubs, 12);  // so the ring of eleven came round
   EXPECT_EQ(std::pair(world.otherSubs[0].number, world.otherSubs[1].number), std::pair(1, 2));
   EXPECT_EQ(world.otherSubs[10].time, 30);
+  EXPECT_EQ(errors.take(), "");
 }
 
 TEST_F(World, DashIsLimitedByStaminaAndCostsDoubleBackwards) {
