@@ -64,15 +64,6 @@ TEST(SayCode, CharactersHaveTheirIndexAndForeignBytesAreZero) {
   EXPECT_EQ(values, "0 25 26 51 52 61 62 63 64 73 0 0 ");
 }
 
-TEST(SayCode, NumbersOfEighteenBitsTravelAndLargerOnesWrap) {
-  for (const auto& [number, code, heard] :
-       {std::tuple(4097U, "bab", 4097U), {262143U, "---", 262143U}, {262144U, "aaa", 0U}}) {
-    EXPECT_EQ(written(Int3B(number)), code);
-    EXPECT_EQ(Int3B(code).getValue(), heard);
-  }
-  EXPECT_EQ(Int3B(262144U).getValue(), 262144U);
-}
-
 TEST(SayCode, PositionsTravelOnTheirGridWithAgeAndState) {
   EXPECT_EQ(written(Val5B(0, 0, 0, VISUAL)), "aqaWa");
   EXPECT_EQ(written(Val5B(-102.4, 102.3, 62, FUZZY)), "aG-F+");

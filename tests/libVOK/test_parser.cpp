@@ -123,8 +123,6 @@ TEST_F(ParserTest, AViewEndsAtTheFirstObjectThatIsNone) {
       {crowd + ")", "Parser: to manny players!\n"},
       {"((f c) 0 0))", ""},
       {")", "Parser: malformed object: l=0 len=0\n')'\n"},
-      {"((b)))", "Parser: malformed object: l=4 len=0\n'((b)))'\n"},
-      {"((b) 0 nan 0 0))", "Parser: malformed object: l=5 len=15\n'((b) 0 nan 0 0))'\n"},
       {"((b) 1e999 0\n))", "Parser: malformed object: l=5 len=14\n'((b) 1e999 0'\n"}};
   for (const auto& [objects, error] : rows) {
     EXPECT_FALSE(parse("(see_global 1 " + objects)) << objects;
@@ -209,25 +207,18 @@ class PlayerParserTest : public ParserTest {
   Parser player{"Alpha", CLIENT_FIELDPLAYER, 7, 8};
 };
 
+// Most of a body sense is held by the fuzzers' good cycle.
 TEST_F(PlayerParserTest, APlayerIsToldOfItsBody) {
-  const std::string body =
-      "(view_mode high narrow) (stamina 7990.5 0.9) (speed 0.4 -90) (head_angle 45) (kick 1)"
-      " (dash 2) (turn 3) (say 4) (turn_neck 5) (catch 6) (move 7) (change_view 8)"
-      " (arm (movable 9) (expires 10) (target 1.5 -2) (count 11))"
-      " (focus (target r 7) (count 12)) (tackle (expires 13) (count 14)) (collision (ball) (x))";
-  ASSERT_TRUE(parse("(sense_body 12 " + body + ")"));
-  EXPECT_EQ(std::tuple(record.my_view_width, record.my_view_quality, record.attentionTo,
-                       record.attentionToOurTeam),
-            std::tuple(VIEW_WIDTH_NARROW, VIEW_QUALITY_HIGH, 7, true));
-  EXPECT_EQ(std::tuple(record.stamina, record.effort, record.speed, record.arm_target.x,
-                       record.arm_target.y, record.kick_count, record.dash_count, record.turn_count,
-                       record.say_count, record.turn_neck_count, record.catch_count,
-                       record.move_count, record.change_view_count, record.arm_movable,
-                       record.arm_expires, record.point_to_count, record.attention_to_count,
-                       record.tackle_expires, record.tackle_count),
-            std::tuple(7990.5, 0.9, 0.4, 1.5, -2.0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14));
+  ASSERT_TRUE(parse(
+      "(sense_body 12 (speed 0.4 -90) (arm (movable 9) (expires 10) (target 1.5 -2) (count 11))"
+      " (focus (target r 7) (count 12)) (tackle (expires 13) (count 14)) (collision (ball) (x))"
+      " (move 15) (catch 16))"));
   EXPECT_DOUBLE_EQ(record.speed_angle, -PI / 2);
-  EXPECT_DOUBLE_EQ(record.head_angle, PI / 4);
+  EXPECT_EQ(std::tuple(record.arm_target.x, record.arm_target.y, record.attentionToOurTeam,
+                       record.attentionTo, record.arm_movable, record.arm_expires,
+                       record.point_to_count, record.attention_to_count, record.tackle_expires,
+                       record.tackle_count, record.move_count, record.catch_count),
+            std::tuple(1.5, -2.0, true, 7, 9, 10, 11, 12, 13, 14, 15, 16));
 
   EXPECT_TRUE(parse("(sense_body 13 (focus (target none) (count 3)))"));
   EXPECT_EQ(record.attentionTo, 0);
