@@ -73,8 +73,7 @@ TEST_F(WorldQueries, OtherOffsideLineKnowsTheSetPlaysAndElseOurSecondLastOrTheBa
       {PLAY_MODE_KICK_IN_THEM, -20, -40},   {PLAY_MODE_FREE_KICK_THEM, -20, -40},
       {PLAY_MODE_KICK_IN_THEM, -40, -52.5}, {PLAY_MODE_FREE_KICK_THEM, 25, 0},
       {PLAY_MODE_CORNER_KICK_US, -20, 0},   {PLAY_MODE_CORNER_KICK_THEM, -20, 0},
-      {PLAY_MODE_GOAL_KICK_US, -20, -36},   {PLAY_MODE_GOAL_KICK_THEM, -20, 0},
-  };
+      {PLAY_MODE_GOAL_KICK_US, -20, -36},   {PLAY_MODE_GOAL_KICK_THEM, -20, 0}};
   for (const auto& [playMode, ballX, line] : rows) {
     world.playMode = playMode;
     world.ball.pos.x = ballX;
