@@ -110,6 +110,8 @@ TEST(SayCode, AnglesAreReadByTheSumOfTheirDigits) {
 }
 
 TEST(SayCode, SmallValuesTravel) {
+  EXPECT_EQ(read("bab", Int3B()).getValue(), 4097U);
+  EXPECT_EQ(written(Int3B(4097U)) + written(Int3B(262144U)), "babaaa") << "eighteen bits travel";
   EXPECT_EQ(written(true) + written(false), "ba");
   EXPECT_TRUE(read("c", false));
   EXPECT_EQ(written('\xc8'), "id");

@@ -212,8 +212,10 @@ TEST_F(PlayerParserTest, APlayerIsToldOfItsBody) {
   ASSERT_TRUE(parse(
       "(sense_body 12 (speed 0.4 -90) (arm (movable 9) (expires 10) (target 1.5 -2) (count 11))"
       " (focus (target r 7) (count 12)) (tackle (expires 13) (count 14)) (collision (ball) (x))"
-      " (move 15) (catch 16))"));
+      " (move 15) (catch 16) (view_mode high narrow))"));
   EXPECT_DOUBLE_EQ(record.speed_angle, -PI / 2);
+  EXPECT_EQ(std::pair(record.my_view_width, record.my_view_quality),
+            std::pair(VIEW_WIDTH_NARROW, VIEW_QUALITY_HIGH));
   EXPECT_EQ(std::tuple(record.arm_target.x, record.arm_target.y, record.attentionToOurTeam,
                        record.attentionTo, record.arm_movable, record.arm_expires,
                        record.point_to_count, record.attention_to_count, record.tackle_expires,

@@ -118,7 +118,7 @@ TEST_F(WorldAudio, SpeakerIsWhereHeSaysOrWhereHisVoiceMeetsHisDistance) {
   world.my.number = 2;
   world.my.pos = {3, 4};
   world.ourTeam[6].stamina = 1;
-  world.decodeAudio("RwhV*i....", 6, NO_ANGLE);
+  world.adjust(parsed("(hear 1 0 our 6 \"RwhV*i....\")"));
   world.adjust(parsed("(hear 1 0 our 7 \"RwhV*i...\")"));  // a character short
   EXPECT_TRUE(near(world.ourTeam[6].pos, {10, -5.25}));
   EXPECT_DOUBLE_EQ(world.ourTeam[6].stamina, 4000);
