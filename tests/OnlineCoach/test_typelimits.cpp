@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <random>
 #include <tuple>
 
 #include "Config.h"
@@ -15,31 +17,65 @@
 namespace vok::test {
 namespace {
 
-TEST(TypeAssignment, IsTheBestForAllTogether) {
-  const double none = NAN;
-  // By players the utilities of the types; how many may have each; the players' types.
-  const std::tuple<std::vector<std::vector<double>>, std::vector<int>, std::vector<int>> rows[] = {
-      {{{3, 2}, {3, 0}}, {1, 1}, {1, 0}},
-      {{{9, 8, 0}, {9, 0, 8}, {9, 0, 0}}, {1, 1, 1}, {1, 2, 0}},
-      {{{9, 8, 0}, {9, 8, 6}, {9, 0, 0}}, {1, 1, 1}, {1, 2, 0}},
-      {{{5, 1}, {6, 5}, {6, 4}}, {2, 1}, {0, 1, 0}},
-      {{{2, 2}, {2, 2}}, {2, 2}, {0, 0}},
-      {{{1, 9}, {2, 9}}, {1, 0}, {-1, 0}},
-      {{{-5, 1}, {-6, 1}}, {1, 1}, {0, 1}},
-      {{{none, -0.5}, {none, -0.6}}, {1, 1}, {1, 0}},
-  };
-  for (const auto& [utilities, capacity, expected] : rows) {
-    TypeAssignment assignment(utilities.size(), capacity.size());
-    for (std::size_t p = 0; p < utilities.size(); ++p) {
+// Players without a type, the sum of the utilities (whole numbers here) negated, and that of the
+// types: the least is the best.
+using Value = std::tuple<int, int, int>;
+using Utilities = std::vector<std::vector<int>>;
+
+Value bestOfAll(const Utilities& utility, std::vector<int>& capacity, std::size_t player) {
+  if (player == utility.size()) return {};
+  Value best = bestOfAll(utility, capacity, player + 1);
+  ++std::get<0>(best);
+  for (std::size_t t = 0; t < capacity.size(); ++t) {
+    if (capacity[t] == 0) continue;
+    --capacity[t];
+    const auto [none, sum, ids] = bestOfAll(utility, capacity, player + 1);
+    best = std::min(best, {none, sum - utility[player][t], ids + static_cast<int>(t)});
+    ++capacity[t];
+  }
+  return best;
+}
+
+TEST(TypeAssignment, IsAsGoodAsTryingAll) {
+  std::mt19937 dice(1);
+  for (int round = 0; round < 300; ++round) {
+    const std::size_t players = 1 + dice() % 5;
+    const unsigned spread = round % 2 == 0 ? 4 : 1000;  // with many ties, and hardly any
+    std::vector<int> capacity(1 + dice() % 5);
+    for (int& c : capacity) c = static_cast<int>(dice() % 4);
+    Utilities utility(players, std::vector<int>(capacity.size()));
+    TypeAssignment assignment(players, capacity.size());
+    for (std::size_t p = 0; p < players; ++p) {
       for (std::size_t t = 0; t < capacity.size(); ++t) {
-        assignment.setUtility(p, t, utilities[p][t]);
+        utility[p][t] = static_cast<int>(dice() % spread) - 2;
+        assignment.setUtility(p, t, utility[p][t] / 8.0);
       }
     }
     assignment.solve(capacity);
-    std::vector<int> found;
-    for (std::size_t p = 0; p < utilities.size(); ++p) found.push_back(assignment.typeOf(p));
-    EXPECT_EQ(found, expected);
+    const Value best = bestOfAll(utility, capacity, 0);
+    Value found;
+    for (std::size_t p = 0; p < players; ++p) {
+      const int type = assignment.typeOf(p);
+      if (type == -1) {
+        ++std::get<0>(found);
+        continue;
+      }
+      std::get<1>(found) -= utility[p][static_cast<std::size_t>(type)];
+      std::get<2>(found) += type;
+      EXPECT_GE(--capacity[static_cast<std::size_t>(type)], 0) << round;
+    }
+    EXPECT_EQ(found, best) << round;
   }
+}
+
+TEST(TypeAssignment, AUtilityThatIsNoNumberIsTheWorst) {
+  TypeAssignment assignment(2, 2);
+  for (const std::size_t player : {0U, 1U}) assignment.setUtility(player, 0, NAN);
+  assignment.setUtility(0, 1, -0.5);
+  assignment.setUtility(1, 1, -0.6);
+  assignment.solve({1, 1});
+  EXPECT_EQ(assignment.typeOf(0), 1);
+  EXPECT_EQ(assignment.typeOf(1), 0);
 }
 
 class WithinLimits : public CoachTest {

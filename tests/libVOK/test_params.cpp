@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <tuple>
-#include <vector>
+#include <utility>
 
 #include "Parser.h"
 #include "constants.h"
@@ -23,10 +23,8 @@ TEST_F(ParamsTest, ItemsAreTakenInAnyOrder) {
   EXPECT_TRUE(
       parser.parseServerParam("(server_param (wind_rand 0.5) (synch_mode 1)(port 6010)\n"
                               "(game_log_directory \"./\")(half_time  60)(catch_ban_cycle 9))"));
-  EXPECT_EQ(WIND_RAND, 0.5);
-  EXPECT_TRUE(SYNCH_MODE);
-  EXPECT_EQ(HALF_TIME, 60);
-  EXPECT_EQ(CATCH_BAN_CYCLES, 9);
+  EXPECT_EQ(std::tuple(WIND_RAND, SYNCH_MODE, HALF_TIME, CATCH_BAN_CYCLES),
+            std::tuple(0.5, true, 60, 9));
   EXPECT_EQ(SIMULATOR_STEP, step) << "not named";
   EXPECT_FALSE(parser.parseServerParam("(player_param (half_time 1))"));
   EXPECT_FALSE(parser.parsePlayerParam("(server_param (pt_max 1))"));
@@ -41,24 +39,13 @@ TEST_F(ParamsTest, KeysSetTheConstantsTheyAreMeantFor) {
       "(stamina_inc_max 13.5)(recover_dec_thr 14.5)(catchable_area_w 15.5)(send_vi_step 16)"
       "(kick_rand 17.5)(kickable_margin 18.5)(player_speed_max 19.5)(offside_kick_margin 20.5))"));
   EXPECT_TRUE(PENALTY_ALLOW_MULT_KICKS);
-  const std::vector<int> whole = {PENALTY_SETUP_WAIT, PENALTY_NR_KICKS,  POINTTO_BAN_CYCLES,
-                                  TACKLE_EXP,         SAY_COACH_CNT_MAX, SAY_MSG_SIZE,
-                                  SEND_VI_STEP};
-  EXPECT_EQ(whole, (std::vector{1, 2, 5, 7, 11, 12, 16}));
-  const std::vector<double> reals = {PENALTY_MAX_GOALIE_DIST_X,
-                                     BACCEL_MAX,
-                                     WIND_ANGLE,
-                                     MAXNECKMOMENT,
-                                     MAXNECKANG,
-                                     STAMINA_INC_MAX,
-                                     RECOVER_DEC_THR,
-                                     CATCHABLE_AREA_W,
-                                     KICK_RAND,
-                                     KICKABLE_MARGIN,
-                                     PLAYER_SPEED_MAX,
-                                     OFFSIDE_KICK_MARGIN};
-  EXPECT_EQ(reals,
-            (std::vector{3.5, 6.5, 8.5, 9.5, 10.5, 13.5, 14.5, 15.5, 17.5, 18.5, 19.5, 20.5}));
+  EXPECT_EQ(std::tuple(PENALTY_SETUP_WAIT, PENALTY_NR_KICKS, POINTTO_BAN_CYCLES, TACKLE_EXP,
+                       SAY_COACH_CNT_MAX, SAY_MSG_SIZE, SEND_VI_STEP),
+            std::tuple(1, 2, 5, 7, 11, 12, 16));
+  EXPECT_EQ(std::tuple(PENALTY_MAX_GOALIE_DIST_X, BACCEL_MAX, WIND_ANGLE, MAXNECKMOMENT, MAXNECKANG,
+                       STAMINA_INC_MAX, RECOVER_DEC_THR, CATCHABLE_AREA_W, KICK_RAND,
+                       KICKABLE_MARGIN, PLAYER_SPEED_MAX, OFFSIDE_KICK_MARGIN),
+            std::tuple(3.5, 6.5, 8.5, 9.5, 10.5, 13.5, 14.5, 15.5, 17.5, 18.5, 19.5, 20.5));
 }
 
 TEST_F(ParamsTest, TheFirstItemThatNoRowTakesEndsTheReading) {
@@ -81,17 +68,6 @@ TEST_F(ParamsTest, TheFirstItemThatNoRowTakesEndsTheReading) {
   EXPECT_EQ(errors.take(), "");
 }
 
-TEST_F(ParamsTest, ATokenIsReadWholeOrTheTextStays) {
-  int number = 0;
-  HeardText text{};
-  parser.parseServerParam("(server_param (colour  dark red) (size 3))");
-  EXPECT_EQ(parser.readToken({" (size %d)%n", &number, DT_INT}), 1);
-  EXPECT_EQ(parser.readToken({" (colour %[^)])%n", &text, DT_STRING}), 0);
-  EXPECT_STREQ(text.data(), "dark red");
-  EXPECT_EQ(parser.readToken({" (size %d)%n", &number, static_cast<DataType>(7)}), -1);
-  EXPECT_EQ(errors.take(), "Parser::readToken: unknown data type 7\n");
-}
-
 TEST_F(ParamsTest, APlayerTypeIsReadOverUnknownItems) {
   const std::string known =
       "(player_type (id 3)(player_speed_max 1.05)(stamina_inc_max 45)(player_decay 0.4)"
@@ -99,11 +75,9 @@ TEST_F(ParamsTest, APlayerTypeIsReadOverUnknownItems) {
       "(kick_rand 0.1)(extra_stamina 50)(effort_max 1)";
   SensorData record;
   EXPECT_TRUE(parser.parseServerString(known + "(effort_min 0.6))", record));
-  EXPECT_EQ(record.type, SENSOR_TYPE_PLAYER_TYPE);
-  EXPECT_EQ(record.playerType.player_type, 3);
-  EXPECT_EQ(record.playerType.dash_power_rate, 0.006);
-  EXPECT_EQ(record.playerType.player_size, 0.3);
-  EXPECT_EQ(record.playerType.effort_min, 0.6);
+  const PlayerType& type = record.playerType;
+  EXPECT_EQ(std::tuple(record.type, type.player_type, type.dash_power_rate, type.effort_min),
+            std::tuple(SENSOR_TYPE_PLAYER_TYPE, 3, 0.006, 0.6));
   EXPECT_EQ(errors.take(), "Parser::parsePlayerType: skipping unknown token at 6 (new one)\n");
 
   EXPECT_FALSE(parser.parseServerString(known + ")", record)) << "an item is missing";
@@ -114,28 +88,21 @@ TEST_F(ParamsTest, APlayerTypeIsReadOverUnknownItems) {
 TEST_F(ParamsTest, CountsAreUsableAsSizes) {
   playerParams.player_types = -1;
   playerParams.subs_max = 2000000000;
-  EXPECT_EQ(numPlayerTypes(), 0);
-  EXPECT_EQ(numSubsMax(), 1000);
-  playerParams.player_types = 18;
-  EXPECT_EQ(numPlayerTypes(), 18);
+  EXPECT_EQ(std::pair(numPlayerTypes(), numSubsMax()), std::pair(0, 1000));
 }
 
 TEST(Constants, TheFieldIsMarkedBeforeAnythingRuns) {
-  EXPECT_EQ(HALF_TIME_IN_CYCLES, 3000);
-  const std::tuple<flag_type, double, double> rows[] = {{FLAG_TOP_LEFT, -52.5, -34},
-                                                        {FLAG_P_RIGHT_BOTTOM, 36, 20.16},
-                                                        {FLAG_TOP_0, 0, -39},
-                                                        {FLAG_GOAL_LEFT_TOP, -52.5, -7.01},
-                                                        {FLAG_TOP_LEFT_50, -50, -39},
-                                                        {FLAG_BOTTOM_RIGHT_50, 50, 39},
-                                                        {FLAG_LEFT_BOTTOM_30, -57.5, 30},
-                                                        {FLAG_RIGHT_TOP_10, 57.5, -10}};
+  EXPECT_EQ(std::tuple(HALF_TIME_IN_CYCLES, goal_x[GOAL_LEFT], goal_x[GOAL_RIGHT]),
+            std::tuple(3000, -52.5, 52.5));
+  const std::tuple<flag_type, double, double> rows[] = {
+      {FLAG_TOP_LEFT, -52.5, -34},   {FLAG_P_RIGHT_BOTTOM, 36, 20.16},
+      {FLAG_TOP_0, 0, -39},          {FLAG_GOAL_LEFT_TOP, -52.5, -7.01},
+      {FLAG_TOP_LEFT_50, -50, -39},  {FLAG_BOTTOM_RIGHT_50, 50, 39},
+      {FLAG_RIGHT_TOP_10, 57.5, -10}};
   for (const auto& [flag, x, y] : rows) {
     EXPECT_DOUBLE_EQ(flag_x[static_cast<std::size_t>(flag)], x) << flag;
     EXPECT_DOUBLE_EQ(flag_y[static_cast<std::size_t>(flag)], y) << flag;
   }
-  EXPECT_EQ(goal_x[GOAL_LEFT], -52.5);
-  EXPECT_EQ(goal_x[GOAL_RIGHT], 52.5);
 }
 
 }  // namespace

@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <numbers>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <vector>
 
 #include "Parser.h"
+#include "scanner.h"
 #include "support/server.h"
 
 namespace vok::test {
@@ -31,7 +33,6 @@ class ParserTest : public testing::Test {
 TEST_F(ParserTest, TheHeadDecidesTypeAndTime) {
   const std::tuple<const char*, sensor_data_type, long> rows[] = {
       {"(see 12)", SENSOR_TYPE_STRANGE, 12},
-      {"(see_global 5 ((b) 0 0 0 0))", SENSOR_TYPE_EXACT, 5},
       {"(ok look 6 ((b) 0 0 0 0))", SENSOR_TYPE_EXACT, 6},
       {"(fullstate 7 (x))", SENSOR_TYPE_ERROR, 7},
       {"(hear 8 our 3)", SENSOR_TYPE_HEAR, 8},
@@ -53,10 +54,6 @@ TEST_F(ParserTest, RefusesWhatItDoesNotUnderstand) {
                            "(see 1 ", "(sense_body 1 (x))", "(hear 3", "(hear 3 ", "(init l ok)"})
     EXPECT_FALSE(parse(text)) << text;
   EXPECT_FALSE(parse("(see_global 5 ((b) 0 0 0 0\0))"sv)) << "a text ends at its NUL byte";
-  parser = Parser("Alpha", CLIENT_FIELDPLAYER, 7, 8);
-  errors.take();
-  EXPECT_FALSE(parse("(see_global 5 ((b) 0 0 0 0))"));
-  EXPECT_EQ(errors.take(), "Parser: received see message for coach\n");
 }
 
 TEST_F(ParserTest, ATypeChangeIsOursOnlyBehindAComma) {
@@ -76,45 +73,30 @@ TEST_F(ParserTest, ATypeChangeIsOursOnlyBehindAComma) {
 }
 
 TEST_F(ParserTest, PlayModesAreNamedForEachSide) {
-  // The names of modes of a side, in the modes' order, and others of the same modes.
-  const std::string_view sides[] = {"kick_off",
-                                    "kick_in",
-                                    "free_kick",
-                                    "corner_kick",
-                                    "goal_kick",
-                                    "penalty_kick",
-                                    "goal",
-                                    "goalie_catch_ball",
-                                    "offside",
-                                    "back_pass",
-                                    "free_kick_fault",
-                                    "foul_charge",
-                                    "foul_push",
-                                    "foul_multiple_attack",
-                                    "foul_ballout",
-                                    "penalty_setup",
-                                    "penalty_ready",
-                                    "penalty_taken",
-                                    "penalty_miss",
-                                    "penalty_score"};
-  std::vector<std::tuple<std::string, playing_side, int>> rows = {
-      {"indirect_free_kick", SIDE_LEFT, PLAY_MODE_FREE_KICK_US},
-      {"foul", SIDE_RIGHT, PLAY_MODE_FREE_KICK_US},
-      {"catch_fault", SIDE_LEFT, PLAY_MODE_FREEKICK_FAULT_US},
-      {"illegal_defense", SIDE_LEFT, PLAY_MODE_FREEKICK_FAULT_US}};
-  for (int i = 0; i < static_cast<int>(std::size(sides)); ++i)
-    rows.emplace_back(sides[i], SIDE_LEFT, PLAY_MODE_KICK_OFF_US + 2 * i);
-  for (const auto& [name, ours, mode] : rows) {
-    for (const playing_side side : {SIDE_LEFT, SIDE_RIGHT}) {
-      const int us = side == ours ? 0 : 1;
+  // The names of the modes of a side in the modes' order, and others; a foul is of the other side.
+  std::istringstream names(
+      "kick_off kick_in free_kick corner_kick goal_kick penalty_kick goal goalie_catch_ball "
+      "offside back_pass free_kick_fault foul_charge foul_push foul_multiple_attack foul_ballout "
+      "penalty_setup penalty_ready penalty_taken penalty_miss penalty_score");
+  std::vector<std::tuple<std::string, int, int>> rows = {
+      {"indirect_free_kick", 0, PLAY_MODE_FREE_KICK_US},
+      {"foul", 1, PLAY_MODE_FREE_KICK_US},
+      {"catch_fault", 0, PLAY_MODE_FREEKICK_FAULT_US},
+      {"illegal_defense", 0, PLAY_MODE_FREEKICK_FAULT_US}};
+  int next = PLAY_MODE_KICK_OFF_US;
+  for (std::string name; names >> name; next += 2) rows.emplace_back(name, 0, next);
+  for (const auto& [name, ofOther, mode] : rows) {
+    for (const int us : {0, 1}) {
+      const playing_side side = us == ofOther ? SIDE_LEFT : SIDE_RIGHT;
       EXPECT_EQ(Parser::parsePlaymode(name + "_l_1)", side), mode + us) << name;
       EXPECT_EQ(Parser::parsePlaymode(name + "_r", side), mode + 1 - us) << name;
     }
   }
-  const char* const others[] = {"before_kick_off", "time_over", "half_time", "time_extended",
-                                "pause",           "play_on",   "drop_ball", "human_judge"};
-  for (int i = 0; i < static_cast<int>(std::size(others)); ++i)
-    EXPECT_EQ(Parser::parsePlaymode(others[i], SIDE_LEFT), i) << others[i];
+  std::istringstream others(
+      "before_kick_off time_over half_time time_extended pause play_on drop_ball human_judge");
+  next = 0;
+  for (std::string name; others >> name;)
+    EXPECT_EQ(Parser::parsePlaymode(name, SIDE_LEFT), next++) << name;
   EXPECT_EQ(Parser::parsePlaymode("time_up", SIDE_LEFT), PLAY_MODE_TIME_OVER);
   EXPECT_EQ(Parser::parsePlaymode("first_half_over", SIDE_LEFT), PLAY_MODE_HALF_TIME);
   EXPECT_EQ(errors.take(), "");
@@ -134,15 +116,16 @@ TEST_F(ParserTest, AGlobalViewKnowsWhoseGoalsItSees) {
 }
 
 TEST_F(ParserTest, AViewEndsAtTheFirstObjectThatIsNone) {
-  const std::pair<const char*, const char*> rows[] = {
+  std::string crowd;
+  for (int i = 0; i < 23; ++i) crowd += "((p) 60 20)";
+  const std::pair<std::string, const char*> rows[] = {
       {"((g l) 0 0) ((g r) 0 0) ((g l) 0 0))", "Parser: to manny goals!\n"},
+      {crowd + ")", "Parser: to manny players!\n"},
       {"((f c) 0 0))", ""},
       {")", "Parser: malformed object: l=0 len=0\n')'\n"},
-      {"((b)))", "Parser: malformed object: l=4 len=0\n'((b)))'\n"},
-      {"((b) 0 nan 0 0))", "Parser: malformed object: l=5 len=15\n'((b) 0 nan 0 0))'\n"},
       {"((b) 1e999 0\n))", "Parser: malformed object: l=5 len=14\n'((b) 1e999 0'\n"}};
   for (const auto& [objects, error] : rows) {
-    EXPECT_FALSE(parse(std::string("(see_global 1 ") + objects)) << objects;
+    EXPECT_FALSE(parse("(see_global 1 " + objects)) << objects;
     EXPECT_EQ(errors.take(), error);
   }
   EXPECT_FALSE(parse("(see_global 1 ((b) 3 0 0 0) ((" + std::string(8000, 'p') + ") 0 0"));
@@ -150,61 +133,49 @@ TEST_F(ParserTest, AViewEndsAtTheFirstObjectThatIsNone) {
 }
 
 TEST_F(ParserTest, LandmarksAreToldByTheLongestName) {
-  const std::pair<const char*, flag_type> rows[] = {{"f l t 30", FLAG_LEFT_TOP_30},
-                                                    {"f l t", FLAG_TOP_LEFT},
-                                                    {"f r b", FLAG_BOTTOM_RIGHT},
-                                                    {"f r 0", FLAG_RIGHT_0},
-                                                    {"f c", FLAG_CENTER},
-                                                    {"f p r c", FLAG_P_RIGHT_CENTER},
-                                                    {"f g l b", FLAG_GOAL_LEFT_BOTTOM},
-                                                    {"f t l", FLAG_UNKNOWN},
-                                                    {"f c t", FLAG_TOP_CENTER}};
-  for (const auto& [name, which] : rows) {
+  for (const auto& [name, which] : {std::pair("f l t 30", FLAG_LEFT_TOP_30),
+                                    {"f l t", FLAG_TOP_LEFT},
+                                    {"f c", FLAG_CENTER},
+                                    {"f c t", FLAG_TOP_CENTER},
+                                    {"f p r c", FLAG_P_RIGHT_CENTER},
+                                    {"f g l b", FLAG_GOAL_LEFT_BOTTOM},
+                                    {"f t l", FLAG_UNKNOWN}}) {
     SensorFlag flag;
     Parser::parseFlag(name, flag);
     EXPECT_EQ(flag.which, which) << name;
   }
-  SensorLine line;
-  Parser::parseLine("l r", line);
-  EXPECT_EQ(line.which, LINE_RIGHT);
-  Parser::parseLine("l", line);
-  EXPECT_EQ(line.which, LINE_UNKNOWN);
-  EXPECT_EQ(Parser::determineObject("f c"), OT_FLAG);
 }
 
 TEST_F(ParserTest, TheRefereeTellsModesScoresAndPenaltySides) {
-  const std::tuple<const char*, play_mode, int, playing_side> rows[] = {
-      {"goal_l_2", PLAY_MODE_GOAL_US, 2, SIDE_UNKNOWN},
-      {"penalty_onfield_r", PLAY_MODE_UNKNOWN, -1, SIDE_RIGHT},
-      {"penalty_winner_r", PLAY_MODE_UNKNOWN, -1, SIDE_UNKNOWN},
-      {"penalty_foul_l", PLAY_MODE_UNKNOWN, -1, SIDE_UNKNOWN},
-      {"penalty_draw", PLAY_MODE_UNKNOWN, -1, SIDE_UNKNOWN}};
-  const int noScore = SensorData().score;
-  for (const auto& [call, mode, score, penaltySide] : rows) {
-    EXPECT_TRUE(parse(std::string("(hear 120 referee ") + call + ")"));
-    EXPECT_EQ(record.mode, mode) << call;
-    EXPECT_EQ(record.score, score < 0 ? noScore : score) << call;
-    EXPECT_EQ(record.penaltySide, penaltySide) << call;
+  for (const char* call :
+       {"penalty_onfield_r", "penalty_winner_r", "penalty_foul_l", "penalty_draw"}) {
+    EXPECT_TRUE(parse("(hear 120 referee " + std::string(call) + ")"));
+    EXPECT_EQ(record.mode, PLAY_MODE_UNKNOWN) << call;
+    EXPECT_EQ(record.penaltySide, call[8] == 'o' ? SIDE_RIGHT : SIDE_UNKNOWN) << call;
   }
+  EXPECT_TRUE(parse("(hear 120 referee goal_l_2)"));
+  EXPECT_EQ(std::pair(record.mode, record.score), std::pair(PLAY_MODE_GOAL_US, 2));
   EXPECT_FALSE(parse("(hear 120 referee goal_l)")) << "a goal has a count";
   EXPECT_EQ(errors.take(), "");
   EXPECT_TRUE(parse("(hear 51 referee hello_all)"));
   EXPECT_EQ(errors.take(), "Unknown Playmode: hello_all)\n");
 }
 
-TEST_F(ParserTest, AVoiceFitsItsRoom) {
+TEST_F(ParserTest, AVoiceFitsItsRoomAndComesFromADirection) {
   const std::string flood(8000, 'a');
   EXPECT_TRUE(parse("(hear 1 (p \"" + flood + "\" 3) \"" + flood + "\")"));
-  EXPECT_EQ(std::string_view(record.sender_name.data()).size(), 512U);
-  EXPECT_EQ(std::string_view(record.message.data()).size(), 512U);
+  EXPECT_EQ(record.sender_name.data(), std::string(512, 'a'));
+  EXPECT_EQ(record.message.data(), std::string(512, 'a'));
+  EXPECT_TRUE(parse("(hear 1 270 our 3 \"a\")"));
+  EXPECT_DOUBLE_EQ(record.sender_dir, -PI / 2);
+  EXPECT_FALSE(parse("(hear 1 90 our 3)")) << "without a text";
 }
 
 TEST_F(ParserTest, ACoachSpeaksFreelyOrInItsLanguage) {
   const std::string head = "(hear 138 online_coach_left ";
   const std::tuple<const char*, CoachMsgType, const char*> rows[] = {
       {"(freeform \"a b\"))", CMT_FREEFORM, "a b"},
-      {"(advice (6000 (true) (do our {3} (hold))))", CMT_ADVICE,
-       " (6000 (true) (do our {3} (hold))))"},
+      {"(advice (6000 (true) (hold))))", CMT_ADVICE, " (6000 (true) (hold))))"},
       {"(info x))", CMT_INFO, " x))"},
       {"(meta x))", CMT_META, " x))"},
       {"(define x))", CMT_DEFINE, " x))"},
@@ -236,30 +207,20 @@ class PlayerParserTest : public ParserTest {
   Parser player{"Alpha", CLIENT_FIELDPLAYER, 7, 8};
 };
 
+// Most of a body sense is held by the fuzzers' good cycle.
 TEST_F(PlayerParserTest, APlayerIsToldOfItsBody) {
-  const std::string body =
-      "(view_mode high narrow) (stamina 7990.5 0.9) (speed 0.4 -90) (head_angle 45) (kick 1)"
-      " (dash 2) (turn 3) (say 4) (turn_neck 5) (catch 6) (move 7) (change_view 8)"
-      " (arm (movable 9) (expires 10) (target 1.5 -2) (count 11))"
-      " (focus (target r 7) (count 12)) (tackle (expires 13) (count 14)) (collision (ball) (x))";
-  ASSERT_TRUE(parse("(sense_body 12 " + body + ")"));
-  EXPECT_EQ(record.type, SENSOR_TYPE_SENSE_BODY);
-  EXPECT_EQ(record.time, 12);
-  EXPECT_EQ(record.my_view_width, VIEW_WIDTH_NARROW);
-  EXPECT_EQ(record.my_view_quality, VIEW_QUALITY_HIGH);
-  EXPECT_EQ((std::vector{record.stamina, record.effort, record.speed, record.arm_target.x,
-                         record.arm_target.y}),
-            (std::vector{7990.5, 0.9, 0.4, 1.5, -2.0}));
+  ASSERT_TRUE(parse(
+      "(sense_body 12 (speed 0.4 -90) (arm (movable 9) (expires 10) (target 1.5 -2) (count 11))"
+      " (focus (target r 7) (count 12)) (tackle (expires 13) (count 14)) (collision (ball) (x))"
+      " (move 15) (catch 16) (view_mode high narrow))"));
   EXPECT_DOUBLE_EQ(record.speed_angle, -PI / 2);
-  EXPECT_DOUBLE_EQ(record.head_angle, PI / 4);
-  EXPECT_EQ((std::vector{record.kick_count, record.dash_count, record.turn_count, record.say_count,
-                         record.turn_neck_count, record.catch_count, record.move_count,
-                         record.change_view_count, record.arm_movable, record.arm_expires,
-                         record.point_to_count, record.attention_to_count, record.tackle_expires,
-                         record.tackle_count}),
-            (std::vector{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}));
-  EXPECT_EQ(record.attentionTo, 7);
-  EXPECT_TRUE(record.attentionToOurTeam);
+  EXPECT_EQ(std::pair(record.my_view_width, record.my_view_quality),
+            std::pair(VIEW_WIDTH_NARROW, VIEW_QUALITY_HIGH));
+  EXPECT_EQ(std::tuple(record.arm_target.x, record.arm_target.y, record.attentionToOurTeam,
+                       record.attentionTo, record.arm_movable, record.arm_expires,
+                       record.point_to_count, record.attention_to_count, record.tackle_expires,
+                       record.tackle_count, record.move_count, record.catch_count),
+            std::tuple(1.5, -2.0, true, 7, 9, 10, 11, 12, 13, 14, 15, 16));
 
   EXPECT_TRUE(parse("(sense_body 13 (focus (target none) (count 3)))"));
   EXPECT_EQ(record.attentionTo, 0);
@@ -276,16 +237,13 @@ TEST_F(PlayerParserTest, APlayerSeesFromWhereItStands) {
       parse("(see 12 ((f c) 10 -90) ((g r) 50 0) ((l b) 30 45) ((b) 3.5 180 0.2 -1)"
             " ((p \"Alpha\" 3 goalie) 5 10 0 1 90 -90 t) ((p \"Beta\") 40 20 90)"
             " ((p) 60 20) ((B) 1 2) ((p \"Beta\" 4) 20))"));
-  EXPECT_EQ(record.type, SENSOR_TYPE_SEE);
-  EXPECT_TRUE(record.flag[FLAG_CENTER].valid);
   EXPECT_DOUBLE_EQ(record.flag[FLAG_CENTER].dir, -PI / 2);
-  EXPECT_EQ(record.goal[GOAL_RIGHT].team, TEAM_US);
-  EXPECT_EQ(record.goal[GOAL_RIGHT].dist, 50);
-  EXPECT_FALSE(record.goal[GOAL_LEFT].valid);
-  EXPECT_EQ(record.line[LINE_BOTTOM].dist, 30);
-  EXPECT_EQ(record.ball.dist, 3.5);
-  EXPECT_EQ(record.ball.dist_change, 0.2);
   EXPECT_DOUBLE_EQ(record.ball.dir_change, -PI / 180);
+  EXPECT_EQ(std::tuple(record.ball.dist, record.ball.dist_change, record.line[LINE_BOTTOM].dist),
+            std::tuple(3.5, 0.2, 30));
+  const SensorGoal& goal = record.goal[GOAL_RIGHT];
+  EXPECT_EQ(std::tuple(goal.valid, goal.team, goal.dist), std::tuple(true, TEAM_US, 50));
+  EXPECT_FALSE(record.goal[GOAL_LEFT].valid);
 
   using Seen = std::tuple<team_number, int, goalie_player, double, double, double, bool>;
   const auto seen = [this](std::size_t i) {
@@ -300,15 +258,41 @@ TEST_F(PlayerParserTest, APlayerSeesFromWhereItStands) {
 
   std::string crowd;
   for (int i = 0; i < 22; ++i) crowd += "((p) 60 20)";
-  crowd += ")";
-  for (const std::string text :
-       {crowd.c_str(), "((b) 1 2)", "((b) 1 1e999))", "(b 1 2))", "((b 1 2)"})
-    EXPECT_FALSE(parse("(see 12 " + text)) << text;
-  errors.take();
+  for (const char* text : {"((b) 1 2)", "((b) 1 1e999))", "(b 1 2))", "((b 1 2)"})
+    EXPECT_FALSE(parse("(see 12 " + std::string(text))) << text;
   EXPECT_FALSE(parse("(see 12 " + crowd + ")"));
   EXPECT_FALSE(parse("(see 12 ((l t) 1 2)((l t) 1 2)((l t) 1 2)((l t) 1 2)((l t) 1 2))"));
   EXPECT_EQ(errors.take(), "Parser: to manny players!\nParser: to manny lines!\n");
   EXPECT_FALSE(ParserTest::parse("(see 12 ((b) 1 2))")) << "a coach is sent no such view";
+  EXPECT_FALSE(parse("(see_global 5 ((b) 0 0 0 0))"));
+  EXPECT_EQ(errors.take(), "Parser: received see message for coach\n");
+}
+
+// What the scanner reads otherwise than sscanf; the rest is held against that by fuzz_scanner.
+TEST(Scanner, RefusesNumbersThatDoNotFitAndStaysBeforeThem) {
+  const std::string huge = std::string(400, '1') + "e-5";
+  for (const std::string text : {"inf", " -nan", "1e400", huge.c_str(), "+-1", "."}) {
+    double value = 7;
+    Scanner at(text);
+    EXPECT_FALSE(at.real(value)) << text;
+    EXPECT_EQ(value, 7) << text;
+    EXPECT_EQ(at.rest(), text);
+    EXPECT_EQ(at.atUnfitReal(), text.find_first_of("n4") != std::string::npos || text == huge);
+  }
+  int integer = 7;
+  short small = 7;
+  EXPECT_FALSE(Scanner("2147483648").integer(integer) || Scanner().integer(integer));
+  EXPECT_FALSE(Scanner("32768").integer(small));
+
+  double value = 7;
+  Scanner hexadecimal("0x10");
+  EXPECT_TRUE(hexadecimal.real(value));
+  EXPECT_EQ(hexadecimal.rest(), "x10");
+  const std::string minute = "0." + std::string(400, '0') + "1";
+  for (const std::string& tiny : {std::string("-1e-400"), minute, minute + "e+10"}) {
+    EXPECT_TRUE(Scanner(tiny).real(value)) << tiny << ": too small is zero";
+    EXPECT_EQ(value, 0) << tiny;
+  }
 }
 
 }  // namespace

@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstring>
 #include <string>
 #include <tuple>
 
-#include "constants.h"
 #include "support/world.h"
 
 namespace vok::test {
@@ -13,8 +11,6 @@ namespace {
 
 class WorldAudio : public testing::Test {
  protected:
-  ~WorldAudio() override { playerParams = {}; }
-
   static std::string encoded(const Worldmodel& from, MessageType type, const WBall& comball = {}) {
     char text[] = "..........";
     from.encodeAudio(type, text, comball);
@@ -103,41 +99,37 @@ TEST_F(WorldAudio, PlayersMessageIsTwoNumbersAndADistance) {
 }
 
 TEST_F(WorldAudio, HeardBallReplacesOnlyAnOlderOne) {
+  // Behind the ball of our number 4, heard by an older and by a fresh one, are those of a
+  // foreigner, a planned ball, a place beyond the grid, and no such type.
   const std::tuple<const char*, int, int, bool> cases[] = {
-      {".bqQKk...a", 4, 2, true},   {".bqQKk...a", 4, 1, false},
-      {".bqQKk...a", 12, 2, false}, {"m4bk u...a", 4, 2, false},  // a planned ball
-      {".bq   ...a", 4, 2, false},                                // a place beyond the grid
-      {"   QKk...a", 4, 2, false},                                // no such type
-  };
+      {".bqQKk...a", 4, 2, true},  {".bqQKk...a", 4, 1, false}, {".bqQKk...a", 12, 2, false},
+      {"m4bk u...a", 4, 2, false}, {".bq   ...a", 4, 2, false}, {"   QKk...a", 4, 2, false}};
   for (const auto& [text, sender, ageBefore, taken] : cases) {
     world.ball = WBall({30, 30}, {});
     world.ball.age = ageBefore;
     world.decodeAudio(text, sender, NO_ANGLE);
     EXPECT_EQ(world.ball.age, taken ? 1 : ageBefore) << text << sender;
-    EXPECT_TRUE(near(world.ball.pos, taken ? Vector2d(0, 0) : Vector2d(30, 30)));
-    EXPECT_TRUE(near(world.ball.v, taken ? Vector2d(0, 2) : Vector2d(0, 0)));
+    EXPECT_TRUE(near(world.ball.pos, taken ? Vector2d() : Vector2d(30, 30)));
+    EXPECT_TRUE(near(world.ball.v, taken ? Vector2d(0, 2) : Vector2d()));
   }
 }
 
 TEST_F(WorldAudio, SpeakerIsWhereHeSaysOrWhereHisVoiceMeetsHisDistance) {
-  SensorData data;
-  data.type = SENSOR_TYPE_HEAR;
-  data.sender = SENDER_PLAYER_US;
-  for (const char* text : {"RwhV*i....", "RwhV*i..."}) {  // the second is a character short
-    data.sender_num = text[9] == '.' ? 6 : 9;
-    std::strcpy(data.message.data(), text);
-    world.adjust(data);
-  }
-  EXPECT_TRUE(near(world.ourTeam[6].pos, {10, -5.25}));
-  EXPECT_EQ(world.ourTeam[6].age, 0);
-  EXPECT_EQ(world.ourTeam[9].age, NEVER);
-
   world.my.number = 2;
   world.my.pos = {3, 4};
+  world.ourTeam[6].stamina = 1;
+  world.adjust(parsed("(hear 1 0 our 6 \"RwhV*i....\")"));
+  world.adjust(parsed("(hear 1 0 our 7 \"RwhV*i...\")"));  // a character short
+  EXPECT_TRUE(near(world.ourTeam[6].pos, {10, -5.25}));
+  EXPECT_DOUBLE_EQ(world.ourTeam[6].stamina, 4000);
   world.decodeAudio(".bqQKk... ", 8, 0);  // 64 m from the centre on the line y = 4
   EXPECT_TRUE(near(world.ourTeam[8].pos, {63.874877, 4}));
   world.decodeAudio(".bqQKk...a", 9, 0);  // the line does not meet the circle
-  EXPECT_EQ(world.ourTeam[9].age, NEVER);
+  world.decodeAudio(".bqQKk... ", 2, 0);  // our own words
+  world.my.pos = {-70, 4};
+  world.decodeAudio(".bqQKk... ", 10, 0);  // the line meets it twice ahead of us
+  for (std::size_t n = 1; n <= 11; ++n)
+    EXPECT_EQ(world.ourTeam[n].age, n == 6 || n == 8 ? 0 : int{NEVER}) << n;
 }
 
 }  // namespace

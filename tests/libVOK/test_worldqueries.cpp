@@ -21,6 +21,7 @@ class WorldQueries : public testing::Test {
 };
 
 TEST_F(WorldQueries, RankPlayersByDistanceAndThenByNumber) {
+  put(world.otherTeam[1], {0, 0.5}, 0);
   put(world.ourTeam[0], {0, 0}, 0);  // no player
   put(world.ourTeam[2], {3, 4}, 1);
   put(world.ourTeam[7], {-5, 0}, 1);  // as far as number 2
@@ -30,6 +31,7 @@ TEST_F(WorldQueries, RankPlayersByDistanceAndThenByNumber) {
   for (const int number : {-1, 9, 2, 7, -1})
     EXPECT_EQ(world.ourTeamClosestTo({0, 0}, 1, index++), number);
   EXPECT_EQ(world.ourTeamClosestTo({0, 0}, NEVER, 12), -1);
+  EXPECT_EQ(world.otherTeamClosestTo({0, 0}, 1, 1), 1);
 }
 
 TEST_F(WorldQueries, CountThePlayersInACorridor) {
@@ -37,8 +39,9 @@ TEST_F(WorldQueries, CountThePlayersInACorridor) {
   put(world.ourTeam[3], {5, 0.9}, 3);
   put(world.ourTeam[4], {5, -1.1}, 0);   // beside the band
   put(world.ourTeam[11], {10.5, 0}, 0);  // around the target
-  EXPECT_EQ(world.ourTeamInCorridor({0, 0}, {10, 0}, 2, PI / 4, 3), 2);
-  EXPECT_EQ(world.ourTeamInCorridor({0, 0}, {10, 0}, 2, PI / 4, 2), 1);
+  for (const int maxAge : {2, 3})
+    EXPECT_EQ(world.ourTeamInCorridor({0, 0}, {10, 0}, 2, PI / 4, maxAge), maxAge - 1);
+  EXPECT_EQ(world.otherTeamInCorridor({0, 0}, {10, 0}, 2, PI / 4, 3), 0);
 }
 
 TEST_F(WorldQueries, OurOffsideLineFollowsTheSecondLastOpponentOrTheBall) {
@@ -70,8 +73,7 @@ TEST_F(WorldQueries, OtherOffsideLineKnowsTheSetPlaysAndElseOurSecondLastOrTheBa
       {PLAY_MODE_KICK_IN_THEM, -20, -40},   {PLAY_MODE_FREE_KICK_THEM, -20, -40},
       {PLAY_MODE_KICK_IN_THEM, -40, -52.5}, {PLAY_MODE_FREE_KICK_THEM, 25, 0},
       {PLAY_MODE_CORNER_KICK_US, -20, 0},   {PLAY_MODE_CORNER_KICK_THEM, -20, 0},
-      {PLAY_MODE_GOAL_KICK_US, -20, -36},   {PLAY_MODE_GOAL_KICK_THEM, -20, 0},
-  };
+      {PLAY_MODE_GOAL_KICK_US, -20, -36},   {PLAY_MODE_GOAL_KICK_THEM, -20, 0}};
   for (const auto& [playMode, ballX, line] : rows) {
     world.playMode = playMode;
     world.ball.pos.x = ballX;
@@ -82,23 +84,25 @@ TEST_F(WorldQueries, OtherOffsideLineKnowsTheSetPlaysAndElseOurSecondLastOrTheBa
 }
 
 TEST_F(WorldQueries, ADirectionIsAsOldAsItsFreshestLook) {
-  world.vDir[3] = PI;
-  world.vDir[9] = -3.0;
-  world.vAngle[3] = Worldmodel::getViewAngle(VIEW_WIDTH_NORMAL);
-  world.vAngle[9] = Worldmodel::getViewAngle(VIEW_WIDTH_NARROW);
-  world.vAge[3] = 5;
-  world.vAge[9] = 2;
+  world.vDir[3] = -3.0;
+  world.vDir[9] = PI;
+  world.vAngle[3] = Worldmodel::getViewAngle(VIEW_WIDTH_NARROW);
+  world.vAngle[9] = Worldmodel::getViewAngle(VIEW_WIDTH_NORMAL);
+  world.vAge[3] = 2;
+  world.vAge[9] = 5;
   for (const auto& [direction, age] : {std::pair(3.1, 2), {2.5, 5}, {2.2, int{NEVER}}})
     EXPECT_EQ(world.dirAge(direction), age) << direction;  // the first across the seam at pi
 }
 
 TEST_F(WorldQueries, LookingAroundEndsWithNineFreshDirectionsOfSixteen) {
-  world.my.bodyDir = world.vDir[0] = 3.0;
-  for (const auto& [age, angle, finished] :
-       {std::tuple(7, 4.1, true), {7, 3.9, false}, {8, 8.0, false}}) {
+  world.my.bodyDir = 3.0;
+  // Age of a look, its middle and half its width in steps of the sixteen.
+  for (const auto& [age, middle, angle, finished] :
+       {std::tuple(7, 0.0, 4.1, true), {7, 0.5, 4.1, false}, {8, 0.0, 8.0, false}}) {
     world.vAge[0] = age;
+    world.vDir[0] = 3.0 + middle * PI / 8;
     world.vAngle[0] = angle * PI / 8;
-    EXPECT_EQ(world.lookAroundFinished(), finished) << age << " " << angle;
+    EXPECT_EQ(world.lookAroundFinished(), finished) << age << " " << middle;
   }
 }
 

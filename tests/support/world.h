@@ -1,14 +1,27 @@
-// Worlds without a server.
+// Worlds without a server, and the records of its texts.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <memory>
+#include <string_view>
 
 #include "Config.h"
+#include "Parser.h"
 #include "constants.h"
 #include "support/server.h"
 #include "worldmodel.h"
 
 namespace vok::test {
+
+/// The record of a text to a client of "Alpha" on the left.
+inline SensorData parsed(std::string_view text, client_type client = CLIENT_ONLINECOACH) {
+  Parser parser("Alpha", client, 7, 8);
+  parser.setSide(SIDE_LEFT);
+  SensorData data;
+  EXPECT_TRUE(parser.parseServerString(text, data)) << text;
+  return data;
+}
 
 /// A world in which nobody was ever seen, of so many player types and substitution rings.
 inline Worldmodel newWorld(int types = 0, const char* rings = "11", Comm* comm = nullptr) {
