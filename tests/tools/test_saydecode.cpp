@@ -17,7 +17,7 @@ std::pair<int, std::string> saydecode(const std::string& arguments, const std::s
   // A file of this process alone: tests run side by side.
   const std::string file = testing::TempDir() + "saydecode" + std::to_string(getpid());
   std::ofstream(file, std::ios::binary) << input;
-  const auto result = runCommand(VOK_BIN_DIR "/saydecode " + arguments + " <" + file);
+  auto result = runCommand(VOK_BIN_DIR "/saydecode " + arguments + " <" + file);
   std::remove(file.c_str());
   return result;
 }
