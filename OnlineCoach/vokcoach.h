@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "Team.h"
-#include "goalshotmodule/goalshoteval.h"
+#include "goalshoteval.h"
 #include "onlinecoach.h"
-#include "passmodule/passeval.h"
-#include "positionmodule/positioneval.h"
-#include "tacticalmodule/tacticalmodule.h"
+#include "passeval.h"
+#include "positioneval.h"
+#include "tacticalmodule.h"
 #include "typelimits.h"
 
 namespace vok {

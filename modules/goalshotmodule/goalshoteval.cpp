@@ -1,4 +1,4 @@
-#include "goalshotmodule/goalshoteval.h"
+#include "goalshoteval.h"
 
 #include "Config.h"
 #include "constants.h"

@@ -1,4 +1,4 @@
-#include "passmodule/passeval.h"
+#include "passeval.h"
 
 #include "Config.h"
 

@@ -1,4 +1,4 @@
-#include "positionmodule/positioneval.h"
+#include "positioneval.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "tacticalmodule/decaytypes.h"
+#include "decaytypes.h"
 
 #include <algorithm>
 #include <cmath>

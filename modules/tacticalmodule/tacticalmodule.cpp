@@ -1,4 +1,4 @@
-#include "tacticalmodule/tacticalmodule.h"
+#include "tacticalmodule.h"
 
 #include <algorithm>
 #include <cmath>

@@ -8,8 +8,8 @@
 #include <array>
 
 #include "grade.h"
-#include "tacticalmodule/decaytypes.h"
-#include "tacticalmodule/playertypedata.h"
+#include "decaytypes.h"
+#include "playertypedata.h"
 #include "worldmodel.h"
 
 namespace vok {

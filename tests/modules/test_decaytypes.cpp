@@ -1,11 +1,11 @@
 // The opponents' types from the decay of their speed, step by step.
-#include "tacticalmodule/decaytypes.h"
+#include "decaytypes.h"
 
 #include <gtest/gtest.h>
 
 #include "Parser.h"
 #include "support/world.h"
-#include "tacticalmodule/tacticalmodule.h"
+#include "tacticalmodule.h"
 
 namespace vok::test {
 namespace {

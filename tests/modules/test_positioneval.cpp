@@ -1,6 +1,6 @@
 // The band and the places of the shipped formation, and what the goal shot makes of its settings,
 // against numbers worked out by hand.
-#include "positionmodule/positioneval.h"
+#include "positioneval.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 #include <tuple>
 #include <utility>
 
-#include "goalshotmodule/goalshoteval.h"
+#include "goalshoteval.h"
 #include "support/world.h"
 
 namespace vok::test {

@@ -1,5 +1,5 @@
 // Roles, and what the opponents' motion tells about their types.
-#include "tacticalmodule/tacticalmodule.h"
+#include "tacticalmodule.h"
 
 #include <gtest/gtest.h>
 

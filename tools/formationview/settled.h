@@ -4,8 +4,8 @@
 #include <array>
 #include <optional>
 
-#include "positionmodule/positioneval.h"
-#include "tacticalmodule/tacticalmodule.h"
+#include "positioneval.h"
+#include "tacticalmodule.h"
 #include "worldmodel.h"
 
 namespace vok {

@@ -6,7 +6,7 @@
 #include "Comm.h"
 #include "Config.h"
 #include "constants.h"
-#include "tacticalmodule/tacticalmodule.h"
+#include "tacticalmodule.h"
 
 namespace vok::typecheck {
 
