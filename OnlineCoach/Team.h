@@ -13,7 +13,7 @@ namespace vok {
 class Team {
  public:
   /// The world may be null until the first update.
-  explicit Team(const Worldmodel* newWorld) : world(newWorld) {}
+  explicit Team(const Worldmodel* world) : world(world) {}
 
   /// Centre and spread of the opponents that were seen lately, without their goalie; unchanged
   /// when there are none.

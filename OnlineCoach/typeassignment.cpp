@@ -25,91 +25,91 @@ constexpr std::int64_t IMPOSSIBLE_COST = std::numeric_limits<std::int64_t>::max(
 }  // namespace
 
 TypeAssignment::TypeAssignment(std::size_t numPlayers, std::size_t numTypes)
-    : players(numPlayers),
-      types(numTypes),
-      columns(numTypes + numPlayers),
-      utilities(numPlayers * numTypes),
-      costs(numPlayers * columns),
-      distance(columns),
-      mover(columns),
-      used(columns),
-      chosen(numPlayers) {}
+    : players_(numPlayers),
+      types_(numTypes),
+      columns_(numTypes + numPlayers),
+      utilities_(numPlayers * numTypes),
+      costs_(numPlayers * columns_),
+      distance_(columns_),
+      mover_(columns_),
+      used_(columns_),
+      chosen_(numPlayers) {}
 
 void TypeAssignment::setUtility(std::size_t player, std::size_t type, double utility) {
-  utilities[player * types + type] = utility;
+  utilities_[player * types_ + type] = utility;
 }
 
 double TypeAssignment::utility(std::size_t player, std::size_t type) const {
-  return utilities[player * types + type];
+  return utilities_[player * types_ + type];
 }
 
 void TypeAssignment::solve(const std::vector<int>& capacity) {
   weigh();
-  std::fill(used.begin(), used.end(), 0);
-  std::fill(chosen.begin(), chosen.end(), UNPLACED);
-  for (std::size_t player = 0; player < players; ++player) place(player, capacity);
+  std::fill(used_.begin(), used_.end(), 0);
+  std::fill(chosen_.begin(), chosen_.end(), UNPLACED);
+  for (std::size_t player = 0; player < players_; ++player) place(player, capacity);
 }
 
 int TypeAssignment::typeOf(std::size_t player) const {
-  return chosen[player] < types ? static_cast<int>(chosen[player]) : -1;
+  return chosen_[player] < types_ ? static_cast<int>(chosen_[player]) : -1;
 }
 
 void TypeAssignment::weigh() {
   double greatest = 0;
-  for (const double u : utilities) {
+  for (const double u : utilities_) {
     if (std::isfinite(u)) greatest = std::max(greatest, std::abs(u));
   }
   if (greatest == 0) greatest = 1;
-  for (std::size_t player = 0; player < players; ++player) {
-    for (std::size_t t = 0; t < types; ++t) {
+  for (std::size_t player = 0; player < players_; ++player) {
+    for (std::size_t t = 0; t < types_; ++t) {
       const double u = utility(player, t);
       const double loss = std::isfinite(u) ? -u / greatest * SCALE : SCALE;
       cost(player, t) = std::llround(loss) * ID_RANGE + static_cast<Cost>(t);
     }
-    for (std::size_t other = 0; other < players; ++other) {
-      cost(player, types + other) = other == player ? NO_TYPE : IMPOSSIBLE_COST;
+    for (std::size_t other = 0; other < players_; ++other) {
+      cost(player, types_ + other) = other == player ? NO_TYPE : IMPOSSIBLE_COST;
     }
   }
 }
 
 /// Fills the column that costs least, by itself or with what has to move for it.
 void TypeAssignment::place(std::size_t player, const std::vector<int>& capacity) {
-  for (std::size_t c = 0; c < columns; ++c) {
-    distance[c] = cost(player, c);
-    mover[c] = player;
+  for (std::size_t c = 0; c < columns_; ++c) {
+    distance_[c] = cost(player, c);
+    mover_[c] = player;
   }
-  for (std::size_t round = 0; round < players; ++round) {
+  for (std::size_t round = 0; round < players_; ++round) {
     bool shorter = false;
     for (std::size_t holder = 0; holder < player; ++holder) shorter |= moveOn(holder);
     if (!shorter) break;
   }
 
-  std::size_t last = types + player;  // always free
+  std::size_t last = types_ + player;  // always free
   for (std::size_t next = last; next-- > 0;) {
-    const int room = next < types ? capacity[next] : 1;
-    if (used[next] < room && distance[next] <= distance[last]) last = next;
+    const int room = next < types_ ? capacity[next] : 1;
+    if (used_[next] < room && distance_[next] <= distance_[last]) last = next;
   }
-  ++used[last];
+  ++used_[last];
   std::size_t c = last;
-  while (mover[c] != player) {
-    const std::size_t holder = mover[c];
-    std::swap(chosen[holder], c);
+  while (mover_[c] != player) {
+    const std::size_t holder = mover_[c];
+    std::swap(chosen_[holder], c);
   }
-  chosen[player] = c;
+  chosen_[player] = c;
 }
 
 /// Shortens the ways to all columns by the move of a player from its column; true when it did.
 bool TypeAssignment::moveOn(std::size_t holder) {
-  const std::size_t from = chosen[holder];
-  if (distance[from] == IMPOSSIBLE_COST) return false;
-  const Cost left = distance[from] - cost(holder, from);
+  const std::size_t from = chosen_[holder];
+  if (distance_[from] == IMPOSSIBLE_COST) return false;
+  const Cost left = distance_[from] - cost(holder, from);
   bool shorter = false;
-  for (std::size_t c = 0; c < columns; ++c) {
+  for (std::size_t c = 0; c < columns_; ++c) {
     if (c == from || cost(holder, c) == IMPOSSIBLE_COST) continue;
     const Cost way = left + cost(holder, c);
-    if (way >= distance[c]) continue;
-    distance[c] = way;
-    mover[c] = holder;
+    if (way >= distance_[c]) continue;
+    distance_[c] = way;
+    mover_[c] = holder;
     shorter = true;
   }
   return shorter;

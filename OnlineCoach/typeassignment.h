@@ -30,20 +30,20 @@ class TypeAssignment {
   // Signed 64-bit integers, so that sums are exact and equal ones are equal.
   using Cost = std::int64_t;
 
-  Cost& cost(std::size_t player, std::size_t column) { return costs[player * columns + column]; }
+  Cost& cost(std::size_t player, std::size_t column) { return costs_[player * columns_ + column]; }
   void weigh();
   void place(std::size_t player, const std::vector<int>& capacity);
   bool moveOn(std::size_t holder);
 
-  std::size_t players;
-  std::size_t types;
-  std::size_t columns;              ///< the types, and for each player the one for no type
-  std::vector<double> utilities;    ///< by player and type
-  std::vector<Cost> costs;          ///< by player and column
-  std::vector<Cost> distance;       ///< by column: of the cheapest chain of moves that fills it
-  std::vector<std::size_t> mover;   ///< by column: the player that comes last in that chain
-  std::vector<int> used;            ///< by column
-  std::vector<std::size_t> chosen;  ///< by player: its column
+  std::size_t players_;
+  std::size_t types_;
+  std::size_t columns_;              ///< the types, and for each player the one for no type
+  std::vector<double> utilities_;    ///< by player and type
+  std::vector<Cost> costs_;          ///< by player and column
+  std::vector<Cost> distance_;       ///< by column: of the cheapest chain of moves that fills it
+  std::vector<std::size_t> mover_;   ///< by column: the player that comes last in that chain
+  std::vector<int> used_;            ///< by column
+  std::vector<std::size_t> chosen_;  ///< by player: its column
 };
 
 }  // namespace vok

@@ -32,58 +32,58 @@ int playersPerType() {
 }  // namespace
 
 void TypeLimits::Queue::push(Request request) {
-  if (count == requests.size()) return;
-  requests[(first + count) % requests.size()] = request;
-  ++count;
+  if (count_ == requests_.size()) return;
+  requests_[(first_ + count_) % requests_.size()] = request;
+  ++count_;
 }
 
 void TypeLimits::Queue::pop() {
-  first = (first + 1) % requests.size();
-  --count;
+  first_ = (first_ + 1) % requests_.size();
+  --count_;
 }
 
 bool TypeLimits::Queue::holds(Request request) const {
-  for (std::size_t i = 0; i < count; ++i) {
-    const Request& queued = requests[(first + i) % requests.size()];
+  for (std::size_t i = 0; i < count_; ++i) {
+    const Request& queued = requests_[(first_ + i) % requests_.size()];
     if (queued.number == request.number && queued.type == request.type) return true;
   }
   return false;
 }
 
-TypeLimits::TypeLimits(Worldmodel& coachedWorld, Comm& connection)
-    : world(coachedWorld),
-      comm(connection),
-      types(static_cast<int>(coachedWorld.playerType.size())),
-      assignment(LAST_PLAYER - FIRST_FIELD_PLAYER + 1, coachedWorld.playerType.size()),
-      capacity(coachedWorld.playerType.size()) {
-  target.fill(-1);
+TypeLimits::TypeLimits(Worldmodel& world, Comm& connection)
+    : world_(world),
+      comm_(connection),
+      types_(static_cast<int>(world.playerType.size())),
+      assignment_(LAST_PLAYER - FIRST_FIELD_PLAYER + 1, world.playerType.size()),
+      capacity_(world.playerType.size()) {
+  target_.fill(-1);
   // The server names our own players' types without a comma.
-  world.ownChangesWithoutComma = true;
+  world_.ownChangesWithoutComma = true;
 }
 
 void TypeLimits::setUtility(int number, int type, double utility) {
-  assignment.setUtility(fieldPlayer(number), at(type), utility);
+  assignment_.setUtility(fieldPlayer(number), at(type), utility);
 }
 
 double TypeLimits::utility(int number, int type) const {
-  return assignment.utility(fieldPlayer(number), at(type));
+  return assignment_.utility(fieldPlayer(number), at(type));
 }
 
 int TypeLimits::typeOf(int number) const {
-  return std::max(world.ourTeam[at(number)].type, DEFAULT_TYPE);
+  return std::max(world_.ourTeam[at(number)].type, DEFAULT_TYPE);
 }
 
 bool TypeLimits::isAnnounced(int type) const {
-  return type == DEFAULT_TYPE || world.playerType[at(type)].state != -1;
+  return type == DEFAULT_TYPE || world_.playerType[at(type)].state != -1;
 }
 
 bool TypeLimits::isBeforeMatch() const {
-  return world.time == 0 && world.playMode == PLAY_MODE_BEFORE_KICK_OFF;
+  return world_.time == 0 && world_.playMode == PLAY_MODE_BEFORE_KICK_OFF;
 }
 
 void TypeLimits::choose(int substitutions) {
-  if (types == 0) return;
-  chosen = true;
+  if (types_ == 0) return;
+  chosen_ = true;
   readCapacities();
   if (isBeforeMatch()) {
     chooseAll();
@@ -94,16 +94,16 @@ void TypeLimits::choose(int substitutions) {
 }
 
 void TypeLimits::readCapacities() {
-  for (int t = 0; t < types; ++t) capacity[at(t)] = isAnnounced(t) ? playersPerType() : 0;
+  for (int t = 0; t < types_; ++t) capacity_[at(t)] = isAnnounced(t) ? playersPerType() : 0;
 }
 
 void TypeLimits::chooseAll() {
-  int& goaliesType = capacity[at(typeOf(GOALIE))];
+  int& goaliesType = capacity_[at(typeOf(GOALIE))];
   --goaliesType;
-  assignment.solve(capacity);
+  assignment_.solve(capacity_);
   ++goaliesType;
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
-    target[at(n)] = assignment.typeOf(fieldPlayer(n));
+    target_[at(n)] = assignment_.typeOf(fieldPlayer(n));
   }
   plan();
 }
@@ -121,13 +121,13 @@ void TypeLimits::plan() {
     }
   }
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
-    if (state[at(n)] != target[at(n)]) target[at(n)] = -1;
+    if (state[at(n)] != target_[at(n)]) target_[at(n)] = -1;
   }
   // Whoever no coach has given a type gets any at the kick-off. So the default type is asked for,
   // last, when the others have left it.
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
-    if (target[at(n)] == DEFAULT_TYPE && typeOf(n) == DEFAULT_TYPE) todo.push({n, DEFAULT_TYPE});
-    if (target[at(n)] == typeOf(n) && typeOf(n) != DEFAULT_TYPE) target[at(n)] = -1;
+    if (target_[at(n)] == DEFAULT_TYPE && typeOf(n) == DEFAULT_TYPE) todo_.push({n, DEFAULT_TYPE});
+    if (target_[at(n)] == typeOf(n) && typeOf(n) != DEFAULT_TYPE) target_[at(n)] = -1;
   }
 }
 
@@ -135,34 +135,34 @@ void TypeLimits::plan() {
 bool TypeLimits::planFree(Types& state) {
   bool any = false;
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
-    const int wanted = target[at(n)];
+    const int wanted = target_[at(n)];
     if (!waits(n, state)) continue;
-    if (std::count(state.begin() + 1, state.end(), wanted) >= capacity[at(wanted)]) continue;
+    if (std::count(state.begin() + 1, state.end(), wanted) >= capacity_[at(wanted)]) continue;
     state[at(n)] = wanted;
-    todo.push({n, wanted});
+    todo_.push({n, wanted});
     any = true;
   }
   return any;
 }
 
 bool TypeLimits::waits(int number, const Types& state) const {
-  return target[at(number)] != -1 && state[at(number)] != target[at(number)];
+  return target_[at(number)] != -1 && state[at(number)] != target_[at(number)];
 }
 
 /// True when another one waits for the player's type.
 bool TypeLimits::isInTheWay(int number, const Types& state) const {
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
-    if (waits(n, state) && target[at(n)] == state[at(number)]) return true;
+    if (waits(n, state) && target_[at(n)] == state[at(number)]) return true;
   }
   return false;
 }
 
 /// Players in a ring want each other's types: one makes room by way of a free type.
 bool TypeLimits::planDetour(int number, Types& state) {
-  for (int t = 0; t < types; ++t) {
-    if (std::count(state.begin() + 1, state.end(), t) >= capacity[at(t)]) continue;
+  for (int t = 0; t < types_; ++t) {
+    if (std::count(state.begin() + 1, state.end(), t) >= capacity_[at(t)]) continue;
     state[at(number)] = t;
-    todo.push({number, t});
+    todo_.push({number, t});
     return true;
   }
   return false;
@@ -174,8 +174,8 @@ void TypeLimits::chooseChanges(int substitutions) {
     Request best;
     double gain = 0;
     for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
-      if (target[at(n)] != -1) continue;
-      for (int t = 0; t < types; ++t) {
+      if (target_[at(n)] != -1) continue;
+      for (int t = 0; t < types_; ++t) {
         const double more = utility(n, t) - utility(n, typeOf(n));
         if (!(more > gain) || !hasRoom(t, n)) continue;
         gain = more;
@@ -188,92 +188,92 @@ void TypeLimits::chooseChanges(int substitutions) {
 }
 
 void TypeLimits::request(int number, int type) {
-  target[at(number)] = type;
-  todo.push({number, type});
+  target_[at(number)] = type;
+  todo_.push({number, type});
 }
 
 void TypeLimits::ask() {
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
-    if (!absent[at(n)] || world.ourTeam[at(n)].age != 0) continue;
-    absent[at(n)] = false;
-    todo.push({n, target[at(n)]});
+    if (!absent_[at(n)] || world_.ourTeam[at(n)].age != 0) continue;
+    absent_[at(n)] = false;
+    todo_.push({n, target_[at(n)]});
   }
-  for (; !todo.empty(); todo.pop()) {
-    const Request& next = todo.front();
-    comm.sendChangePlayer(next.number, next.type);
-    pending.push(next);
-    ++asked;
+  for (; !todo_.empty(); todo_.pop()) {
+    const Request& next = todo_.front();
+    comm_.sendChangePlayer(next.number, next.type);
+    pending_.push(next);
+    ++asked_;
   }
 }
 
 void TypeLimits::takeAnswers() {
   TypeAnswer answer;
-  while (comm.typeAnswers.next(answer)) {
+  while (comm_.typeAnswers.next(answer)) {
     if (answer.kind == TypeAnswerKind::GIVEN) {
       given(answer);
-    } else if (!pending.empty()) {
+    } else if (!pending_.empty()) {
       refused(answer.kind);
     }
   }
-  if (!chosen || reported) return;
+  if (!chosen_ || reported_) return;
   const bool waitsForServer =
-      !pending.empty() || std::find(absent.begin(), absent.end(), true) != absent.end();
-  if (todo.empty() && (!waitsForServer || world.playMode == PLAY_MODE_PLAY_ON)) report();
+      !pending_.empty() || std::find(absent_.begin(), absent_.end(), true) != absent_.end();
+  if (todo_.empty() && (!waitsForServer || world_.playMode == PLAY_MODE_PLAY_ON)) report();
 }
 
 void TypeLimits::given(const TypeAnswer& answer) {
   const Request request{answer.number, answer.type};
-  if (!pending.holds(request)) return;
-  while (pending.front().number != request.number || pending.front().type != request.type) {
+  if (!pending_.holds(request)) return;
+  while (pending_.front().number != request.number || pending_.front().type != request.type) {
     endUnanswered();
   }
-  pending.pop();
-  ++granted;
-  if (target[at(request.number)] != request.type) return;  // a detour
-  target[at(request.number)] = -1;
+  pending_.pop();
+  ++granted_;
+  if (target_[at(request.number)] != request.type) return;  // a detour
+  target_[at(request.number)] = -1;
 
-  WPlayer& player = world.ourTeam[at(request.number)];
+  WPlayer& player = world_.ourTeam[at(request.number)];
   if (player.type == request.type) return;
-  player.setType(world.playerType[at(request.type)]);
+  player.setType(world_.playerType[at(request.type)]);
   player.type = request.type;
 }
 
 /// The answer to the first request is lost; but the change may have been announced.
 void TypeLimits::endUnanswered() {
-  const Request request = pending.front();
-  pending.pop();
-  ++(typeOf(request.number) == request.type ? granted : lost);
-  if (target[at(request.number)] == request.type) target[at(request.number)] = -1;
+  const Request request = pending_.front();
+  pending_.pop();
+  ++(typeOf(request.number) == request.type ? granted_ : lost_);
+  if (target_[at(request.number)] == request.type) target_[at(request.number)] = -1;
 }
 
 void TypeLimits::refused(TypeAnswerKind reason) {
-  const Request request = pending.front();
-  pending.pop();
-  ++denied;
+  const Request request = pending_.front();
+  pending_.pop();
+  ++denied_;
   const int number = request.number;
-  if (target[at(number)] != request.type) return;  // a detour; the way on is still to be answered
+  if (target_[at(number)] != request.type) return;  // a detour; the way on is still to be answered
 
-  const bool again = ++retries[at(number)] <= MAX_RETRIES;
-  if (!again) target[at(number)] = -1;
+  const bool again = ++retries_[at(number)] <= MAX_RETRIES;
+  if (!again) target_[at(number)] = -1;
   switch (reason) {
     case TypeAnswerKind::NO_SUCH_PLAYER:
-      absent[at(number)] = again;
+      absent_[at(number)] = again;
       return;
     case TypeAnswerKind::IN_PLAY:
-      if (again) todo.push(request);
+      if (again) todo_.push(request);
       return;
     case TypeAnswerKind::NO_SUBSTITUTION_LEFT:
-      target[at(number)] = -1;
-      todo.clear();
+      target_[at(number)] = -1;
+      todo_.clear();
       return;
     default:
-      capacity[at(request.type)] = 0;
+      capacity_[at(request.type)] = 0;
       askForNextBest(number);
   }
 }
 
 void TypeLimits::askForNextBest(int number) {
-  target[at(number)] = -1;
+  target_[at(number)] = -1;
   const int next = bestLeft(number);
   if (next == -1 || next == typeOf(number)) return;
   // In the match a change has to be worth the substitution.
@@ -283,7 +283,7 @@ void TypeLimits::askForNextBest(int number) {
 
 int TypeLimits::bestLeft(int number) const {
   int best = -1;
-  for (int t = 0; t < types; ++t) {
+  for (int t = 0; t < types_; ++t) {
     if (!hasRoom(t, number)) continue;
     if (best == -1 || utility(number, t) > utility(number, best)) best = t;
   }
@@ -295,17 +295,17 @@ bool TypeLimits::hasRoom(int type, int except) const {
   int wearers = 0;
   for (int n = GOALIE; n <= LAST_PLAYER; ++n) {
     if (n == except) continue;
-    const int has = target[at(n)] != -1 ? target[at(n)] : typeOf(n);
+    const int has = target_[at(n)] != -1 ? target_[at(n)] : typeOf(n);
     if (has == type) ++wearers;
   }
-  return wearers < capacity[at(type)];
+  return wearers < capacity_[at(type)];
 }
 
 void TypeLimits::report() {
-  reported = true;
-  std::cerr << "Coach: player types: " << asked << " asked, " << granted << " given, " << denied
+  reported_ = true;
+  std::cerr << "Coach: player types: " << asked_ << " asked, " << granted_ << " given, " << denied_
             << " refused";
-  const int silent = lost + pending.size();
+  const int silent = lost_ + pending_.size();
   if (silent > 0) std::cerr << ", " << silent << " without an answer";
   std::cerr << "\n";
 }

@@ -18,7 +18,7 @@ namespace vok {
 class TypeLimits {
  public:
   /// For the connection's world; the types are those known at the check-in.
-  TypeLimits(Worldmodel& coachedWorld, Comm& connection);
+  TypeLimits(Worldmodel& world, Comm& connection);
 
   /// How well a type suits a field player 2..11; for each of them before `choose`.
   void setUtility(int number, int type, double utility);
@@ -45,18 +45,18 @@ class TypeLimits {
   /// each.
   class Queue {
    public:
-    bool empty() const { return count == 0; }
-    int size() const { return static_cast<int>(count); }
-    const Request& front() const { return requests[first]; }
+    bool empty() const { return count_ == 0; }
+    int size() const { return static_cast<int>(count_); }
+    const Request& front() const { return requests_[first_]; }
     void push(Request request);
     void pop();
     bool holds(Request request) const;
-    void clear() { count = 0; }
+    void clear() { count_ = 0; }
 
    private:
-    std::array<Request, 64> requests;
-    std::size_t first = 0;
-    std::size_t count = 0;
+    std::array<Request, 64> requests_;
+    std::size_t first_ = 0;
+    std::size_t count_ = 0;
   };
 
   bool isBeforeMatch() const;
@@ -79,23 +79,23 @@ class TypeLimits {
   double utility(int number, int type) const;
   void report();
 
-  Worldmodel& world;
-  Comm& comm;
-  int types;
-  TypeAssignment assignment;
-  std::vector<int> capacity;  ///< by type: players on the field
+  Worldmodel& world_;
+  Comm& comm_;
+  int types_;
+  TypeAssignment assignment_;
+  std::vector<int> capacity_;  ///< by type: players on the field
   /// What each player is to have when all requests are answered, -1 when there is none for it.
-  Types target;
-  std::array<bool, 12> absent{};  ///< the server did not know the player yet
-  std::array<int, 12> retries{};
-  Queue todo;     ///< not sent yet
-  Queue pending;  ///< sent and not answered
-  int asked = 0;
-  int granted = 0;
-  int denied = 0;
-  int lost = 0;  ///< answers that never came
-  bool chosen = false;
-  bool reported = false;
+  Types target_;
+  std::array<bool, 12> absent_{};  ///< the server did not know the player yet
+  std::array<int, 12> retries_{};
+  Queue todo_;     ///< not sent yet
+  Queue pending_;  ///< sent and not answered
+  int asked_ = 0;
+  int granted_ = 0;
+  int denied_ = 0;
+  int lost_ = 0;  ///< answers that never came
+  bool chosen_ = false;
+  bool reported_ = false;
 };
 
 }  // namespace vok

@@ -11,7 +11,7 @@
 
 namespace vok::bench {
 
-const char* const configFile = VOK_SOURCE_DIR "/conf/agent.conf";
+const char* const CONFIG_FILE = VOK_SOURCE_DIR "/conf/agent.conf";
 
 namespace {
 
@@ -65,15 +65,15 @@ Views::Views() {
     }
     if (!playOn || !text.starts_with(VIEW_HEAD)) continue;
     const std::size_t behind = text.find(' ', VIEW_HEAD.size());
-    texts.push_back(std::string(VIEW_HEAD) + std::string(TIME_WIDTH, ' ') + text.substr(behind));
+    texts_.push_back(std::string(VIEW_HEAD) + std::string(TIME_WIDTH, ' ') + text.substr(behind));
   }
 }
 
 const std::string& Views::next() {
-  std::string& text = texts[at];
-  at = (at + 1) % texts.size();
+  std::string& text = texts_[at_];
+  at_ = (at_ + 1) % texts_.size();
   char* field = text.data() + VIEW_HEAD.size();
-  std::to_chars(field, field + TIME_WIDTH, ++now);
+  std::to_chars(field, field + TIME_WIDTH, ++now_);
   return text;
 }
 
@@ -98,20 +98,20 @@ int Server::port() const {
 }
 
 std::string_view Server::receive() {
-  socklen_t size = sizeof client;
+  socklen_t size = sizeof client_;
   const ssize_t n =
-      recvfrom(sd, buffer.data(), buffer.size(), 0, reinterpret_cast<sockaddr*>(&client), &size);
-  return {buffer.data(), n > 0 ? static_cast<std::size_t>(n) : 0};
+      recvfrom(sd, buffer_.data(), buffer_.size(), 0, reinterpret_cast<sockaddr*>(&client_), &size);
+  return {buffer_.data(), n > 0 ? static_cast<std::size_t>(n) : 0};
 }
 
 void Server::drop() {
-  while (recv(sd, buffer.data(), buffer.size(), MSG_DONTWAIT) >= 0) {
+  while (recv(sd, buffer_.data(), buffer_.size(), MSG_DONTWAIT) >= 0) {
   }
 }
 
 void Server::send(const std::string& text) {
-  sendto(sd, text.c_str(), text.size() + 1, 0, reinterpret_cast<const sockaddr*>(&client),
-         sizeof client);
+  sendto(sd, text.c_str(), text.size() + 1, 0, reinterpret_cast<const sockaddr*>(&client_),
+         sizeof client_);
 }
 
 CoachInMatch::CoachInMatch(int types) {
@@ -122,7 +122,7 @@ CoachInMatch::CoachInMatch(int types) {
   });
   // The recording calls for some lines; later ones shall be seen.
   std::cerr.setstate(std::ios::failbit);
-  coach = std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), configFile, "", false);
+  coach = std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), CONFIG_FILE, "", false);
   serving.join();
   for (std::size_t i = 3; i < texts.size(); ++i) feed(texts[i]);
   std::cerr.clear();

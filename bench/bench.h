@@ -14,7 +14,7 @@
 namespace vok::bench {
 
 /// The shipped configuration.
-extern const char* const configFile;
+extern const char* const CONFIG_FILE;
 
 /// Single views with their names: bench/data/views.txt.
 std::vector<std::pair<std::string, std::string>> namedViews();
@@ -31,12 +31,12 @@ class Views {
   Views();
   /// The view of the next cycle; valid until the views come round.
   const std::string& next();
-  long time() const { return now; }
+  long time() const { return now_; }
 
  private:
-  std::vector<std::string> texts;
-  std::size_t at = 0;
-  long now = FIRST_TIME - 1;
+  std::vector<std::string> texts_;
+  std::size_t at_ = 0;
+  long now_ = FIRST_TIME - 1;
 };
 
 /// A server on one loopback port that knows one client: whoever spoke last.
@@ -57,8 +57,8 @@ class Server {
 
  private:
   int sd;
-  sockaddr_in client{};
-  std::array<char, 9000> buffer{};
+  sockaddr_in client_{};
+  std::array<char, 9000> buffer_{};
 };
 
 /// A coach that has followed the recording to its end, play-on at cycle 300. In real time: the
@@ -77,7 +77,7 @@ class CoachInMatch {
   Views views;
 
  private:
-  int fed = 0;
+  int fed_ = 0;
 };
 
 /// Runs whole cycles of "play_on" or "free_kick" for an instruction count or a profile; false for

@@ -32,7 +32,7 @@ struct Row {
 constexpr auto AT_MOST = Goal::AT_MOST;
 constexpr auto AT_LEAST = Goal::AT_LEAST;
 
-constexpr auto rows = std::to_array<Row>({
+constexpr auto ROWS = std::to_array<Row>({
     {"see_global, left / floor", "view/left", "view_floor/left", AT_MOST, 1.7},
     {"see_global, right / floor", "view/right", "view_floor/right", AT_MOST, 1.7},
     {"see_global, tackles / floor", "view/tackles", "view_floor/tackles", AT_MOST, 1.7},
@@ -145,7 +145,7 @@ int printTable(const Collector& collected, const char* jsonPath) {
   std::printf("|%s|%s:|%s:|%s:|%s|\n", std::string(40, '-').c_str(), std::string(11, '-').c_str(),
               std::string(18, '-').c_str(), std::string(9, '-').c_str(),
               std::string(8, '-').c_str());
-  for (const Row& row : rows) {
+  for (const Row& row : ROWS) {
     const std::vector<double> values = figuresOf(row, collected);
     if (values.empty()) {
       ++missing;

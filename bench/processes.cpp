@@ -29,30 +29,30 @@ class Child {
     const std::string portText = std::to_string(port);
     const std::vector<const char*> argv = {program.c_str(), "-t",   "Alpha",          "-h",
                                            "127.0.0.1",     "-p",   portText.c_str(), "-f",
-                                           configFile,      nullptr};
+                                           CONFIG_FILE,     nullptr};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
     char* const environment[] = {nullptr};
-    if (posix_spawn(&pid, program.c_str(), &actions, nullptr, const_cast<char* const*>(argv.data()),
-                    environment) != 0) {
-      pid = -1;
+    if (posix_spawn(&pid_, program.c_str(), &actions, nullptr,
+                    const_cast<char* const*>(argv.data()), environment) != 0) {
+      pid_ = -1;
     }
     posix_spawn_file_actions_destroy(&actions);
   }
   ~Child() {
-    if (pid <= 0) return;
-    kill(pid, SIGTERM);
-    waitpid(pid, nullptr, 0);
+    if (pid_ <= 0) return;
+    kill(pid_, SIGTERM);
+    waitpid(pid_, nullptr, 0);
   }
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
 
-  pid_t process() const { return pid; }
+  pid_t process() const { return pid_; }
 
   /// The most memory that was ever resident, in bytes.
   double peakMemory() const {
-    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+    std::ifstream status("/proc/" + std::to_string(pid_) + "/status");
     std::string word;
     double kilobytes = 0;
     while (status >> word && word != "VmHWM:") {
@@ -62,7 +62,7 @@ class Child {
   }
 
  private:
-  pid_t pid = -1;
+  pid_t pid_ = -1;
 };
 
 /// Keeps a process (0: this one) on one processor, the server's or the clients'. Left alone, a
@@ -72,26 +72,26 @@ class Processor {
  public:
   enum Whose { SERVERS = 0, CLIENTS = 1 };
 
-  Processor(pid_t process, Whose whose) : pid(process) {
-    sched_getaffinity(pid, sizeof before, &before);
+  Processor(pid_t process, Whose whose) : pid_(process) {
+    sched_getaffinity(pid_, sizeof before_, &before_);
     cpu_set_t one;
     CPU_ZERO(&one);
     int number = 0;
     for (int cpu = 0; cpu < CPU_SETSIZE; ++cpu)
-      if (CPU_ISSET(cpu, &before) && number++ == whose) CPU_SET(cpu, &one);
-    sched_setaffinity(pid, sizeof one, &one);  // refused where there is but one processor
+      if (CPU_ISSET(cpu, &before_) && number++ == whose) CPU_SET(cpu, &one);
+    sched_setaffinity(pid_, sizeof one, &one);  // refused where there is but one processor
   }
-  ~Processor() { sched_setaffinity(pid, sizeof before, &before); }
+  ~Processor() { sched_setaffinity(pid_, sizeof before_, &before_); }
   Processor(const Processor&) = delete;
   Processor& operator=(const Processor&) = delete;
 
  private:
-  pid_t pid;
-  cpu_set_t before;
+  pid_t pid_;
+  cpu_set_t before_;
 };
 
-const std::string coachProgram = VOK_BIN_DIR "/onlinecoach";
-const std::string echoProgram = VOK_BIN_DIR "/vokecho";
+const std::string COACH_PROGRAM = VOK_BIN_DIR "/onlinecoach";
+const std::string ECHO_PROGRAM = VOK_BIN_DIR "/vokecho";
 
 void checkIn(Server& server) {
   server.receive();
@@ -139,11 +139,11 @@ struct Pair {
 
 /// The two take turns, so that what else the machine does meets both alike.
 void roundTrips(benchmark::State& state) {
-  constexpr int cyclesInTurn = 50;
-  Pair coach(coachProgram);
-  Pair echo(echoProgram);
+  constexpr int CYCLES_IN_TURN = 50;
+  Pair coach(COACH_PROGRAM);
+  Pair echo(ECHO_PROGRAM);
   for (auto _ : state) {
-    if (!coach.run(cyclesInTurn) || !echo.run(cyclesInTurn))
+    if (!coach.run(CYCLES_IN_TURN) || !echo.run(CYCLES_IN_TURN))
       return state.SkipWithError("no answer");
   }
   state.counters["coach_median"] = coach.percentile(50);
@@ -169,10 +169,10 @@ void startUp(benchmark::State& state, const std::string& program) {
 
 void addProcesses() {
   benchmark::RegisterBenchmark("think_done", roundTrips)->Iterations(20);
-  benchmark::RegisterBenchmark("start_up/coach", startUp, coachProgram)
+  benchmark::RegisterBenchmark("start_up/coach", startUp, COACH_PROGRAM)
       ->UseManualTime()
       ->Iterations(10);
-  benchmark::RegisterBenchmark("start_up/echo", startUp, echoProgram)
+  benchmark::RegisterBenchmark("start_up/echo", startUp, ECHO_PROGRAM)
       ->UseManualTime()
       ->Iterations(10);
 }

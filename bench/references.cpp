@@ -8,18 +8,18 @@
 
 namespace vok::bench {
 
-Floor::Floor(std::string_view datagram) : text(datagram) {
+Floor::Floor(std::string_view datagram) : text_(datagram) {
   std::string_view before;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t end = std::min(text.find_first_of(" ()", at), text.size());
-    const std::string_view word = text.substr(at, end - at);
+  for (std::size_t at = 0; at < text_.size();) {
+    const std::size_t end = std::min(text_.find_first_of(" ()", at), text_.size());
+    const std::string_view word = text_.substr(at, end - at);
     at = end + 1;
     if (word.empty()) continue;
     double value = 0;
     const auto [behind, error] = std::from_chars(word.data(), word.data() + word.size(), value);
     if (error == std::errc() && behind == word.data() + word.size()) {
       const bool isInteger = before == "see_global" || before.ends_with('"');  // time, shirt
-      (isInteger ? integers : reals).push_back(word);
+      (isInteger ? integers_ : reals_).push_back(word);
     }
     before = word;
   }
@@ -27,17 +27,17 @@ Floor::Floor(std::string_view datagram) : text(datagram) {
 
 double Floor::run() const {
   double sum = 0;
-  for (const std::string_view word : integers) {
+  for (const std::string_view word : integers_) {
     int value = 0;
     std::from_chars(word.data(), word.data() + word.size(), value);
     sum += value;
   }
-  for (const std::string_view word : reals) {
+  for (const std::string_view word : reals_) {
     double value = 0;
     std::from_chars(word.data(), word.data() + word.size(), value);
     sum += value;
   }
-  return sum + static_cast<double>(std::count(text.begin(), text.end(), ')'));
+  return sum + static_cast<double>(std::count(text_.begin(), text_.end(), ')'));
 }
 
 namespace {

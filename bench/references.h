@@ -15,12 +15,12 @@ class Floor {
  public:
   explicit Floor(std::string_view datagram);
   double run() const;
-  std::size_t numbers() const { return integers.size() + reals.size(); }
+  std::size_t numbers() const { return integers_.size() + reals_.size(); }
 
  private:
-  std::string_view text;
-  std::vector<std::string_view> integers;
-  std::vector<std::string_view> reals;
+  std::string_view text_;
+  std::vector<std::string_view> integers_;
+  std::vector<std::string_view> reals_;
 };
 
 /// The plain way: std::sscanf with whole formats, from the head of the datagram on.

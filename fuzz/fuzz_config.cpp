@@ -24,18 +24,18 @@ struct Fatal {};
 /// A file in memory.
 class File {
  public:
-  explicit File(std::string_view text) : fd(memfd_create("config", 0)) {
-    require(write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size()), "harness");
-    path = "/proc/self/fd/" + std::to_string(fd);
+  explicit File(std::string_view text) : fd_(memfd_create("config", 0)) {
+    require(write(fd_, text.data(), text.size()) == static_cast<ssize_t>(text.size()), "harness");
+    path = "/proc/self/fd/" + std::to_string(fd_);
   }
-  ~File() { close(fd); }
+  ~File() { close(fd_); }
   File(const File&) = delete;
   File& operator=(const File&) = delete;
 
   std::string path;
 
  private:
-  int fd;
+  int fd_;
 };
 
 template <typename Request>
@@ -102,7 +102,7 @@ void checkPlaces(const VokCoach& coach) {
 void play() {
   fuzz::Match& match = fuzz::Match::instance();
   match.readFormations();
-  match.checkIn(fuzz::initAnswer, fuzz::serverParam, fuzz::playerParam);
+  match.checkIn(fuzz::INIT_ANSWER, fuzz::SERVER_PARAM, fuzz::PLAYER_PARAM);
   SYNCH_MODE = false;
   for (int id = 0; id < 7; ++id) match.receive(fuzz::playerType(id));
   for (const char* call : {"goal_kick_l", "play_on"}) {

@@ -7,7 +7,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using vok::fuzz::Match;
   Match& match = Match::instance();
-  match.checkIn(vok::fuzz::initAnswer, vok::fuzz::serverParam, vok::fuzz::playerParam);
+  match.checkIn(vok::fuzz::INIT_ANSWER, vok::fuzz::SERVER_PARAM, vok::fuzz::PLAYER_PARAM);
   vok::SYNCH_MODE = size % 2 == 0;
   match.receive("(hear 7 referee free_kick_l)");
   match.receive("(see_global 7 ((b) -3 2.5 0 0) ((p \"Alpha\" 7 goalie) -50 0 0 0 0 0)");

@@ -71,7 +71,7 @@ void goBack(AudioMsg& msg) {
 }
 
 /// What a character of the text does to the message.
-constexpr void (*steps[])(AudioMsg&) = {
+constexpr void (*STEPS[])(AudioMsg&) = {
     readNumber,
     readPlace,
     readAngle,
@@ -123,14 +123,14 @@ void hearCoach(const AudioMsg& heard) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const bool prepared = [] {
+  static const bool PREPARED = [] {
     fuzz::silence();
     setEntry("world_maxPlayersOurTeam", "11");
     setEntry("world_maxPlayersOtherTeam", "11");
     playerParams.player_types = 7;
     return true;
   }();
-  if (!prepared || size == 0) return 0;
+  if (!PREPARED || size == 0) return 0;
   const std::string text(reinterpret_cast<const char*>(data), size);
   const int sender = decodeChar(text[0]) - 1;
 
@@ -146,7 +146,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::ostringstream printed;
     printed << msg;
     for (const char c : text)
-      steps[static_cast<std::size_t>(decodeChar(c)) % std::size(steps)](msg);
+      STEPS[static_cast<std::size_t>(decodeChar(c)) % std::size(STEPS)](msg);
     checkLength(msg);
     msg.clearState();
     while (msg.getState()) msg << Int3B(1U);

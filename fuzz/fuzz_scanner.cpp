@@ -107,18 +107,18 @@ void compareHeard(const std::string& text) {
 
 void compareParameters(const std::string& items) {
   if (holdsLongExponent(items)) return;
-  static const test::ParamKeeper keeper;
+  static const test::ParamKeeper KEEPER;
   static Parser parser("Alpha", CLIENT_ONLINECOACH, 7, 8);
   const auto compare = [&](const auto& rows, const std::string& head, auto parseThem) {
     test::scanParams(items.c_str(), rows);
-    const std::vector<double> wanted = keeper.values();
-    keeper.restore();
+    const std::vector<double> wanted = KEEPER.values();
+    KEEPER.restore();
     for (const double value : wanted) {
       if (!std::isfinite(value)) return;
     }
     require((parser.*parseThem)(head + items), "the head is known");
-    require(keeper.values() == wanted, "the same parameters are stored");
-    keeper.restore();
+    require(KEEPER.values() == wanted, "the same parameters are stored");
+    KEEPER.restore();
   };
   compare(Parser::serverParamTokens, "(server_param ", &Parser::parseServerParam);
   compare(Parser::playerParamTokens, "(player_param ", &Parser::parsePlayerParam);
@@ -127,8 +127,8 @@ void compareParameters(const std::string& items) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const bool silent = (fuzz::silence(), true);
-  std::string text(reinterpret_cast<const char*>(data), silent ? std::min(size, MAX_TEXT) : 0);
+  static const bool SILENT = (fuzz::silence(), true);
+  std::string text(reinterpret_cast<const char*>(data), SILENT ? std::min(size, MAX_TEXT) : 0);
   text.resize(text.find('\0') == text.npos ? text.size() : text.find('\0'));
   if (holdsOddNumber(text)) return 0;
   compareNumber<int>(text, "%d%n", &Scanner::integer);

@@ -27,8 +27,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto texts = lines({reinterpret_cast<const char*>(data), size});
   const bool hasCheckIn = texts.size() >= 3 && texts[0].starts_with("(init");
   const bool checkedIn = hasCheckIn ? match.checkIn(texts[0], texts[1], texts[2])
-                                    : match.checkIn(vok::fuzz::initAnswer, vok::fuzz::serverParam,
-                                                    vok::fuzz::playerParam);
+                                    : match.checkIn(vok::fuzz::INIT_ANSWER, vok::fuzz::SERVER_PARAM,
+                                                    vok::fuzz::PLAYER_PARAM);
   if (!checkedIn) return 0;
   for (std::size_t i = hasCheckIn ? 3 : 0; i < texts.size(); ++i) match.receive(texts[i]);
   match.expectGoodCycle();

@@ -18,11 +18,11 @@
 
 namespace vok::fuzz {
 
-const char* const initAnswer = "(init l ok)";
-const char* const serverParam =
+const char* const INIT_ANSWER = "(init l ok)";
+const char* const SERVER_PARAM =
     "(server_param (half_time 300)(say_coach_cnt_max 128)(say_coach_msg_size 128)"
     "(simulator_step 100)(synch_mode 1))";
-const char* const playerParam = "(player_param (player_types 7)(subs_max 3))";
+const char* const PLAYER_PARAM = "(player_param (player_types 7)(subs_max 3))";
 
 namespace {
 
@@ -41,13 +41,13 @@ class Nowhere : public std::streambuf {
   }
   std::streamsize xsputn(const char* text, std::streamsize n) override {
     const std::string_view piece(text, static_cast<std::size_t>(n));
-    if (atLineStart && piece.starts_with("Warning: ensure")) ensureFailed = true;
-    if (!piece.empty()) atLineStart = piece.back() == '\n';
+    if (atLineStart_ && piece.starts_with("Warning: ensure")) ensureFailed = true;
+    if (!piece.empty()) atLineStart_ = piece.back() == '\n';
     return n;
   }
 
  private:
-  bool atLineStart = true;
+  bool atLineStart_ = true;
 };
 
 Nowhere nowhere;
@@ -56,20 +56,20 @@ Nowhere nowhere;
 class AlarmKeeper {
  public:
   AlarmKeeper() {
-    sigaction(SIGALRM, nullptr, &before);
-    getitimer(ITIMER_REAL, &timerBefore);
+    sigaction(SIGALRM, nullptr, &before_);
+    getitimer(ITIMER_REAL, &timerBefore_);
     std::signal(SIGALRM, AsyncCommInfo::alrmHandler);
   }
   ~AlarmKeeper() {
-    setitimer(ITIMER_REAL, &timerBefore, nullptr);
-    sigaction(SIGALRM, &before, nullptr);
+    setitimer(ITIMER_REAL, &timerBefore_, nullptr);
+    sigaction(SIGALRM, &before_, nullptr);
   }
   AlarmKeeper(const AlarmKeeper&) = delete;
   AlarmKeeper& operator=(const AlarmKeeper&) = delete;
 
  private:
-  struct sigaction before {};
-  itimerval timerBefore{};
+  struct sigaction before_ {};
+  itimerval timerBefore_{};
 };
 
 /// "(init l 5 MODE)"; a coach is given no number.
@@ -113,39 +113,39 @@ Match& Match::instance() {
 }
 
 Match::Match()
-    : server(socket(AF_INET, SOCK_DGRAM, 0)),
-      emptyAudiomgr(UINT_MAX, false, AudioMsg::DEFAULT_MSG_PREFIX, 20) {
+    : server_(socket(AF_INET, SOCK_DGRAM, 0)),
+      emptyAudiomgr_(UINT_MAX, false, AudioMsg::DEFAULT_MSG_PREFIX, 20) {
   silence();
   sockaddr_in address = loopback(0);
   socklen_t size = sizeof address;
-  require(bind(server, reinterpret_cast<const sockaddr*>(&address), size) == 0, "harness: bind");
-  getsockname(server, reinterpret_cast<sockaddr*>(&address), &size);
+  require(bind(server_, reinterpret_cast<const sockaddr*>(&address), size) == 0, "harness: bind");
+  getsockname(server_, reinterpret_cast<sockaddr*>(&address), &size);
 
   const AlarmKeeper keeper;
   SIMULATOR_STEP = 1;  // nobody answers this check-in: it should give up soon
-  coach = std::make_unique<VokCoach>(TEAM, "127.0.0.1", ntohs(address.sin_port),
-                                     VOK_SOURCE_DIR "/conf/agent.conf", "", false);
-  recvfrom(server, nullptr, 0, 0, reinterpret_cast<sockaddr*>(&address), &size);
-  coachPort = ntohs(address.sin_port);
+  coach_ = std::make_unique<VokCoach>(TEAM, "127.0.0.1", ntohs(address.sin_port),
+                                      VOK_SOURCE_DIR "/conf/agent.conf", "", false);
+  recvfrom(server_, nullptr, 0, 0, reinterpret_cast<sockaddr*>(&address), &size);
+  coachPort_ = ntohs(address.sin_port);
   readFormations();
 }
 
 void Match::readFormations() {
-  positions = std::make_unique<PositionEval>(coach->goalShotEval.get(), coach->passEval.get());
+  positions_ = std::make_unique<PositionEval>(coach_->goalShotEval.get(), coach_->passEval.get());
 }
 
 /// As a client is before its check-in.
 void Match::restart(client_type type) {
-  parameters.restore();
-  Comm& comm = *coach->comm;
+  parameters_.restore();
+  Comm& comm = *coach_->comm;
   comm.async.reset();
   AsyncCommInfo::info = nullptr;  // also of one whose construction failed
   const AlarmKeeper keeper;
   comm.async = std::make_unique<AsyncCommInfo>(TEAM, type);
   *comm.parser = Parser(TEAM, type, 7, 7);
   comm.ctype = type;
-  *comm.store = emptyStore;
-  *comm.audiomgr = emptyAudiomgr;
+  *comm.store = emptyStore_;
+  *comm.audiomgr = emptyAudiomgr_;
   comm.terminateTexts = false;
   comm.serverOK = true;
   while (comm.sock->tryRecv() != nullptr) continue;
@@ -155,34 +155,34 @@ bool Match::checkIn(std::string_view init, std::string_view serverText,
                     std::string_view playerText) {
   restart(isPlayersAnswer(init) ? CLIENT_FIELDPLAYER : CLIENT_ONLINECOACH);
   for (const std::string_view text : {init, serverText, playerText}) sendToCoach(text);
-  const bool checkedIn = coach->comm->connect() == COMM_OK;
+  const bool checkedIn = coach_->comm->connect() == COMM_OK;
   takeCommands();
   if (!checkedIn) return false;
 
-  coach->world = std::make_unique<Worldmodel>(coach->comm.get());
+  coach_->world = std::make_unique<Worldmodel>(coach_->comm.get());
   prepareCoach();
-  answers = 0;
+  answers_ = 0;
   nowhere.ensureFailed = false;  // a configuration may have been told off
   checkWorld();
   return true;
 }
 
 void Match::prepareCoach() {
-  *coach->tactical = TacticalModule(coach->world.get(), nullptr);
-  *coach->positionEval = *positions;
-  *coach->otherTeam = Team(coach->world.get());
-  coach->sayMessageNow = false;
-  coach->lastPlayMode = PLAY_MODE_UNKNOWN;
-  coach->numMsgsLeft = SAY_COACH_CNT_MAX;
-  coach->lastNewMessageTime = 0;
-  coach->lastAumsgTime = -43;
-  coach->plType.fill(0);
-  coach->initSubs();
+  *coach_->tactical = TacticalModule(coach_->world.get(), nullptr);
+  *coach_->positionEval = *positions_;
+  *coach_->otherTeam = Team(coach_->world.get());
+  coach_->sayMessageNow = false;
+  coach_->lastPlayMode = PLAY_MODE_UNKNOWN;
+  coach_->numMsgsLeft = SAY_COACH_CNT_MAX;
+  coach_->lastNewMessageTime = 0;
+  coach_->lastAumsgTime = -43;
+  coach_->plType.fill(0);
+  coach_->initSubs();
 }
 
 void Match::sendToCoach(std::string_view datagram) const {
-  const sockaddr_in address = loopback(coachPort);
-  sendto(server, datagram.data(), std::min(datagram.size(), std::size_t{60000}), 0,
+  const sockaddr_in address = loopback(coachPort_);
+  sendto(server_, datagram.data(), std::min(datagram.size(), std::size_t{60000}), 0,
          reinterpret_cast<const sockaddr*>(&address), sizeof address);
 }
 
@@ -194,21 +194,21 @@ void Match::receive(std::string_view datagram) {
 
   {
     const AlarmKeeper keeper;
-    coach->comm->receiveText(text.data());
+    coach_->comm->receiveText(text.data());
   }
   runCycle();
 }
 
 void Match::receiveFromSocket(std::string_view datagram) {
   sendToCoach(datagram);
-  coach->comm->drainSocket();
-  require(coach->comm->isServerAlive(), "no datagram is a dead server");
+  coach_->comm->drainSocket();
+  require(coach_->comm->isServerAlive(), "no datagram is a dead server");
   runCycle();
 }
 
 void Match::runCycle() {
-  if (coach->comm->async->isCoach()) {
-    coach->step();
+  if (coach_->comm->async->isCoach()) {
+    coach_->step();
   } else {
     runPlayersCycle();
   }
@@ -218,12 +218,12 @@ void Match::runCycle() {
 }
 
 void Match::runPlayersCycle() {
-  Comm& comm = *coach->comm;
+  Comm& comm = *coach_->comm;
   AsyncCommInfo::alrmHandler(SIGALRM);  // it has waited for a view
   const bool newCycle = comm.async->takeAct();
-  coach->world->adjust();
+  coach_->world->adjust();
   AudioMsg message;
-  while (comm.getNextMsg(message)) heard = coach->world->feedbackAudio(message);
+  while (comm.getNextMsg(message)) heard_ = coach_->world->feedbackAudio(message);
   // A cycle may pass without what it should begin with.
   nowhere.ensureFailed = false;
   if (!newCycle) return;
@@ -237,11 +237,11 @@ void Match::runPlayersCycle() {
 
 void Match::takeCommands() {
   std::array<char, MAX_DATAGRAM> text;
-  for (ssize_t n = 0; (n = recv(server, text.data(), text.size(), MSG_DONTWAIT)) >= 0;) {
+  for (ssize_t n = 0; (n = recv(server_, text.data(), text.size(), MSG_DONTWAIT)) >= 0;) {
     std::string_view command(text.data(), static_cast<std::size_t>(n));
-    if (coach->comm->terminateTexts && command.ends_with('\0')) command.remove_suffix(1);
-    if (command == "(done)") ++answers;
-    if (coach->comm->async->isCoach()) checkCommand(command);
+    if (coach_->comm->terminateTexts && command.ends_with('\0')) command.remove_suffix(1);
+    if (command == "(done)") ++answers_;
+    if (coach_->comm->async->isCoach()) checkCommand(command);
   }
 }
 

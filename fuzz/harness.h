@@ -24,9 +24,9 @@ void require(bool holds, const char* what);
 void silence();
 
 /// What a server with seven player types says at a check-in.
-extern const char* const initAnswer;
-extern const char* const serverParam;
-extern const char* const playerParam;
+extern const char* const INIT_ANSWER;
+extern const char* const SERVER_PARAM;
+extern const char* const PLAYER_PARAM;
 /// The announcement of one of the types; the greater the id, the faster.
 std::string playerType(int id);
 
@@ -55,7 +55,7 @@ class Match {
   /// What the positions are computed from: the configuration, read anew.
   void readFormations();
 
-  const VokCoach& itsCoach() const { return *coach; }
+  const VokCoach& itsCoach() const { return *coach_; }
 
  private:
   Match();
@@ -73,16 +73,16 @@ class Match {
   void takeCommands();
   void checkCommand(std::string_view command);
 
-  const test::ParamKeeper parameters;
-  int server;  ///< the socket that the commands go to
-  std::unique_ptr<VokCoach> coach;
-  int coachPort = 0;
-  int answers = 0;     ///< how often "(done)" was sent since the last check-in
-  bool heard = false;  ///< a player took the latest message of its coach
+  const test::ParamKeeper parameters_;
+  int server_;  ///< the socket that the commands go to
+  std::unique_ptr<VokCoach> coach_;
+  int coachPort_ = 0;
+  int answers_ = 0;     ///< how often "(done)" was sent since the last check-in
+  bool heard_ = false;  ///< a player took the latest message of its coach
   // As they are before a match; copied, since building them takes long.
-  SensorDataStore emptyStore;
-  AudioMgr emptyAudiomgr;
-  std::unique_ptr<PositionEval> positions;
+  SensorDataStore emptyStore_;
+  AudioMgr emptyAudiomgr_;
+  std::unique_ptr<PositionEval> positions_;
 };
 
 }  // namespace vok::fuzz

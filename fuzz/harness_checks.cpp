@@ -45,7 +45,7 @@ std::string goodObjects() {
 }  // namespace
 
 void Match::checkWorld() const {
-  const Worldmodel& world = *coach->world;
+  const Worldmodel& world = *coach_->world;
   const auto isAge = [](long age) { return 0 <= age && age <= NEVER; };
   const auto isAngle = [](double a) { return -std::numbers::pi < a && a <= std::numbers::pi; };
   const auto isShirtOrNone = [](int number) { return number == -1 || isShirtNumber(number); };
@@ -74,27 +74,27 @@ void Match::checkWorld() const {
           "goalies have shirt numbers");
   require(world.numOurSubs >= 0 && world.numOtherSubs >= 0, "changes are counted up");
   require(isAngle(world.my.bodyDir) && isAngle(world.my.faceDir), "our own angles too");
-  if (coach->comm->async->isCoach()) checkPlans();
+  if (coach_->comm->async->isCoach()) checkPlans();
 }
 
 void Match::checkPlans() const {
-  const int types = static_cast<int>(coach->world->playerType.size());
+  const int types = static_cast<int>(coach_->world->playerType.size());
   for (std::size_t n = 1; n <= 11; ++n) {
-    require(coach->tactical->playerType[n] >= -1 && coach->tactical->playerType[n] < types,
+    require(coach_->tactical->playerType[n] >= -1 && coach_->tactical->playerType[n] < types,
             "inferred types are in range");
   }
-  for (const auto& place : coach->positionEval->RealPositions)
+  for (const auto& place : coach_->positionEval->RealPositions)
     require(!(std::abs(place.Pos.y) > 29), "places are on the field");
 }
 
 void Match::expectGoodCycle() {
-  const AsyncCommInfo& async = *coach->comm->async;
-  const long time = std::max(coach->world->time, async.getServerTime()) + 1;
+  const AsyncCommInfo& async = *coach_->comm->async;
+  const long time = std::max(coach_->world->time, async.getServerTime()) + 1;
   if (time > INT_MAX) return;  // the clock goes no further
   if (!async.isCoach()) return expectGoodSenses(time);
-  static const std::string objects = goodObjects();
-  const int before = answers;
-  receive("(see_global " + std::to_string(time) + objects);
+  static const std::string OBJECTS = goodObjects();
+  const int before = answers_;
+  receive("(see_global " + std::to_string(time) + OBJECTS);
   expectAnswer(before);
   checkView(time);
 }
@@ -102,7 +102,7 @@ void Match::expectGoodCycle() {
 void Match::expectAnswer(int before) {
   if (!SYNCH_MODE) return;
   receive("(think)");
-  require(answers > before, "a good cycle is answered");
+  require(answers_ > before, "a good cycle is answered");
 }
 
 void Match::expectGoodSenses(long time) {
@@ -111,9 +111,9 @@ void Match::expectGoodSenses(long time) {
           " (dash 2) (turn 3) (say 4) (turn_neck 5) (catch 6) (move 7) (change_view 8)"
           " (arm (movable 0) (expires 0) (target 0 0) (count 9)) (focus (target none) (count 10))"
           " (tackle (expires 0) (count 11)))");
-  const Worldmodel& world = *coach->world;
+  const Worldmodel& world = *coach_->world;
   require(world.time == time, "the body sense's time is taken");
-  require(world.playMode == coach->comm->getPlayMode(), "the play mode is taken");
+  require(world.playMode == coach_->comm->getPlayMode(), "the play mode is taken");
   require(world.my.stamina == 3210.5 && world.my.effort == 0.75, "the body's state is taken");
   require(std::abs(world.my.v.getLength() - 0.25) < 1e-9 &&
               world.my.headAngle == Angle(-std::numbers::pi / 6),
@@ -127,34 +127,34 @@ void Match::expectGoodSenses(long time) {
           "the counts are taken");
   receive("(see " + std::to_string(time) + " ((b) 10 -20))");
   require(world.visualAge == 0, "the view is taken");
-  expectAnswer(answers);
+  expectAnswer(answers_);
   expectGoodMessage(time);
 }
 
 void Match::expectGoodMessage(long time) {
-  constexpr long timeInMessages = 1 << 18;
-  const bool left = coach->comm->getMySide() == SIDE_LEFT;
+  constexpr long TIME_IN_MESSAGES = 1 << 18;
+  const bool left = coach_->comm->getMySide() == SIDE_LEFT;
   AudioMsg message(0, static_cast<unsigned>(time), true);
   Worldmodel told(nullptr);
   told.ball.pos = {-20.5, 7.25};
   std::array<int, 12> types;
   types.fill(-1);
   message << true << told << types.data();
-  if (!message.getState() || time >= timeInMessages) return;
+  if (!message.getState() || time >= TIME_IN_MESSAGES) return;
 
   AudioMgr(0, left, AudioMsg::DEFAULT_MSG_PREFIX, 1).SpeakTo(message);
-  heard = false;
+  heard_ = false;
   receive("(hear " + std::to_string(time) + (left ? " online_coach_left" : " online_coach_right") +
           " (freeform \"" + message.getEncoding() + "\"))");
-  require(heard && coach->world->ball.pos == Vector2d(-20.5, 7.2) && coach->world->ball.age == 0,
+  require(heard_ && coach_->world->ball.pos == Vector2d(-20.5, 7.2) && coach_->world->ball.age == 0,
           "a good message is heard");
 }
 
 void Match::checkView(long time) const {
-  const Worldmodel& world = *coach->world;
+  const Worldmodel& world = *coach_->world;
   const double turned = world.ourSide == SIDE_RIGHT ? -1 : 1;
   require(world.time == time && world.visualAge == 0, "the view's time is taken");
-  require(world.playMode == coach->comm->getPlayMode(), "the play mode is taken");
+  require(world.playMode == coach_->comm->getPlayMode(), "the play mode is taken");
   require(world.ball.pos == turned * Vector2d(-20.5, 7.25) &&
               world.ball.v == turned * Vector2d(0.5, -0.75) && world.ball.age == 0,
           "the view's ball is taken");
@@ -173,12 +173,12 @@ void Match::checkView(long time) const {
 }
 
 void Match::checkCommand(std::string_view command) {
-  constexpr std::string_view sayHead = "(say (freeform \"";
-  constexpr std::string_view sayTail = "\"))";
-  if (command.starts_with(sayHead)) {
-    require(command.ends_with(sayTail), "a say command is whole");
-    command.remove_prefix(sayHead.size());
-    command.remove_suffix(sayTail.size());
+  constexpr std::string_view SAY_HEAD = "(say (freeform \"";
+  constexpr std::string_view SAY_TAIL = "\"))";
+  if (command.starts_with(SAY_HEAD)) {
+    require(command.ends_with(SAY_TAIL), "a say command is whole");
+    command.remove_prefix(SAY_HEAD.size());
+    command.remove_suffix(SAY_TAIL.size());
     require(static_cast<int>(command.size()) <= SAY_COACH_MSG_SIZE, "a message is short enough");
     require(command.find_first_not_of(msgEncodeChars) == command.npos, "of the right characters");
     require(AudioMsg(std::string(command).c_str()).isChkSumsValid(), "its checksum is valid");
@@ -187,8 +187,8 @@ void Match::checkCommand(std::string_view command) {
     int type = 0;
     std::sscanf(std::string(command).c_str(), "(change_player_type %d %d)", &number, &type);
     require(number >= 2 && number <= 11, "only field players change their types");
-    require(type >= 1 && type < static_cast<int>(coach->world->playerType.size()) &&
-                coach->world->playerType[static_cast<std::size_t>(type)].state == type,
+    require(type >= 1 && type < static_cast<int>(coach_->world->playerType.size()) &&
+                coach_->world->playerType[static_cast<std::size_t>(type)].state == type,
             "only announced types are ordered");
   } else {
     require(command == "(done)" || command.starts_with("(eye on)") || command.starts_with("(init "),

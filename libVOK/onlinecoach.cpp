@@ -13,7 +13,7 @@ namespace {
 
 // What a failed check-in tells the user, by `comm_error`, of which there are seven. A socket that
 // cannot be made, be it for an unknown host, is told by the connection and is unspecified here.
-constexpr std::array<const char*, 7> checkinMessages = {
+constexpr std::array<const char*, 7> CHECKIN_MESSAGES = {
     nullptr,
     "Onlinecoach: unspecified error when initializing !",
     "Onlinecoach: could not find server's host !",
@@ -36,7 +36,7 @@ Onlinecoach::Onlinecoach(const char* team, const char* host, int port, const cha
   if (result == COMM_OK) {
     world = std::make_unique<Worldmodel>(comm.get());
   } else {
-    std::cerr << checkinMessages[result] << "\n";
+    std::cerr << CHECKIN_MESSAGES[result] << "\n";
   }
 }
 

@@ -37,13 +37,13 @@ struct Vector2d {
   double y = 0;
 
   Vector2d() = default;
-  Vector2d(double newX, double newY) : x(newX), y(newY) {}
+  Vector2d(double x, double y) : x(x), y(y) {}
 
   double getX() const { return x; }
   double getY() const { return y; }
-  void setX(double newX) { x = newX; }
-  void setY(double newY) { y = newY; }
-  void setXY(double newX, double newY) { *this = {newX, newY}; }
+  void setX(double to) { x = to; }
+  void setY(double to) { y = to; }
+  void setXY(double toX, double toY) { *this = {toX, toY}; }
 
   double getLength() const;
   /// Direction in radians.

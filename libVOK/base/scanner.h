@@ -45,29 +45,29 @@ class Scanner {
   static constexpr std::size_t NO_LIMIT = std::numeric_limits<std::size_t>::max();
 
   Scanner() = default;
-  explicit Scanner(std::string_view text) : left(text) {}
+  explicit Scanner(std::string_view text) : left_(text) {}
 
   /// The text from the position on.
-  std::string_view rest() const { return left; }
-  bool startsWith(std::string_view head) const { return left.starts_with(head); }
-  void advance(std::size_t n) { left.remove_prefix(n < left.size() ? n : left.size()); }
+  std::string_view rest() const { return left_; }
+  bool startsWith(std::string_view head) const { return left_.starts_with(head); }
+  void advance(std::size_t n) { left_.remove_prefix(n < left_.size() ? n : left_.size()); }
 
   /// Any run of white space, also none.
   Scanner& skipBlanks() {
-    while (!left.empty() && isBlank(left.front())) left.remove_prefix(1);
+    while (!left_.empty() && isBlank(left_.front())) left_.remove_prefix(1);
     return *this;
   }
 
   /// Exactly these characters.
   bool literal(std::string_view word) {
-    if (!left.starts_with(word)) return false;
-    left.remove_prefix(word.size());
+    if (!left_.starts_with(word)) return false;
+    left_.remove_prefix(word.size());
     return true;
   }
 
   bool literal(char c) {
-    if (left.empty() || left.front() != c) return false;
-    left.remove_prefix(1);
+    if (left_.empty() || left_.front() != c) return false;
+    left_.remove_prefix(1);
     return true;
   }
 
@@ -86,9 +86,9 @@ class Scanner {
 
   /// Exactly the next character, white space included.
   bool character(char& c) {
-    if (left.empty()) return false;
-    c = left.front();
-    left.remove_prefix(1);
+    if (left_.empty()) return false;
+    c = left_.front();
+    left_.remove_prefix(1);
     return true;
   }
 
@@ -96,19 +96,19 @@ class Scanner {
   template <typename Class>
   bool run(Class inClass, std::string_view& found, std::size_t limit = NO_LIMIT) {
     std::size_t n = 0;
-    while (n < left.size() && n < limit && inClass(left[n])) ++n;
+    while (n < left_.size() && n < limit && inClass(left_[n])) ++n;
     if (n == 0) return false;
-    found = left.substr(0, n);
-    left.remove_prefix(n);
+    found = left_.substr(0, n);
+    left_.remove_prefix(n);
     return true;
   }
 
   /// The longest run without `stop`, at least one character.
   bool until(char stop, std::string_view& found) {
-    const std::size_t n = left.substr(0, left.find(stop)).size();
+    const std::size_t n = left_.substr(0, left_.find(stop)).size();
     if (n == 0) return false;
-    found = left.substr(0, n);
-    left.remove_prefix(n);
+    found = left_.substr(0, n);
+    left_.remove_prefix(n);
     return true;
   }
 
@@ -130,7 +130,7 @@ class Scanner {
     double read = 0;
     Scanner ahead = *this;
     if (ahead.number(read) != std::errc() || !std::isfinite(read)) return false;
-    ahead.dropBareExponent(left.substr(0, left.size() - ahead.left.size()));
+    ahead.dropBareExponent(left_.substr(0, left_.size() - ahead.left_.size()));
     value = read;
     *this = ahead;
     return true;
@@ -139,7 +139,7 @@ class Scanner {
   /// True where `real` refuses a number because it is too large or not finite.
   bool atUnfitReal() const {
     double read = 0;
-    const std::errc error = Scanner(left).number(read);
+    const std::errc error = Scanner(left_).number(read);
     return error == std::errc::result_out_of_range || !std::isfinite(read);
   }
 
@@ -148,11 +148,11 @@ class Scanner {
   /// no exponent. Fifteen digits and their power of ten are doubles without error, so that the one
   /// division gives the nearest double. Any other number is left to the general way.
   bool plainReal(double& value) {
-    constexpr std::ptrdiff_t exactDigits = 15;
-    static constexpr std::array powers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
+    constexpr std::ptrdiff_t EXACT_DIGITS = 15;
+    static constexpr std::array POWERS = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
                                           1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14};
-    const char* p = left.data();
-    const char* const end = p + left.size();
+    const char* p = left_.data();
+    const char* const end = p + left_.size();
     while (p != end && isBlank(*p)) ++p;
     const bool negative = p != end && *p == '-';
     if (negative) ++p;
@@ -175,18 +175,18 @@ class Scanner {
       decimals = readDigits();
       if (decimals == 0) return false;
     }
-    if (whole + decimals > exactDigits || (p != end && (*p == 'e' || *p == 'E'))) return false;
+    if (whole + decimals > EXACT_DIGITS || (p != end && (*p == 'e' || *p == 'E'))) return false;
 
-    const double size = static_cast<double>(digits) / powers[static_cast<std::size_t>(decimals)];
+    const double size = static_cast<double>(digits) / POWERS[static_cast<std::size_t>(decimals)];
     value = negative ? -size : size;
-    left.remove_prefix(static_cast<std::size_t>(p - left.data()));
+    left_.remove_prefix(static_cast<std::size_t>(p - left_.data()));
     return true;
   }
 
   template <typename Number>
   std::errc number(Number& value) {
-    const char* p = left.data();
-    const char* end = p + left.size();
+    const char* p = left_.data();
+    const char* end = p + left_.size();
     while (p != end && isBlank(*p)) ++p;
     if (p != end && *p == '+') {
       ++p;
@@ -199,7 +199,7 @@ class Scanner {
     } else if (error != std::errc()) {
       return error;
     }
-    left.remove_prefix(static_cast<std::size_t>(behind - left.data()));
+    left_.remove_prefix(static_cast<std::size_t>(behind - left_.data()));
     return std::errc();
   }
 
@@ -208,13 +208,13 @@ class Scanner {
 
   /// "1e" and "1e+" are the number 1, and the exponent's mark goes with it.
   void dropBareExponent(std::string_view number) {
-    if (left.empty() || (left.front() != 'e' && left.front() != 'E')) return;
+    if (left_.empty() || (left_.front() != 'e' && left_.front() != 'E')) return;
     if (number.find_first_of("eE") != NO_LIMIT) return;
-    left.remove_prefix(1);
-    if (!left.empty() && (left.front() == '-' || left.front() == '+')) left.remove_prefix(1);
+    left_.remove_prefix(1);
+    if (!left_.empty() && (left_.front() == '-' || left_.front() == '+')) left_.remove_prefix(1);
   }
 
-  std::string_view left;
+  std::string_view left_;
 };
 
 }  // namespace vok

@@ -141,10 +141,10 @@ steady_clock::time_point Comm::endOfWait(const std::optional<steady_clock::time_
 // Null when there is nothing to route, be it that the server is lost.
 const char* Comm::receiveFirst() {
   // A wait that a signal cut short goes on at the next drain: the server's silence counts in all.
-  silenceEnds = endOfWait(silenceEnds);
+  silenceEnds_ = endOfWait(silenceEnds_);
   try {
-    const char* text = sock->recv(ZELTRAmode ? -1 : millisecondsUntil(*silenceEnds), &async->act);
-    silenceEnds.reset();
+    const char* text = sock->recv(ZELTRAmode ? -1 : millisecondsUntil(*silenceEnds_), &async->act);
+    silenceEnds_.reset();
     return text;
   } catch (const UDPAct&) {
     return nullptr;

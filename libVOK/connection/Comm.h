@@ -163,7 +163,7 @@ class Comm {
   std::ostream& timedCommError() const;
 
   /// When the server is taken for dead, while nothing comes.
-  std::optional<std::chrono::steady_clock::time_point> silenceEnds;
+  std::optional<std::chrono::steady_clock::time_point> silenceEnds_;
 };
 
 }  // namespace vok

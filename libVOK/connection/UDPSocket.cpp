@@ -24,9 +24,9 @@ constexpr int DAY = 24 * 3600 * 1000;
 
 }  // namespace
 
-UDPSocket::UDPSocket(const char* host, int port, unsigned int newMaxMsgSize)
-    : maxMsgSize(std::size_t{newMaxMsgSize} + 1) {
-  if (newMaxMsgSize == 0) throw UDPSocketError("maxMsgSize <= 0", -1);
+UDPSocket::UDPSocket(const char* host, int port, unsigned int bytesKept)
+    : maxMsgSize(std::size_t{bytesKept} + 1) {
+  if (bytesKept == 0) throw UDPSocketError("maxMsgSize <= 0", -1);
   recMsg.resize(maxMsgSize);
 
   const int created = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
@@ -79,12 +79,12 @@ const char* UDPSocket::tryRecv() {
 }
 
 void UDPSocket::limitWait(int milliseconds) {
-  if (milliseconds == waitLimit) return;
+  if (milliseconds == waitLimit_) return;
   const timeval limit{milliseconds / 1000, (milliseconds % 1000) * 1000L};
   if (setsockopt(sd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit) != 0) {
     throw UDPSocketError("error while recving data", errno);
   }
-  waitLimit = milliseconds;
+  waitLimit_ = milliseconds;
 }
 
 const char* UDPSocket::receive(int flags) {

@@ -65,7 +65,7 @@ class UDPSocket {
   const char* receive(int flags);
 
   int sd = -1;
-  int waitLimit = 0;  ///< of the system's receive calls, milliseconds; 0 without one
+  int waitLimit_ = 0;  ///< of the system's receive calls, milliseconds; 0 without one
   sockaddr_in srv{};
   std::vector<char> recMsg;
   std::size_t maxMsgSize;

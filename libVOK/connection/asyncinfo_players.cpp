@@ -42,7 +42,7 @@ struct BodyCommand {
   int SensorData::*executed;
 };
 
-constexpr auto bodyCommands = std::to_array<BodyCommand>({
+constexpr auto BODY_COMMANDS = std::to_array<BodyCommand>({
     {KICK_COMMAND, "kick", &AsyncCommInfo::kickCount, &SensorData::kick_count},
     {DASH_COMMAND, "dash", &AsyncCommInfo::dashCount, &SensorData::dash_count},
     {TURN_COMMAND, "turn", &AsyncCommInfo::turnCount, &SensorData::turn_count},
@@ -58,7 +58,7 @@ struct FreeCommand {
   int SensorData::*executed;
 };
 
-constexpr auto freeCommands = std::to_array<FreeCommand>({
+constexpr auto FREE_COMMANDS = std::to_array<FreeCommand>({
     {"say", &AsyncCommInfo::sayCount, &SensorData::say_count},
     {"turn_neck", &AsyncCommInfo::turnNeckCount, &SensorData::turn_neck_count},
     {"change view", &AsyncCommInfo::changeViewCount, &SensorData::change_view_count},
@@ -136,7 +136,7 @@ void AsyncCommInfo::shortenWait(long& wait) {
 }
 
 void AsyncCommInfo::sendAction(CycleCommand command, double p1, double p2) {
-  for (const BodyCommand& kind : bodyCommands) {
+  for (const BodyCommand& kind : BODY_COMMANDS) {
     if (kind.command == command) ++(this->*kind.sent);
   }
   setAction(command, serverTime, p1, p2, sentAction);
@@ -147,7 +147,7 @@ void AsyncCommInfo::sendAction(CycleCommand command, double p1, double p2) {
 void AsyncCommInfo::checkSyncCommandCount(const SensorData& data) {
   clearAction(serverTime, lostAction);
   int unexpected = 0;
-  for (const BodyCommand& kind : bodyCommands) {
+  for (const BodyCommand& kind : BODY_COMMANDS) {
     const int missing = this->*kind.sent - data.*kind.executed;
     this->*kind.sent = data.*kind.executed;
     if (missing > 0) {
@@ -162,7 +162,7 @@ void AsyncCommInfo::checkSyncCommandCount(const SensorData& data) {
 }
 
 void AsyncCommInfo::checkAsyncCommandCount(const SensorData& data) {
-  for (const FreeCommand& kind : freeCommands) {
+  for (const FreeCommand& kind : FREE_COMMANDS) {
     int& sent = this->*kind.sent;
     const int told = data.*kind.executed;
     if (sent == told) continue;

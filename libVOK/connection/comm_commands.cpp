@@ -20,8 +20,8 @@ constexpr double DEGREES = 180.0 / std::numbers::pi;
 constexpr std::size_t COMMAND_SIZE = 8192;
 using CommandText = std::array<char, COMMAND_SIZE>;
 
-constexpr std::array widthNames = {"narrow", "normal", "wide"};
-constexpr std::array qualityNames = {"low", "high"};
+constexpr std::array WIDTH_NAMES = {"narrow", "normal", "wide"};
+constexpr std::array QUALITY_NAMES = {"low", "high"};
 
 // The server's names of the modes that a trainer may set. A name for both sides lacks its side.
 struct ModeName {
@@ -30,7 +30,7 @@ struct ModeName {
   bool sided;
 };
 
-constexpr auto modeNames = std::to_array<ModeName>({
+constexpr auto MODE_NAMES = std::to_array<ModeName>({
     {PLAY_MODE_BEFORE_KICK_OFF, "before_kick_off", false},
     {PLAY_MODE_TIME_OVER, "time_over", false},
     {PLAY_MODE_PLAY_ON, "play_on", false},
@@ -102,17 +102,17 @@ void Comm::sendChangePlayer(int number, int type) {
 }
 
 bool Comm::intoRange(const char* command, double& value, double low, double high) const {
-  constexpr double tolerance = 1e-10;
+  constexpr double TOLERANCE = 1e-10;
   const auto trying = [&]() -> std::ostream& {
     return timedCommError() << "agent tries to send (" << command << " " << value << ")";
   };
-  if (value < low - tolerance) {
+  if (value < low - TOLERANCE) {
     trying() << ", normalizing to " << low << "\n";
     value = low;
-  } else if (value > high + tolerance) {
+  } else if (value > high + TOLERANCE) {
     trying() << ", normalizing to " << high << "\n";
     value = high;
-  } else if (!(value >= low - tolerance && value <= high + tolerance)) {
+  } else if (!(value >= low - TOLERANCE && value <= high + TOLERANCE)) {
     trying() << ", dropping command completely\n";
     return false;
   }
@@ -170,8 +170,8 @@ void Comm::sendTurnNeck(double angle) {
 void Comm::sendChangeView(view_width width, view_quality quality, bool evenInSynchMode) {
   if (SYNCH_MODE && !evenInSynchMode) return;
   if (width < VIEW_WIDTH_NARROW || width > VIEW_WIDTH_WIDE) return;
-  sendFormatted("(change_view %s %s)", widthNames[static_cast<std::size_t>(width)],
-                qualityNames[quality == VIEW_QUALITY_HIGH ? 1 : 0]);
+  sendFormatted("(change_view %s %s)", WIDTH_NAMES[static_cast<std::size_t>(width)],
+                QUALITY_NAMES[quality == VIEW_QUALITY_HIGH ? 1 : 0]);
   ++async->changeViewCount;
   async->chVisAngle = width;
   async->chVisQual = quality;
@@ -200,7 +200,7 @@ void Comm::sendTackle(double power) {
 }
 
 void Comm::sendChangeMode(play_mode mode) {
-  for (const ModeName& known : modeNames) {
+  for (const ModeName& known : MODE_NAMES) {
     const bool theirs = known.sided && mode == known.mode + 1;
     if (mode != known.mode && !theirs) continue;
     const bool left = (getMySide() == SIDE_LEFT) != theirs;
@@ -236,10 +236,10 @@ void Comm::say(AudioMsg& message) {
 
 void Comm::sendSay(const char* text) {
   // A coach's text comes in its freeform wrapper, which has 13 characters, 12 of them granted.
-  constexpr long playerLimit = 513;
-  constexpr long sayWrapper = 8;
-  const long wanted = async->isCoach() ? SAY_COACH_MSG_SIZE + 12L : playerLimit;
-  const long limit = std::min<long>(wanted, long{COMMAND_SIZE} - sayWrapper);
+  constexpr long PLAYER_LIMIT = 513;
+  constexpr long SAY_WRAPPER = 8;
+  const long wanted = async->isCoach() ? SAY_COACH_MSG_SIZE + 12L : PLAYER_LIMIT;
+  const long limit = std::min<long>(wanted, long{COMMAND_SIZE} - SAY_WRAPPER);
   const std::size_t length = std::strlen(text);
   if (static_cast<long>(length) > limit) {
     timedCommError() << "client tries to send too long say message (len= " << length

@@ -18,11 +18,11 @@ constexpr std::size_t MAX_SET_ASIDE = 1000;
 }  // namespace
 
 SensorDataStore::SensorDataStore() {
-  droppedTypes.reserve(MAX_SET_ASIDE);
+  droppedTypes_.reserve(MAX_SET_ASIDE);
 }
 
 void SensorDataStore::put(const SensorData& data) {
-  store[static_cast<std::size_t>(writeIndex)] = data;
+  store_[static_cast<std::size_t>(writeIndex)] = data;
   advanceWrite();
 }
 
@@ -30,18 +30,18 @@ void SensorDataStore::insert(const SensorData& data) {
   int pos = writeIndex;
   // Slot numbers, not ring distances: a wrapped ring moves nothing.
   for (; pos > readIndex; --pos) {
-    const SensorData& before = store[static_cast<std::size_t>(pos - 1)];
+    const SensorData& before = store_[static_cast<std::size_t>(pos - 1)];
     if (before.time < data.time) break;
-    store[static_cast<std::size_t>(pos)] = before;
+    store_[static_cast<std::size_t>(pos)] = before;
   }
-  store[static_cast<std::size_t>(pos)] = data;
+  store_[static_cast<std::size_t>(pos)] = data;
   advanceWrite();
 }
 
 void SensorDataStore::advanceWrite() {
   writeIndex = next(writeIndex);
   if (writeIndex != readIndex) return;
-  const SensorData& oldest = store[static_cast<std::size_t>(readIndex)];
+  const SensorData& oldest = store_[static_cast<std::size_t>(readIndex)];
   if (oldest.type == SENSOR_TYPE_PLAYER_TYPE) setTypeAside(oldest.playerType);
   readIndex = next(writeIndex);
   std::cerr << "DataStore: more than " << SIZE << " unprocessed SensorDatas, dumping oldest one.\n";
@@ -49,12 +49,12 @@ void SensorDataStore::advanceWrite() {
 
 void SensorDataStore::setTypeAside(const PlayerType& type) {
   const auto known =
-      std::find_if(droppedTypes.begin(), droppedTypes.end(),
+      std::find_if(droppedTypes_.begin(), droppedTypes_.end(),
                    [&](const PlayerType& t) { return t.player_type == type.player_type; });
-  if (known != droppedTypes.end()) {
+  if (known != droppedTypes_.end()) {
     *known = type;
-  } else if (droppedTypes.size() < MAX_SET_ASIDE) {
-    droppedTypes.push_back(type);
+  } else if (droppedTypes_.size() < MAX_SET_ASIDE) {
+    droppedTypes_.push_back(type);
   }
 }
 
@@ -66,7 +66,7 @@ bool SensorDataStore::getNext(SensorData& out) {
 
 const SensorData* SensorDataStore::takeNext() {
   if (readIndex == writeIndex) return nullptr;
-  const SensorData* record = &store[static_cast<std::size_t>(readIndex)];
+  const SensorData* record = &store_[static_cast<std::size_t>(readIndex)];
   readIndex = next(readIndex);
   return record;
 }

@@ -32,17 +32,17 @@ class SensorDataStore {
   const SensorData* takeNext();
 
   /// Player types that the ring had to drop, in the order of their arrival.
-  const std::vector<PlayerType>& setAside() const { return droppedTypes; }
-  void clearSetAside() { droppedTypes.clear(); }
+  const std::vector<PlayerType>& setAside() const { return droppedTypes_; }
+  void clearSetAside() { droppedTypes_.clear(); }
 
  private:
   void advanceWrite();
   void setTypeAside(const PlayerType& type);
 
-  std::array<SensorData, SIZE> store;
+  std::array<SensorData, SIZE> store_;
   int readIndex = 0;
   int writeIndex = 0;
-  std::vector<PlayerType> droppedTypes;
+  std::vector<PlayerType> droppedTypes_;
 };
 
 }  // namespace vok

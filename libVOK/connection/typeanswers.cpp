@@ -11,7 +11,7 @@ struct Refusal {
   TypeAnswerKind kind;
 };
 
-constexpr auto refusals = std::to_array<Refusal>({
+constexpr auto REFUSALS = std::to_array<Refusal>({
     {"(warning max_of_that_type_on_field)", TypeAnswerKind::FULL},
     {"(warning no_left_of_that_type)", TypeAnswerKind::FULL},
     {"(error out_of_range_player_type)", TypeAnswerKind::NO_SUCH_TYPE},
@@ -25,7 +25,7 @@ bool readAnswer(std::string_view text, TypeAnswer& answer) {
   if (scan.literal("(ok change_player_type ")) {
     return scan.integer(answer.number) && scan.integer(answer.type);
   }
-  for (const Refusal& refusal : refusals) {
+  for (const Refusal& refusal : REFUSALS) {
     if (!text.starts_with(refusal.head)) continue;
     answer.kind = refusal.kind;
     return true;
@@ -38,19 +38,19 @@ bool readAnswer(std::string_view text, TypeAnswer& answer) {
 void TypeAnswers::note(std::string_view text) {
   TypeAnswer answer;
   if (!readAnswer(text, answer)) return;
-  answers[(first + count) % SIZE] = answer;
-  if (count < SIZE) {
-    ++count;
+  answers_[(first_ + count_) % SIZE] = answer;
+  if (count_ < SIZE) {
+    ++count_;
   } else {
-    first = (first + 1) % SIZE;
+    first_ = (first_ + 1) % SIZE;
   }
 }
 
 bool TypeAnswers::next(TypeAnswer& answer) {
-  if (count == 0) return false;
-  answer = answers[first];
-  first = (first + 1) % SIZE;
-  --count;
+  if (count_ == 0) return false;
+  answer = answers_[first_];
+  first_ = (first_ + 1) % SIZE;
+  --count_;
   return true;
 }
 

@@ -34,9 +34,9 @@ class TypeAnswers {
  private:
   static constexpr std::size_t SIZE = 64;
 
-  std::array<TypeAnswer, SIZE> answers;
-  std::size_t first = 0;
-  std::size_t count = 0;
+  std::array<TypeAnswer, SIZE> answers_;
+  std::size_t first_ = 0;
+  std::size_t count_ = 0;
 };
 
 }  // namespace vok

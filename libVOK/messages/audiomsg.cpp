@@ -184,14 +184,14 @@ void AudioMsg::rollbackWrite() {
   if (writeMark >= getReadPos())
     setNumber(WRITE_POS, writeMark);
   else
-    state = false;
+    state_ = false;
 }
 
 void AudioMsg::rollbackRead() {
   if (readMark <= getReadPos())
     setNumber(READ_POS, readMark);
   else
-    state = false;
+    state_ = false;
 }
 
 // Payload
@@ -201,7 +201,7 @@ void AudioMsg::rollbackRead() {
 void AudioMsg::append(const char* characters, unsigned count) {
   const unsigned pos = getWritePos();
   if (!setWritePos(pos + count)) {
-    state = false;
+    state_ = false;
     return;
   }
   std::copy_n(characters, count, encoded.begin() + HEADER_LENGTH + pos);
@@ -212,7 +212,7 @@ void AudioMsg::append(const char* characters, unsigned count) {
 const char* AudioMsg::take(unsigned count) {
   const unsigned pos = getReadPos();
   if (!setReadPos(pos + count)) {
-    state = false;
+    state_ = false;
     return nullptr;
   }
   return &encoded[HEADER_LENGTH + pos];
@@ -244,7 +244,7 @@ AudioMsg& AudioMsg::operator<<(char value) {
 AudioMsg& AudioMsg::operator<<(double value) {
   const double steps = std::floor(10 * value + 2048);
   if (!(steps >= 0 && steps <= 4095)) {
-    state = false;
+    state_ = false;
     return *this;
   }
   const auto n = static_cast<unsigned>(steps);
@@ -255,9 +255,9 @@ AudioMsg& AudioMsg::operator<<(double value) {
 
 /// Rounding may put an angle on the border of two steps into the lower one.
 AudioMsg& AudioMsg::operator<<(const Angle& value) {
-  constexpr double pi = std::numbers::pi;
-  const double v = Angle::mod2pi(static_cast<double>(value) + pi);
-  const auto n = static_cast<unsigned>(static_cast<int>(std::floor(v * 4096 / (2 * pi))));
+  constexpr double PI = std::numbers::pi;
+  const double v = Angle::mod2pi(static_cast<double>(value) + PI);
+  const auto n = static_cast<unsigned>(static_cast<int>(std::floor(v * 4096 / (2 * PI))));
   const std::array characters{digit(n), digit(digitsOf(n, 1))};
   append(characters.data(), 2);
   return *this;
@@ -305,10 +305,10 @@ AudioMsg& AudioMsg::operator>>(double& value) {
 }
 
 AudioMsg& AudioMsg::operator>>(Angle& value) {
-  constexpr double pi = std::numbers::pi;
+  constexpr double PI = std::numbers::pi;
   if (const char* characters = take(2)) {
     const int n = (decodeChar(characters[0]) + decodeChar(characters[1])) * 128;
-    value = Angle(n * pi / 4096 - pi);
+    value = Angle(n * PI / 4096 - PI);
   }
   return *this;
 }

@@ -44,15 +44,15 @@ class Int3B {
   explicit Int3B(const char* text);
   Int3B(const unsigned& number);
 
-  unsigned getValue() const { return value; }
+  unsigned getValue() const { return value_; }
   const char* getEncoding() const { return encoding.data(); }
-  operator int() const { return static_cast<int>(value); }
+  operator int() const { return static_cast<int>(value_); }
 
  private:
   void encode();
   void decode();
 
-  unsigned value = 0;
+  unsigned value_ = 0;
   std::array<char, 3> encoding{};
 };
 
@@ -63,25 +63,25 @@ class Val5B {
 
   Val5B() = default;
   explicit Val5B(const char* text);
-  Val5B(double newX, double newY, unsigned newAge, WObjectState newState);
-  Val5B(Vector2d pos, unsigned newAge, WObjectState newState);
+  Val5B(double x, double y, unsigned age, WObjectState state);
+  Val5B(Vector2d pos, unsigned age, WObjectState state);
 
-  double getX() const { return x; }
-  double getY() const { return y; }
-  unsigned getAge() const { return age; }
-  WObjectState getState() const { return state; }
+  double getX() const { return x_; }
+  double getY() const { return y_; }
+  unsigned getAge() const { return age_; }
+  WObjectState getState() const { return state_; }
   const char* getEncoding() const { return encoding.data(); }
-  operator Vector2d() const { return {x, y}; }
-  bool isValid() const { return age < INVALIDAGE; }
+  operator Vector2d() const { return {x_, y_}; }
+  bool isValid() const { return age_ < INVALIDAGE; }
 
  private:
   void encode();
   void decode();
 
-  double x = 0;
-  double y = 0;
-  unsigned age = 0;
-  WObjectState state = UNSAFE;
+  double x_ = 0;
+  double y_ = 0;
+  unsigned age_ = 0;
+  WObjectState state_ = UNSAFE;
   std::array<char, 5> encoding{};
 };
 
@@ -144,8 +144,8 @@ class AudioMsg {
   void markRead() { readMark = getReadPos(); }
   void rollbackRead();
 
-  bool getState() const { return state; }
-  void clearState() { state = true; }
+  bool getState() const { return state_; }
+  void clearState() { state_ = true; }
 
   AudioMsg& operator<<(const Int3B& value);
   AudioMsg& operator<<(const Val5B& value);
@@ -182,7 +182,7 @@ class AudioMsg {
   const char* take(unsigned count);
 
   std::array<char, 512> encoded{};
-  bool state = true;
+  bool state_ = true;
   unsigned MSG_LENGTH = 0;
   unsigned readMark = 0;
   unsigned writeMark = 0;

@@ -26,16 +26,16 @@ Int3B::Int3B(const char* text) {
   decode();
 }
 
-Int3B::Int3B(const unsigned& number) : value(number) {
+Int3B::Int3B(const unsigned& number) : value_(number) {
   encode();
 }
 
 void Int3B::encode() {
-  for (unsigned k = 0; k < encoding.size(); ++k) encoding[k] = digit(digitsOf(value, k));
+  for (unsigned k = 0; k < encoding.size(); ++k) encoding[k] = digit(digitsOf(value_, k));
 }
 
 void Int3B::decode() {
-  value = decoded(encoding[0]) | decoded(encoding[1]) << 6 | decoded(encoding[2]) << 12;
+  value_ = decoded(encoding[0]) | decoded(encoding[1]) << 6 | decoded(encoding[2]) << 12;
 }
 
 // Val5B
@@ -45,27 +45,26 @@ Val5B::Val5B(const char* text) {
   decode();
 }
 
-Val5B::Val5B(double newX, double newY, unsigned newAge, WObjectState newState)
-    : x(newX), y(newY), age(newAge), state(newState) {
+Val5B::Val5B(double x, double y, unsigned age, WObjectState state)
+    : x_(x), y_(y), age_(age), state_(state) {
   encode();
 }
 
-Val5B::Val5B(Vector2d pos, unsigned newAge, WObjectState newState)
-    : Val5B(pos.x, pos.y, newAge, newState) {}
+Val5B::Val5B(Vector2d pos, unsigned age, WObjectState state) : Val5B(pos.x, pos.y, age, state) {}
 
 void Val5B::encode() {
-  const double gridX = std::floor(10 * x + 1024);
-  const double gridY = std::floor(10 * y + 1024);
+  const double gridX = std::floor(10 * x_ + 1024);
+  const double gridY = std::floor(10 * y_ + 1024);
   const auto inGrid = [](double n) { return n >= 0 && n <= 2047; };
-  const bool known = state == UNSAFE || state == FUZZY || state == VISUAL;
-  if (!inGrid(gridX) || !inGrid(gridY) || age > INVALIDAGE || !known) age = INVALIDAGE;
+  const bool known = state_ == UNSAFE || state_ == FUZZY || state_ == VISUAL;
+  if (!inGrid(gridX) || !inGrid(gridY) || age_ > INVALIDAGE || !known) age_ = INVALIDAGE;
   const unsigned column = lowBits(gridX);
   const unsigned row = lowBits(gridY);
   encoding[0] = digit(column);
-  encoding[1] = digit((column >> 6 & 31) | (state == FUZZY ? 32U : 0U));
+  encoding[1] = digit((column >> 6 & 31) | (state_ == FUZZY ? 32U : 0U));
   encoding[2] = digit(row);
-  encoding[3] = digit((row >> 6 & 31) | (state == VISUAL ? 32U : 0U));
-  encoding[4] = digit(age);
+  encoding[3] = digit((row >> 6 & 31) | (state_ == VISUAL ? 32U : 0U));
+  encoding[4] = digit(age_);
 }
 
 void Val5B::decode() {
@@ -73,10 +72,10 @@ void Val5B::decode() {
   const unsigned highY = decoded(encoding[3]);
   const unsigned column = decoded(encoding[0]) | (highX & 31) << 6;
   const unsigned row = decoded(encoding[2]) | (highY & 31) << 6;
-  x = (static_cast<double>(column) - 1024) / 10;
-  y = (static_cast<double>(row) - 1024) / 10;
-  age = decoded(encoding[4]);
-  state = highX >= 32 ? FUZZY : highY >= 32 ? VISUAL : UNSAFE;
+  x_ = (static_cast<double>(column) - 1024) / 10;
+  y_ = (static_cast<double>(row) - 1024) / 10;
+  age_ = decoded(encoding[4]);
+  state_ = highX >= 32 ? FUZZY : highY >= 32 ? VISUAL : UNSAFE;
 }
 
 // Printed forms

@@ -15,7 +15,7 @@ struct PlaymodeName {
 
 // A name matches by its beginning, so the order matters: "goal_kick_l" stands before "goal_l". A
 // foul is a free kick of the other side.
-constexpr auto playmodeNames = std::to_array<PlaymodeName>({
+constexpr auto PLAYMODE_NAMES = std::to_array<PlaymodeName>({
     {"before_kick_off", PLAY_MODE_BEFORE_KICK_OFF},
     {"time_over", PLAY_MODE_TIME_OVER},
     {"time_up", PLAY_MODE_TIME_OVER},
@@ -80,24 +80,24 @@ constexpr auto playmodeNames = std::to_array<PlaymodeName>({
 }  // namespace
 
 Parser::Parser(const char* teamName, client_type ctype, int minVer, int maxVer)
-    : team(teamName),
-      isCoach(ctype == CLIENT_ONLINECOACH || ctype == CLIENT_TRAINCOACH),
+    : team_(teamName),
+      isCoach_(ctype == CLIENT_ONLINECOACH || ctype == CLIENT_TRAINCOACH),
       clangMinVer(minVer),
       clangMaxVer(maxVer) {}
 
 bool Parser::parseServerString(std::string_view text, SensorData& record) {
-  data = &record;
-  data->think = false;
-  msg = Scanner(text.substr(0, text.find('\0')));
+  data_ = &record;
+  data_->think = false;
+  msg_ = Scanner(text.substr(0, text.find('\0')));
 
   if (plainHead("(player_type ", SENSOR_TYPE_PLAYER_TYPE)) return parsePlayerType();
   if (timedHead(" (see ", SENSOR_TYPE_SEE)) {
-    if (!msg.literal(')')) return parseSee();
-    data->type = SENSOR_TYPE_STRANGE;
+    if (!msg_.literal(')')) return parseSee();
+    data_->type = SENSOR_TYPE_STRANGE;
     return true;
   }
   if (timedHead(" (see_global ", SENSOR_TYPE_EXACT)) {
-    if (isCoach) return parseExact();
+    if (isCoach_) return parseExact();
     std::cerr << "Parser: received see message for coach\n";
     return false;
   }
@@ -113,7 +113,7 @@ bool Parser::parseServerString(std::string_view text, SensorData& record) {
   if (plainHead("(clang", SENSOR_TYPE_CLANG_VER)) return parseClangVersions();
   if (plainHead("(error ", SENSOR_TYPE_ERROR)) return true;
   if (plainHead("(think)", SENSOR_TYPE_OK)) {
-    data->think = true;
+    data_->think = true;
     return true;
   }
   return plainHead("(warning ", SENSOR_TYPE_WARNING);
@@ -122,50 +122,50 @@ bool Parser::parseServerString(std::string_view text, SensorData& record) {
 /// A head with a server time behind it; blanks in it match any white space.
 bool Parser::timedHead(std::string_view head, sensor_data_type type) {
   int time = 0;
-  Scanner ahead = msg;
+  Scanner ahead = msg_;
   if (!ahead.pattern(head) || !ahead.integer(time)) return false;
-  msg = ahead.skipBlanks();
-  data->type = type;
-  data->time = time;
+  msg_ = ahead.skipBlanks();
+  data_->type = type;
+  data_->time = time;
   return true;
 }
 
 /// A head without a time, compared exactly.
 bool Parser::plainHead(std::string_view head, sensor_data_type type) {
-  if (!msg.literal(head)) return false;
-  data->type = type;
-  data->time = -1;
+  if (!msg_.literal(head)) return false;
+  data_->type = type;
+  data_->time = -1;
   return true;
 }
 
 /// "3, 5": the new type stands behind a comma. Without one it is taken as unnamed, which is how
 /// the other team's changes come.
 bool Parser::parsePlayerChanged() {
-  data->number = -1;
-  data->heteroType = -1;
-  data->announcedType = -1;
+  data_->number = -1;
+  data_->heteroType = -1;
+  data_->announcedType = -1;
   int number = -1;
-  if (msg.integer(number)) {
-    const bool comma = msg.literal(',');
-    msg.integer(data->announcedType);
-    if (comma) data->heteroType = data->announcedType;
+  if (msg_.integer(number)) {
+    const bool comma = msg_.literal(',');
+    msg_.integer(data_->announcedType);
+    if (comma) data_->heteroType = data_->announcedType;
   }
-  data->number = shirtNumber(number);
-  data->ourTeamChanged = data->heteroType != -1;
+  data_->number = shirtNumber(number);
+  data_->ourTeamChanged = data_->heteroType != -1;
   return true;
 }
 
 /// " (ver ([]) 7, 8))": nobody needs the versions of the players, which come in another form.
 bool Parser::parseClangVersions() {
-  data->number = -1;
-  data->heteroType = -1;
-  if (!msg.pattern(" (ver ([]) ") || !msg.integer(data->number)) return true;
-  if (msg.literal(',')) msg.integer(data->heteroType);
+  data_->number = -1;
+  data_->heteroType = -1;
+  if (!msg_.pattern(" (ver ([]) ") || !msg_.integer(data_->number)) return true;
+  if (msg_.literal(',')) msg_.integer(data_->heteroType);
   return true;
 }
 
 play_mode Parser::parsePlaymode(std::string_view name, playing_side side) {
-  for (const PlaymodeName& row : playmodeNames) {
+  for (const PlaymodeName& row : PLAYMODE_NAMES) {
     if (!name.starts_with(row.name)) continue;
     if (row.ours == SIDE_UNKNOWN || row.ours == side) return row.mode;
     return static_cast<play_mode>(row.mode + 1);

@@ -35,7 +35,7 @@ class Parser {
   /// The play mode of a referee's name, as seen by `side`. An unknown name is reported.
   static play_mode parsePlaymode(std::string_view name, playing_side side);
 
-  void setSide(playing_side newSide) { side = newSide; }
+  void setSide(playing_side side) { side_ = side; }
   int getCLangMinVer() const { return clangMinVer; }
   int getCLangMaxVer() const { return clangMaxVer; }
 
@@ -89,11 +89,11 @@ class Parser {
   /// Copies what fits, and a terminator.
   static void copyText(std::string_view text, HeardText& into);
 
-  std::string team;
-  playing_side side = SIDE_LEFT;
-  bool isCoach;
-  SensorData* data = nullptr;  ///< the record being filled
-  Scanner msg;                 ///< the position in the datagram
+  std::string team_;
+  playing_side side_ = SIDE_LEFT;
+  bool isCoach_;
+  SensorData* data_ = nullptr;  ///< the record being filled
+  Scanner msg_;                 ///< the position in the datagram
   int clangMinVer;
   int clangMaxVer;
 };

@@ -61,35 +61,33 @@ std::ostream& operator<<(std::ostream& out, const MCommand& command) {
   return out << command.encoded;
 }
 
-MLog::MLog(const std::string& text, int newDuration)
-    : MCommand(newDuration, "(log " + text + ")") {}
+MLog::MLog(const std::string& text, int duration) : MCommand(duration, "(log " + text + ")") {}
 
-MMarker::MMarker(Vector2d p, const char* text, int newDuration)
-    : MCommand(newDuration, marker(p, text, newDuration)) {}
+MMarker::MMarker(Vector2d p, const char* text, int duration)
+    : MCommand(duration, marker(p, text, duration)) {}
 
-MDPosition::MDPosition(Vector2d p, int newDuration)
-    : MCommand(newDuration, compose("pos", newDuration, Point{p})) {}
+MDPosition::MDPosition(Vector2d p, int duration)
+    : MCommand(duration, compose("pos", duration, Point{p})) {}
 
-MDCircle::MDCircle(Vector2d centre, double radius, bool filled, MStyle style, int newDuration)
-    : MCommand(newDuration,
-               compose("cir", newDuration, Point{centre}, radius, filled, int{style})) {}
+MDCircle::MDCircle(Vector2d centre, double radius, bool filled, MStyle style, int duration)
+    : MCommand(duration, compose("cir", duration, Point{centre}, radius, filled, int{style})) {}
 
-MDLine::MDLine(Vector2d a, Vector2d b, MStyle style, int newDuration)
-    : MCommand(newDuration, compose("line", newDuration, Point{a}, Point{b}, int{style})) {}
+MDLine::MDLine(Vector2d a, Vector2d b, MStyle style, int duration)
+    : MCommand(duration, compose("line", duration, Point{a}, Point{b}, int{style})) {}
 
-MDVLine::MDVLine(double x, MStyle style, int newDuration)
-    : MCommand(newDuration, compose("vline", newDuration, x, int{style})) {}
+MDVLine::MDVLine(double x, MStyle style, int duration)
+    : MCommand(duration, compose("vline", duration, x, int{style})) {}
 
-MDBox::MDBox(Vector2d a, Vector2d b, MStyle style, int newDuration)
-    : MCommand(newDuration, compose("box", newDuration, Point{a}, Point{b}, int{style})) {}
+MDBox::MDBox(Vector2d a, Vector2d b, MStyle style, int duration)
+    : MCommand(duration, compose("box", duration, Point{a}, Point{b}, int{style})) {}
 
 MDCorridor::MDCorridor(Vector2d a, Vector2d b, double width, Angle aperture, MStyle style,
-                       int newDuration)
-    : MCommand(newDuration, compose("corr", newDuration, Point{a}, Point{b}, width,
-                                    static_cast<double>(aperture), int{style})) {}
+                       int duration)
+    : MCommand(duration, compose("corr", duration, Point{a}, Point{b}, width,
+                                 static_cast<double>(aperture), int{style})) {}
 
-MDLabel::MDLabel(Vector2d p, const std::string& text, int newDuration)
-    : MCommand(newDuration, compose("lab", newDuration, Point{p}, text)) {}
+MDLabel::MDLabel(Vector2d p, const std::string& text, int duration)
+    : MCommand(duration, compose("lab", duration, Point{p}, text)) {}
 
 MStop::MStop() : MCommand(ONCE, compose("stop")) {}
 
@@ -103,7 +101,7 @@ MSetPlayer::MSetPlayer(bool ours, int number, Vector2d p, Angle body)
     : MCommand(ONCE, compose("setpl", ONCE, number, ours, Point{p}, static_cast<double>(body))) {}
 
 MELog::MELog(int a, int b, const char* text1, const char* text2, const char* text3,
-             const std::string& text4, int newDuration)
-    : MCommand(newDuration, event(a, b, text1, text2, text3, text4)) {}
+             const std::string& text4, int duration)
+    : MCommand(duration, event(a, b, text1, text2, text3, text4)) {}
 
 }  // namespace vok

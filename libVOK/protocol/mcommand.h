@@ -20,7 +20,7 @@ struct MCommand {
   std::string encoded;
   const int duration;  ///< how many cycles the monitor keeps the item
 
-  MCommand(int newDuration, std::string text) : encoded(std::move(text)), duration(newDuration) {}
+  MCommand(int duration, std::string text) : encoded(std::move(text)), duration(duration) {}
 };
 
 std::ostream& operator<<(std::ostream& out, const MCommand& command);

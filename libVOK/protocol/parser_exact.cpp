@@ -72,7 +72,7 @@ struct FlagName {
 };
 
 // A name matches by its beginning: longer names before their beginnings.
-constexpr auto flagNames = std::to_array<FlagName>({
+constexpr auto FLAG_NAMES = std::to_array<FlagName>({
     {"f t l 50", FLAG_TOP_LEFT_50},
     {"f t l 40", FLAG_TOP_LEFT_40},
     {"f t l 30", FLAG_TOP_LEFT_30},
@@ -131,17 +131,17 @@ constexpr auto flagNames = std::to_array<FlagName>({
 }  // namespace
 
 bool Parser::parseExact() {
-  data->exactball.valid = false;
-  for (ExactGoal& goal : data->exactgoal) goal.valid = false;
-  for (ExactPlayer& player : data->exactplayer) player.valid = false;
+  data_->exactball.valid = false;
+  for (ExactGoal& goal : data_->exactgoal) goal.valid = false;
+  for (ExactPlayer& player : data_->exactplayer) player.valid = false;
 
   std::size_t players = 0;
   std::size_t goals = 0;
   while (true) {
-    const GlobalObject object(msg);
+    const GlobalObject object(msg_);
     if (!parseObject(object, players, goals)) return false;
     if (object.last) return true;
-    msg.advance(object.size);
+    msg_.advance(object.size);
   }
 }
 
@@ -150,7 +150,7 @@ bool Parser::parseObject(const GlobalObject& object, std::size_t& players, std::
   ObjectNumbers numbers;
   if (object.size == 0 || !readNumbers(Scanner(object.numbers), numbers)) {
     std::cerr << "Parser: malformed object: l=" << object.nameSize << " len=" << object.size
-              << "\n'" << firstLine(msg.rest()) << "'\n";
+              << "\n'" << firstLine(msg_.rest()) << "'\n";
     return false;
   }
 
@@ -164,15 +164,15 @@ bool Parser::parseObject(const GlobalObject& object, std::size_t& players, std::
 
   switch (determineObject(name)) {
     case OT_BALL:
-      setMotion(numbers, data->exactball);
+      setMotion(numbers, data_->exactball);
       return true;
 
     case OT_PLAYER: {
-      if (players == data->exactplayer.size()) {
+      if (players == data_->exactplayer.size()) {
         std::cerr << "Parser: to manny players!\n";
         return false;
       }
-      ExactPlayer& player = data->exactplayer[players++];
+      ExactPlayer& player = data_->exactplayer[players++];
       setMotion(numbers, player);
       player.body_dir = radians(numbers.value[4]);
       player.face_dir = radians(numbers.value[5]);
@@ -184,11 +184,11 @@ bool Parser::parseObject(const GlobalObject& object, std::size_t& players, std::
     }
 
     case OT_GOAL: {
-      if (goals == data->exactgoal.size()) {
+      if (goals == data_->exactgoal.size()) {
         std::cerr << "Parser: to manny goals!\n";
         return false;
       }
-      ExactGoal& goal = data->exactgoal[goals++];
+      ExactGoal& goal = data_->exactgoal[goals++];
       setMotion(numbers, goal);
       parseGoal(name, goal.which, goal.team);
       return true;
@@ -208,7 +208,7 @@ void Parser::parsePlayer(std::string_view name, team_number& playerTeam, int& nu
   Scanner at(name);
   std::string_view teamName;
   if (!at.pattern(" p \"") || !at.run(isTeamLetter, teamName)) return;
-  playerTeam = teamName == team ? TEAM_US : TEAM_THEM;
+  playerTeam = teamName == team_ ? TEAM_US : TEAM_THEM;
   if (!at.literal('"') || !at.integer(number)) return;
   goalie = at.skipBlanks().startsWith("goalie") ? GOALIE_TRUE : GOALIE_FALSE;
 }
@@ -219,13 +219,13 @@ void Parser::parseGoal(std::string_view name, goal_type& which, team_number& goa
   if (name.starts_with("g l")) which = GOAL_LEFT;
   if (name.starts_with("g r")) which = GOAL_RIGHT;
   if (which == GOAL_UNKNOWN) return;
-  const bool isOurs = side == (which == GOAL_LEFT ? SIDE_LEFT : SIDE_RIGHT);
+  const bool isOurs = side_ == (which == GOAL_LEFT ? SIDE_LEFT : SIDE_RIGHT);
   goalTeam = isOurs ? TEAM_US : TEAM_THEM;
 }
 
 void Parser::parseFlag(std::string_view name, SensorFlag& flag) {
   flag.which = FLAG_UNKNOWN;
-  for (const FlagName& row : flagNames) {
+  for (const FlagName& row : FLAG_NAMES) {
     if (!name.starts_with(row.name)) continue;
     flag.which = row.flag;
     return;
@@ -237,10 +237,10 @@ void Parser::parseLine(std::string_view name, SensorLine& line) {
     std::string_view name;
     line_type line;
   };
-  constexpr auto lineNames = std::to_array<LineName>(
+  constexpr auto LINE_NAMES = std::to_array<LineName>(
       {{"l t", LINE_TOP}, {"l l", LINE_LEFT}, {"l r", LINE_RIGHT}, {"l b", LINE_BOTTOM}});
   line.which = LINE_UNKNOWN;
-  for (const LineName& row : lineNames)
+  for (const LineName& row : LINE_NAMES)
     if (name.starts_with(row.name)) line.which = row.line;
 }
 

@@ -43,70 +43,70 @@ struct CoachWord {
   CoachMsgType type;
 };
 
-constexpr auto coachWords = std::to_array<CoachWord>(
+constexpr auto COACH_WORDS = std::to_array<CoachWord>(
     {{"(advice", CMT_ADVICE}, {"(info", CMT_INFO}, {"(meta", CMT_META}, {"(define", CMT_DEFINE}});
 
 }  // namespace
 
 bool Parser::parseHear() {
-  data->sender = SENDER_SELF;
-  data->coachMsgType = CMT_NONE;
-  data->message[0] = '\0';
-  data->mode = PLAY_MODE_UNKNOWN;
-  data->penaltySide = SIDE_UNKNOWN;
-  data->sender_dir = NO_ANGLE;
-  data->sender_name[0] = '\0';
-  data->sender_num = -1;
+  data_->sender = SENDER_SELF;
+  data_->coachMsgType = CMT_NONE;
+  data_->message[0] = '\0';
+  data_->mode = PLAY_MODE_UNKNOWN;
+  data_->penaltySide = SIDE_UNKNOWN;
+  data_->sender_dir = NO_ANGLE;
+  data_->sender_name[0] = '\0';
+  data_->sender_num = -1;
 
-  const Scanner voice = msg;
+  const Scanner voice = msg_;
   std::string_view speaker;
-  if (!msg.word(speaker)) return false;
-  msg.skipBlanks();
+  if (!msg_.word(speaker)) return false;
+  msg_.skipBlanks();
 
   std::string_view text;
   if (speaker.starts_with("referee")) return parseReferee();
   if (speaker.starts_with("coach")) {
-    data->sender = SENDER_COACH;
-    if (!msg.run(isSpeech, text)) return false;
-    copyText(text, data->message);
+    data_->sender = SENDER_COACH;
+    if (!msg_.run(isSpeech, text)) return false;
+    copyText(text, data_->message);
     return true;
   }
   if (speaker.starts_with("self")) {
-    data->sender = SENDER_SELF;
-    if (!readQuoted(msg, text)) return false;
-    copyText(text, data->message);
+    data_->sender = SENDER_SELF;
+    if (!readQuoted(msg_, text)) return false;
+    copyText(text, data_->message);
     return true;
   }
   if (speaker.starts_with("online_coach_left") || speaker.starts_with("online_coach_right")) {
-    data->sender = SENDER_ONLINECOACH;
+    data_->sender = SENDER_ONLINECOACH;
     return parseCoachMsg();
   }
-  msg = voice;
+  msg_ = voice;
   return parseVoice();
 }
 
 /// A call: most name a play mode, and goals the score of their side.
 bool Parser::parseReferee() {
-  data->sender = SENDER_REFEREE;
+  data_->sender = SENDER_REFEREE;
   std::string_view text;
-  if (!msg.run(isSpeech, text)) return false;
-  copyText(text, data->message);
-  const std::string_view call(data->message.data());
+  if (!msg_.run(isSpeech, text)) return false;
+  copyText(text, data_->message);
+  const std::string_view call(data_->message.data());
 
   if (call.starts_with("penalty_onfield_l")) {
-    data->penaltySide = SIDE_LEFT;
+    data_->penaltySide = SIDE_LEFT;
   } else if (call.starts_with("penalty_onfield_r")) {
-    data->penaltySide = SIDE_RIGHT;
+    data_->penaltySide = SIDE_RIGHT;
   } else if (!call.starts_with("penalty_foul_") && !call.starts_with("penalty_winner_") &&
              !call.starts_with("penalty_draw")) {
-    data->mode = parsePlaymode(call, side);
+    data_->mode = parsePlaymode(call, side_);
   }
-  if (data->mode != PLAY_MODE_GOAL_US && data->mode != PLAY_MODE_GOAL_THEM) return true;
+  if (data_->mode != PLAY_MODE_GOAL_US && data_->mode != PLAY_MODE_GOAL_THEM) return true;
 
   Scanner goal(call);
   char goalSide = '\0';
   return goal.literal("goal_") && goal.character(goalSide) && goal.literal('_') &&
-         goal.integer(data->score);
+         goal.integer(data_->score);
 }
 
 /// A player's voice: what is known of the speaker depends on the distance and on who hears it.
@@ -116,71 +116,71 @@ bool Parser::parseVoice() {
   int number = -1;
   double degrees = 0;
 
-  Scanner at = msg;
+  Scanner at = msg_;
   if (at.pattern(" our ") && at.integer(number)) {
-    data->sender = SENDER_PLAYER_US;
-    data->sender_num = shirtNumber(number);
+    data_->sender = SENDER_PLAYER_US;
+    data_->sender_num = shirtNumber(number);
     return true;
   }
-  if (msg.startsWith("opp)")) {
-    data->sender = SENDER_PLAYER_THEM;
+  if (msg_.startsWith("opp)")) {
+    data_->sender = SENDER_PLAYER_THEM;
     return true;
   }
 
-  at = msg;
+  at = msg_;
   if (at.real(degrees)) {
     Scanner mate = at;
     Scanner opponent = at;
     if (mate.pattern(" our ") && mate.integer(number) && readQuoted(mate, text)) {
-      data->sender = SENDER_PLAYER_US;
-      data->sender_num = shirtNumber(number);
+      data_->sender = SENDER_PLAYER_US;
+      data_->sender_num = shirtNumber(number);
     } else if (opponent.pattern(" opp ") && readQuoted(opponent, text)) {
-      data->sender = SENDER_PLAYER_THEM;
+      data_->sender = SENDER_PLAYER_THEM;
     } else if (readQuoted(at, text)) {
-      data->sender = SENDER_DIR;
+      data_->sender = SENDER_DIR;
     } else {
       return false;
     }
-    data->sender_dir = Angle::mod2pi(degrees * std::numbers::pi / 180);
-    copyText(text, data->message);
+    data_->sender_dir = Angle::mod2pi(degrees * std::numbers::pi / 180);
+    copyText(text, data_->message);
     return true;
   }
 
-  if (readNamedVoice(msg, name, text)) {
-    data->sender = SENDER_PLAYER;
-    copyText(text, data->message);
+  if (readNamedVoice(msg_, name, text)) {
+    data_->sender = SENDER_PLAYER;
+    copyText(text, data_->message);
     Scanner player(name);
     std::string_view teamName;
     if (!player.pattern("p \"") || !player.until('"', teamName)) return true;
-    copyText(teamName, data->sender_name);
-    if (player.literal('"') && player.integer(number)) data->sender_num = shirtNumber(number);
+    copyText(teamName, data_->sender_name);
+    if (player.literal('"') && player.integer(number)) data_->sender_num = shirtNumber(number);
     return true;
   }
-  if (!readBlankVoice(msg, name, text)) return false;
-  data->sender = SENDER_PLAYER;
-  copyText(name, data->sender_name);
-  copyText(text, data->message);
+  if (!readBlankVoice(msg_, name, text)) return false;
+  data_->sender = SENDER_PLAYER;
+  copyText(name, data_->sender_name);
+  copyText(text, data_->message);
   return true;
 }
 
 /// An online coach's words. The coach language is kept as text.
 bool Parser::parseCoachMsg() {
-  data->coachMsgType = CMT_NONE;
-  Scanner at = msg;
+  data_->coachMsgType = CMT_NONE;
+  Scanner at = msg_;
   std::string_view text;
   if (at.pattern(" (freeform \"") && at.run(isFreeform, text) && at.literal("\")")) {
-    data->coachMsgType = CMT_FREEFORM;
-    copyText(text, data->message);
+    data_->coachMsgType = CMT_FREEFORM;
+    copyText(text, data_->message);
     return true;
   }
-  for (const CoachWord& row : coachWords) {
-    if (!msg.literal(row.word)) continue;
-    data->coachMsgType = row.type;
-    copyText(msg.rest(), data->message);
+  for (const CoachWord& row : COACH_WORDS) {
+    if (!msg_.literal(row.word)) continue;
+    data_->coachMsgType = row.type;
+    copyText(msg_.rest(), data_->message);
     return true;
   }
-  if (msg.literal("(unsupported_clang)")) return true;
-  std::cerr << "Parser: recvd unknown message from olcoach:\"" << firstLine(msg.rest()) << "\"\n";
+  if (msg_.literal("(unsupported_clang)")) return true;
+  std::cerr << "Parser: recvd unknown message from olcoach:\"" << firstLine(msg_.rest()) << "\"\n";
   return false;
 }
 

@@ -307,7 +307,7 @@ int Parser::readToken(const Format& format, const Token& token) {
     std::cerr << "Parser::readToken: unknown data type " << token.dt << "\n";
     return -1;
   }
-  const Reading reading = format.scan(msg);
+  const Reading reading = format.scan(msg_);
   const bool stored = reading.converted && !format.skipped;
   if (token.dt == DT_NONE ? reading.consumed == 0 : !stored) return 1;
 
@@ -315,7 +315,7 @@ int Parser::readToken(const Format& format, const Token& token) {
   if (token.dt == DT_DOUBLE) *static_cast<double*>(token.ptr) = reading.value.real;
   if (token.dt == DT_BOOL) *static_cast<bool*>(token.ptr) = reading.value.flag != 0;
   if (token.dt == DT_STRING) copyText(reading.value.text, *static_cast<HeardText*>(token.ptr));
-  msg.advance(reading.consumed);
+  msg_.advance(reading.consumed);
   return 0;
 }
 
@@ -323,38 +323,38 @@ int Parser::readToken(const Format& format, const Token& token) {
 /// order.
 bool Parser::readItems(std::string_view text, std::string_view head, const TokenIndex& index) {
   if (!text.starts_with(head)) return false;
-  msg = Scanner(text.substr(0, text.find('\0')));
-  msg.advance(head.size());
+  msg_ = Scanner(text.substr(0, text.find('\0')));
+  msg_.advance(head.size());
   const auto read = [this](const TokenIndex::Row& row) {
     return readToken(row.format, *row.token) == 0;
   };
   auto row = index.byKey.begin();
   for (std::size_t items = 0; items < index.byKey.size(); ++items) {
-    const std::size_t before = msg.rest().size();
+    const std::size_t before = msg_.rest().size();
     // Servers send their items sorted by key: mostly it is the row behind the last one.
     if (row == index.byKey.end() || !read(*row)) {
-      row = index.find(msg);
+      row = index.find(msg_);
       const bool byKey = row != index.byKey.end() && read(*row);
       if (!byKey && std::none_of(index.textRows.begin(), index.textRows.end(), read)) return true;
     }
-    if (msg.rest().size() == before) return true;
+    if (msg_.rest().size() == before) return true;
     if (row != index.byKey.end()) ++row;
   }
   return true;
 }
 
 bool Parser::parseServerParam(std::string_view text) {
-  static const TokenIndex index(serverParamTokens);
-  return readItems(text, "(server_param ", index);
+  static const TokenIndex INDEX(serverParamTokens);
+  return readItems(text, "(server_param ", INDEX);
 }
 
 bool Parser::parsePlayerParam(std::string_view text) {
-  static const TokenIndex index(playerParamTokens);
-  return readItems(text, "(player_param ", index);
+  static const TokenIndex INDEX(playerParamTokens);
+  return readItems(text, "(player_param ", INDEX);
 }
 
 bool Parser::parsePlayerType() {
-  PlayerType& type = data->playerType;
+  PlayerType& type = data_->playerType;
   const auto tokens = std::to_array<Token>({
       {" (id %d)%n", &type.player_type, DT_INT},
       {" (player_speed_max %lf)%n", &type.player_speed_max, DT_DOUBLE},
@@ -377,11 +377,11 @@ bool Parser::parsePlayerType() {
       continue;
     }
     std::string_view unknown;
-    Scanner ahead = msg;
+    Scanner ahead = msg_;
     if (!ahead.pattern(" (") || !ahead.until(')', unknown) || !ahead.pattern(") ")) return false;
     std::cerr << "Parser::parsePlayerType: skipping unknown token at " << i << " ("
               << firstLine(unknown) << ")\n";
-    msg = ahead;
+    msg_ = ahead;
   }
   return true;
 }

@@ -40,8 +40,8 @@ bool readAngle(Scanner& at, double& angle) {
 
 /// A number of commands: the cycle timing takes the differences of two, and counts on from one.
 bool readCount(Scanner& at, int& count) {
-  constexpr int maxCount = 1'000'000'000;
-  return at.integer(count) && count >= 0 && count <= maxCount;
+  constexpr int MAX_COUNT = 1'000'000'000;
+  return at.integer(count) && count >= 0 && count <= MAX_COUNT;
 }
 
 bool readViewMode(Scanner& at, SensorData& body) {
@@ -88,7 +88,7 @@ struct CountName {
 
 constexpr std::size_t NO_LIMIT = Scanner::NO_LIMIT;
 
-constexpr auto countNames = std::to_array<CountName>({
+constexpr auto COUNT_NAMES = std::to_array<CountName>({
     {"kick", &SensorData::kick_count},
     {"dash", &SensorData::dash_count},
     {"turn", &SensorData::turn_count},
@@ -108,7 +108,7 @@ bool readBodyItem(std::string_view name, Scanner at, SensorData& body, playing_s
   if (name == "arm") return readArm(at, body);
   if (name == "focus") return readFocus(at, body, side);
   if (name == "tackle") return readTackle(at, body);
-  for (const CountName& row : countNames) {
+  for (const CountName& row : COUNT_NAMES) {
     if (name == row.name) return readCount(at, body.*row.count);
   }
   return true;
@@ -153,7 +153,7 @@ struct Limit {
   std::size_t count;
   const char* name;
 };
-constexpr std::array<Limit, 6> limits = {
+constexpr std::array<Limit, 6> LIMITS = {
     {{NO_LIMIT, ""},
      {std::tuple_size_v<decltype(SensorData::player)>, "players"},
      {NO_LIMIT, ""},
@@ -164,43 +164,43 @@ constexpr std::array<Limit, 6> limits = {
 }  // namespace
 
 bool Parser::parseSenseBody() {
-  if (isCoach) return false;
+  if (isCoach_) return false;
   std::string_view item;
-  while (!msg.startsWith(")")) {
-    if (!takeItem(msg, item)) return false;
+  while (!msg_.startsWith(")")) {
+    if (!takeItem(msg_, item)) return false;
     Scanner at(item);
     std::string_view name;
-    if (!at.word(name) || !readBodyItem(name, at, *data, side)) return false;
-    msg.skipBlanks();
+    if (!at.word(name) || !readBodyItem(name, at, *data_, side_)) return false;
+    msg_.skipBlanks();
   }
   return true;
 }
 
 bool Parser::parseSee() {
-  if (isCoach) return false;
+  if (isCoach_) return false;
   std::string_view item;
-  std::array<std::size_t, limits.size()> seen{};
-  while (!msg.startsWith(")")) {
-    if (!takeItem(msg, item)) return false;
+  std::array<std::size_t, LIMITS.size()> seen{};
+  while (!msg_.startsWith(")")) {
+    if (!takeItem(msg_, item)) return false;
     Scanner at(item);
     std::string_view name;
     SeenNumbers numbers;
     if (!takeItem(at, name) || !numbers.read(at)) return false;
-    msg.skipBlanks();
+    msg_.skipBlanks();
     if (numbers.count < 2) continue;  // of a view of low quality: directions alone
 
     const ObjectType type = determineObject(name);
     const auto kind = static_cast<std::size_t>(type);
-    if (seen[kind]++ == limits[kind].count) {
-      std::cerr << "Parser: to manny " << limits[kind].name << "!\n";
+    if (seen[kind]++ == LIMITS[kind].count) {
+      std::cerr << "Parser: to manny " << LIMITS[kind].name << "!\n";
       return false;
     }
     switch (type) {
       case OT_BALL:
-        numbers.setObject(data->ball);
+        numbers.setObject(data_->ball);
         break;
       case OT_PLAYER: {
-        SensorPlayer& player = data->player[seen[kind] - 1];
+        SensorPlayer& player = data_->player[seen[kind] - 1];
         numbers.setPlayer(player);
         parsePlayer(name, player.team, player.number, player.goalie);
         player.number = shirtNumber(player.number);
@@ -210,21 +210,21 @@ bool Parser::parseSee() {
         SensorGoal goal;
         numbers.setObject(goal);
         parseGoal(name, goal.which, goal.team);
-        if (goal.which != GOAL_UNKNOWN) data->goal[static_cast<std::size_t>(goal.which)] = goal;
+        if (goal.which != GOAL_UNKNOWN) data_->goal[static_cast<std::size_t>(goal.which)] = goal;
         break;
       }
       case OT_FLAG: {
         SensorFlag flag;
         numbers.setObject(flag);
         parseFlag(name, flag);
-        if (flag.which != FLAG_UNKNOWN) data->flag[static_cast<std::size_t>(flag.which)] = flag;
+        if (flag.which != FLAG_UNKNOWN) data_->flag[static_cast<std::size_t>(flag.which)] = flag;
         break;
       }
       case OT_LINE: {
         SensorLine line;
         numbers.setObject(line);
         parseLine(name, line);
-        if (line.which != LINE_UNKNOWN) data->line[static_cast<std::size_t>(line.which)] = line;
+        if (line.which != LINE_UNKNOWN) data_->line[static_cast<std::size_t>(line.which)] = line;
         break;
       }
       case OT_NONE:

@@ -1,8 +1,9 @@
 // The one picture of the match that all decisions read.
 //
 // Field frame for either side: our goal is at x = -52.5; positions and velocities of a team on the
-// right are turned by 180 degrees on the way in, body and face directions stay the server's. Teams are indexed by shirt number 1..11, entry 0 is no player. A
-// player's entry is as good as its age: readers pass a maximum age.
+// right are turned by 180 degrees on the way in, body and face directions stay the server's. Teams
+// are indexed by shirt number 1..11, entry 0 is no player. A player's entry is as good as its age:
+// readers pass a maximum age.
 #pragma once
 
 #include <array>

@@ -76,7 +76,7 @@ void WMovedObject::setPos(const SensorObject& object, const WPlayer& my) {
   pos = my.pos + away;
 }
 
-WBall::WBall(Vector2d newPos, Vector2d newV) : WMovedObject(newPos, newV) {
+WBall::WBall(Vector2d pos, Vector2d v) : WMovedObject(pos, v) {
   decay = BALL_DECAY;
   vmax = BALL_SPEED_MAX;
   size = BALL_SIZE;
@@ -119,23 +119,22 @@ double reachableSpeed(double speedMax, double dashPowerRate, double decay) {
   return std::min(speedMax, dashPowerRate * MAXPOWER / (1 - decay));
 }
 
-WPlayer::WPlayer(Vector2d newPos, Vector2d newV)
-    : WMovedObject(newPos, newV), stamina(STAMINA_MAX) {
+WPlayer::WPlayer(Vector2d pos, Vector2d v) : WMovedObject(pos, v), stamina(STAMINA_MAX) {
   setType(WPlayerType::fromDefaults());
 }
 
-void WPlayer::setType(const WPlayerType& newType) {
-  decay = newType.playerDecay;
-  vmax = reachableSpeed(newType.playerSpeedMax, newType.dashPowerRate, newType.playerDecay);
-  size = newType.playerSize;
-  staminaIncMax = newType.staminaIncMax;
-  inertiaFactor = newType.inertiaFactor;
-  dashPowerRate = newType.dashPowerRate;
-  kickableMargin = newType.kickableMargin;
-  kickRand = newType.kickRand;
-  extraStamina = newType.extraStamina;
-  effortMin = newType.effortMin;
-  effortMax = newType.effortMax;
+void WPlayer::setType(const WPlayerType& type) {
+  decay = type.playerDecay;
+  vmax = reachableSpeed(type.playerSpeedMax, type.dashPowerRate, type.playerDecay);
+  size = type.playerSize;
+  staminaIncMax = type.staminaIncMax;
+  inertiaFactor = type.inertiaFactor;
+  dashPowerRate = type.dashPowerRate;
+  kickableMargin = type.kickableMargin;
+  kickRand = type.kickRand;
+  extraStamina = type.extraStamina;
+  effortMin = type.effortMin;
+  effortMax = type.effortMax;
 }
 
 Angle WPlayer::bodyAngleTo(const Vector2d& point) const {
@@ -203,24 +202,24 @@ void WPlayer::setBySensorData(const SensorPlayer& player, const WPlayer& my, WOb
   }
 }
 
-void WAction::store(const CycleAction& newAction) {
+void WAction::store(const CycleAction& action) {
   *this = {};
-  command = newAction.command;
+  command = action.command;
   switch (command) {
     case KICK_COMMAND:
-      power = newAction.param1;
-      moment = newAction.param2;
+      power = action.param1;
+      moment = action.param2;
       break;
     case DASH_COMMAND:
     case TACKLE_COMMAND:
-      power = newAction.param1;
+      power = action.param1;
       break;
     case TURN_COMMAND:
     case CATCH_COMMAND:
-      moment = newAction.param1;
+      moment = action.param1;
       break;
     case MOVE_COMMAND:
-      pos = {newAction.param1, newAction.param2};
+      pos = {action.param1, action.param2};
       break;
     default:
       break;

@@ -34,7 +34,7 @@ struct WObject {
   WObjectState state = UNSAFE;
 
   WObject() = default;
-  explicit WObject(Vector2d newPos) : pos(newPos) {}
+  explicit WObject(Vector2d pos) : pos(pos) {}
 
   double distTo(const Vector2d& point) const { return (point - pos).getLength(); }
   /// Distance to the segment; no number when its ends are the same.
@@ -55,7 +55,7 @@ struct WMovedObject : WObject {
   int coneTime = 0;  ///< cycles that a search for it has run
 
   WMovedObject() = default;
-  WMovedObject(Vector2d newPos, Vector2d newV) : WObject(newPos), v(newV) {}
+  WMovedObject(Vector2d pos, Vector2d v) : WObject(pos), v(v) {}
 
   /// Adds an acceleration; the speed stays within `vmax`.
   void acc(const Vector2d& acceleration);
@@ -70,7 +70,7 @@ struct WMovedObject : WObject {
 
 struct WBall : WMovedObject {
   WBall() : WBall({}, {}) {}
-  WBall(Vector2d newPos, Vector2d newV);
+  WBall(Vector2d pos, Vector2d v);
 
   /// True when the ball rolls over our goal line within `distance` metres of the goal's centre.
   bool willCrossOurGoalLine(double distance) const;
@@ -125,10 +125,10 @@ struct WPlayer : WMovedObject {
 
   WPlayer() : WPlayer({}, {}) {}
   /// A player of the server's default type.
-  WPlayer(Vector2d newPos, Vector2d newV);
+  WPlayer(Vector2d pos, Vector2d v);
 
   /// Takes over the physical parameters of a type.
-  void setType(const WPlayerType& newType);
+  void setType(const WPlayerType& type);
 
   Angle bodyAngleTo(const Vector2d& point) const;
   Angle faceAngleTo(const Vector2d& point) const;
@@ -157,7 +157,7 @@ struct WAction {
   double power = 0;
   Vector2d pos;
 
-  void store(const CycleAction& newAction);
+  void store(const CycleAction& action);
 };
 
 }  // namespace vok

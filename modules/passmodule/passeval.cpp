@@ -4,7 +4,7 @@
 
 namespace vok {
 
-PassEval::PassEval(const GoalShotEval* newGoalshoteval) : goalshoteval(newGoalshoteval) {
+PassEval::PassEval(const GoalShotEval* goalshoteval) : goalshoteval(goalshoteval) {
   SAMELEVEL_LENGTH = Config::getValueAsDouble("pass_sameLevelLength");
   MAXKICK_DURATION = Config::getValueAsInt("pass_maxKickDuration");
   MAXPASS_LENGTH = Config::getValueAsDouble("pass_maxKickLength");

@@ -8,7 +8,7 @@ class GoalShotEval;
 /// Reads its keys when it is built.
 class PassEval {
  public:
-  explicit PassEval(const GoalShotEval* newGoalshoteval);
+  explicit PassEval(const GoalShotEval* goalshoteval);
 
   int SCORE_POOR;
   int SCORE_AVERAGE;

@@ -145,8 +145,8 @@ int placeNumber(const Worldmodel& world, int n) {
 
 }  // namespace
 
-PositionEval::PositionEval(const GoalShotEval* newGoalshoteval, const PassEval* newPasseval)
-    : goalshoteval(newGoalshoteval), passeval(newPasseval) {
+PositionEval::PositionEval(const GoalShotEval* goalshoteval, const PassEval* passeval)
+    : goalshoteval(goalshoteval), passeval(passeval) {
   readAgent_conf();
   defNo = readFormationNo("StartFormationDef");
   offNo = readFormationNo("StartFormationOff");

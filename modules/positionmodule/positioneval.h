@@ -30,7 +30,7 @@ struct PlayerPos {
 class PositionEval {
  public:
   /// Reads the configuration.
-  PositionEval(const GoalShotEval* newGoalshoteval, const PassEval* newPasseval);
+  PositionEval(const GoalShotEval* goalshoteval, const PassEval* passeval);
 
   void readAgent_conf();
 

@@ -100,30 +100,30 @@ struct DecayTypes::Step {
 };
 
 DecayTypes::DecayTypes(std::size_t types) {
-  for (auto& ofPlayer : tracks) ofPlayer.resize(types);
+  for (auto& ofPlayer : tracks_) ofPlayer.resize(types);
 }
 
 void DecayTypes::observe(const Worldmodel& world, const Opponents& before, bool nextCycle,
                          TypeBeliefs& beliefs, Verdicts& verdicts) {
   const bool inPlay = world.playMode == PLAY_MODE_PLAY_ON;
-  const bool inPlayThroughout = nextCycle && inPlay && wasInPlay;
-  wasInPlay = inPlay;
-  if (!limits.known) readLimits(world);
+  const bool inPlayThroughout = nextCycle && inPlay && wasInPlay_;
+  wasInPlay_ = inPlay;
+  if (!limits_.known) readLimits(world);
 
   for (std::size_t n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
-    const bool inRow = std::exchange(evidence[n].inRow, false);
-    if (std::exchange(changesSeen[n], world.otherTypeChanges[n]) != world.otherTypeChanges[n]) {
+    const bool inRow = std::exchange(evidence_[n].inRow, false);
+    if (std::exchange(changesSeen_[n], world.otherTypeChanges[n]) != world.otherTypeChanges[n]) {
       forget(n, beliefs, verdicts);
       continue;
     }
     const WPlayer& player = world.otherTeam[n];
-    if (!inPlayThroughout || !limits.known || !isSeen(player) || !isSeen(before[n])) continue;
+    if (!inPlayThroughout || !limits_.known || !isSeen(player) || !isSeen(before[n])) continue;
     const Step step(before[n], player);
-    if (step.way.getLength() > limits.way) continue;
+    if (step.way.getLength() > limits_.way) continue;
     const bool isKnown = verdicts[n] != -1;
     if (!isKnown && mayHaveTouched(world, n)) continue;
     if (!inRow) endTracks(n);
-    evidence[n].inRow = true;
+    evidence_[n].inRow = true;
     if (isKnown) {
       verify(world, n, step, beliefs, verdicts);
     } else if (count(world, n, step, beliefs[n])) {
@@ -133,7 +133,7 @@ void DecayTypes::observe(const Worldmodel& world, const Opponents& before, bool 
 }
 
 void DecayTypes::readLimits(const Worldmodel& world) {
-  if (world.playerType.size() != tracks.front().size()) return;
+  if (world.playerType.size() != tracks_.front().size()) return;
   double speed = PLAYER_SPEED_MAX;
   double size = PLAYER_SIZE;
   for (const WPlayerType& type : world.playerType) {
@@ -141,21 +141,21 @@ void DecayTypes::readLimits(const Worldmodel& world) {
     speed = std::max(speed, type.playerSpeedMax);
     size = std::max(size, type.playerSize);
   }
-  limits.known = !world.playerType.empty();
+  limits_.known = !world.playerType.empty();
   // Noise comes on top of the greatest speed, up to PLAYER_RAND of it in either coordinate.
-  limits.way = speed * (1 + 1.5 * PLAYER_RAND);
-  limits.contact = 2 * size + CONTACT_ROOM;
-  limits.ballContact = size + BALL_SIZE + CONTACT_ROOM;
+  limits_.way = speed * (1 + 1.5 * PLAYER_RAND);
+  limits_.contact = 2 * size + CONTACT_ROOM;
+  limits_.ballContact = size + BALL_SIZE + CONTACT_ROOM;
 }
 
 bool DecayTypes::mayHaveTouched(const Worldmodel& world, std::size_t n) const {
   const WPlayer& player = world.otherTeam[n];
-  if (isSeen(world.ball) && isCloser(player, world.ball, limits.ballContact)) return true;
+  if (isSeen(world.ball) && isCloser(player, world.ball, limits_.ballContact)) return true;
   for (std::size_t i = FIRST_SHIRT; i <= LAST_SHIRT; ++i) {
     const WPlayer& opponent = world.ourTeam[i];
     const WPlayer& mate = world.otherTeam[i];
-    if (isSeen(opponent) && isCloser(player, opponent, limits.contact)) return true;
-    if (i != n && isSeen(mate) && isCloser(player, mate, limits.contact)) return true;
+    if (isSeen(opponent) && isCloser(player, opponent, limits_.contact)) return true;
+    if (i != n && isSeen(mate) && isCloser(player, mate, limits_.contact)) return true;
   }
   return false;
 }
@@ -165,20 +165,20 @@ void DecayTypes::verify(const Worldmodel& world, std::size_t n, const Step& step
                         TypeBeliefs& beliefs, Verdicts& verdicts) {
   const auto& types = world.playerType;
   const auto verdict = static_cast<std::size_t>(verdicts[n]);
-  if (step.follow(types[verdict].playerDecay, tracks[n][verdict])) return;
+  if (step.follow(types[verdict].playerDecay, tracks_[n][verdict])) return;
   if (mayHaveTouched(world, n)) return;
   const bool anyFits = std::any_of(types.begin(), types.end(), [&](const WPlayerType& type) {
     Track alone;
     return step.follow(type.playerDecay, alone);
   });
-  if (anyFits && ++evidence[n].against >= GIVE_UP) forget(n, beliefs, verdicts);
+  if (anyFits && ++evidence_[n].against >= GIVE_UP) forget(n, beliefs, verdicts);
 }
 
 /// Gives the types that the step fits a vote each, when it tells anything: it fits some type and
 /// excludes at least half of them. A player that hardly moves fits all.
 bool DecayTypes::count(const Worldmodel& world, std::size_t n, const Step& step,
                        std::vector<PlayerTypeData>& beliefs) {
-  auto& ofTypes = tracks[n];
+  auto& ofTypes = tracks_[n];
   std::size_t fitting = 0;
   for (std::size_t t = 0; t < ofTypes.size(); ++t) {
     if (step.follow(world.playerType[t].playerDecay, ofTypes[t])) ++fitting;
@@ -187,7 +187,7 @@ bool DecayTypes::count(const Worldmodel& world, std::size_t n, const Step& step,
   for (std::size_t t = 0; t < ofTypes.size(); ++t) {
     if (ofTypes[t].holds) ++beliefs[t].score;
   }
-  Evidence& known = evidence[n];
+  Evidence& known = evidence_[n];
   ++known.steps;
   const double dash = step.leastDash();
   known.secondStrongest = std::max(known.secondStrongest, std::min(dash, known.strongest));
@@ -199,7 +199,7 @@ bool DecayTypes::count(const Worldmodel& world, std::size_t n, const Step& step,
 void DecayTypes::decide(const Worldmodel& world, std::size_t n, TypeBeliefs& beliefs,
                         Verdicts& verdicts) {
   auto& votes = beliefs[n];
-  const int steps = evidence[n].steps;
+  const int steps = evidence_[n].steps;
   int most = 0;
   for (const PlayerTypeData& belief : votes) most = std::max(most, belief.score);
   if (8 * (steps - most) > steps) return;
@@ -227,7 +227,7 @@ bool DecayTypes::isUnlikelyTwin(const Worldmodel& world, std::size_t n, std::siz
                                 const Verdicts& verdicts) const {
   const WPlayerType& twin = world.playerType[type];
   const double fullDash = MAXPOWER * twin.dashPowerRate * twin.effortMax;
-  if (fullDash < evidence[n].secondStrongest) return true;
+  if (fullDash < evidence_[n].secondStrongest) return true;
   // The default type is no proof: everybody starts with it.
   if (type == 0 || !(playerParams.pt_max >= 1)) return false;
   const auto wearers = std::count(verdicts.begin(), verdicts.end(), static_cast<int>(type));
@@ -235,11 +235,11 @@ bool DecayTypes::isUnlikelyTwin(const Worldmodel& world, std::size_t n, std::siz
 }
 
 void DecayTypes::endTracks(std::size_t n) {
-  for (Track& track : tracks[n]) track.holds = false;
+  for (Track& track : tracks_[n]) track.holds = false;
 }
 
 void DecayTypes::forget(std::size_t n, TypeBeliefs& beliefs, Verdicts& verdicts) {
-  evidence[n] = {};
+  evidence_[n] = {};
   verdicts[n] = -1;
   std::fill(beliefs[n].begin(), beliefs[n].end(), PlayerTypeData{});
 }

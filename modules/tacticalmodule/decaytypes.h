@@ -76,11 +76,11 @@ class DecayTypes {
   void endTracks(std::size_t n);
   void forget(std::size_t n, TypeBeliefs& beliefs, Verdicts& verdicts);
 
-  std::array<Evidence, 12> evidence;
-  std::array<std::vector<Track>, 12> tracks;  ///< by shirt number and type
-  std::array<int, 12> changesSeen{};
-  Limits limits;
-  bool wasInPlay = false;
+  std::array<Evidence, 12> evidence_;
+  std::array<std::vector<Track>, 12> tracks_;  ///< by shirt number and type
+  std::array<int, 12> changesSeen_{};
+  Limits limits_;
+  bool wasInPlay_ = false;
 };
 
 }  // namespace vok

@@ -60,8 +60,8 @@ TacticalSystem::TacticalSystem(int _numDef, int _numDefMid, int _numOffMid, int 
   ensure(_numDef + _numDefMid + _numOffMid + _numOff == 10, "tacticalmodule");
 }
 
-TacticalModule::TacticalModule(const Worldmodel* newWorld, AdvSkills* newSkills)
-    : world(newWorld), skills(newSkills), decayTypes(static_cast<std::size_t>(numPlayerTypes())) {
+TacticalModule::TacticalModule(const Worldmodel* world, AdvSkills* skills)
+    : world(world), skills(skills), decayTypes(static_cast<std::size_t>(numPlayerTypes())) {
   ourSystem.numDefenders = Config::getValueAsInt("ourDefenders");
   ourSystem.numDefMidfield = Config::getValueAsInt("ourDefMidfield");
   ourSystem.numOffMidfield = Config::getValueAsInt("ourOffMidfield");

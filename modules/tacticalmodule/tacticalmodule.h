@@ -7,8 +7,8 @@
 
 #include <array>
 
-#include "grade.h"
 #include "decaytypes.h"
+#include "grade.h"
 #include "playertypedata.h"
 #include "worldmodel.h"
 
@@ -67,7 +67,7 @@ class TacticalModule {
  public:
   /// Reads the configuration. Either pointer may be null; without a world only the constructor may
   /// be called.
-  TacticalModule(const Worldmodel* newWorld, AdvSkills* newSkills);
+  TacticalModule(const Worldmodel* world, AdvSkills* skills);
 
   // Roles by shirt number. A number outside 1..11 is reported; it and a player without a place in
   // the formation have no role, and neither has the goalie.

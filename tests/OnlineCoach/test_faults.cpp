@@ -23,19 +23,19 @@ namespace {
 using namespace std::string_literals;
 using Table = std::map<std::string, std::string>;
 
-const std::string closing = "Onlinecoach: could not connect to sserver, closing down\n";
-const std::string undelivered = "Onlinecoach: could not deliver checkin message to server !\n";
-const std::string misread = "Onlinecoach: could not parse init response !\n";
-const std::string stranger =
+const std::string CLOSING = "Onlinecoach: could not connect to sserver, closing down\n";
+const std::string UNDELIVERED = "Onlinecoach: could not deliver checkin message to server !\n";
+const std::string MISREAD = "Onlinecoach: could not parse init response !\n";
+const std::string STRANGER =
     "CommError: Comm (Alpha No.-1): cannot handle server checkin response ";
-const std::string checkin = "CommError: Comm (Alpha No.0): ";
-const std::string noServerParam = checkin + "cannot parse server_param ";
-const std::string notServerParam = checkin + "got player_param instead of server_param\n";
-const std::string notPlayerParam = checkin + "got server_param instead of player_param\n";
-const std::string readError = "CommError: error while recving data\n" + undelivered + closing;
-const std::string unreadable = "CommError: 1 Comm (Alpha No.0): could not parse server string ";
-const std::string malformed = "Parser: malformed object: ";
-const std::string dumping =
+const std::string CHECKIN = "CommError: Comm (Alpha No.0): ";
+const std::string NO_SERVER_PARAM = CHECKIN + "cannot parse server_param ";
+const std::string NOT_SERVER_PARAM = CHECKIN + "got player_param instead of server_param\n";
+const std::string NOT_PLAYER_PARAM = CHECKIN + "got server_param instead of player_param\n";
+const std::string READ_ERROR = "CommError: error while recving data\n" + UNDELIVERED + CLOSING;
+const std::string UNREADABLE = "CommError: 1 Comm (Alpha No.0): could not parse server string ";
+const std::string MALFORMED = "Parser: malformed object: ";
+const std::string DUMPING =
     "DataStore: more than 20 unprocessed SensorDatas, dumping oldest one.\n";
 
 std::string padded(std::string text, std::size_t size) {
@@ -50,17 +50,17 @@ std::string crowd(int players) {
 }
 
 // What the servers say, each with a NUL byte behind it, and what the coach is to say.
-const Table texts = {
+const Table TEXTS = {
     {"init", "(init l ok)"},
     {"init-r", "(init r ok)"},
     {"init-long", padded("(init l ok)", 60000)},
     {"refusal", "(error no_such_team)"},
-    {"server", serverParam},
+    {"server", SERVER_PARAM},
     {"server-hasty", "(server_param (simulator_step 10)(synch_mode 1))"},  // dead in half a second
-    {"server-8192", padded(serverParam, 8191)},
+    {"server-8192", padded(SERVER_PARAM, 8191)},
     {"server-cut", padded("(server_param (synch_mode 1) ", 8185) + "(half_time 1))"},
-    {"player", playerParam},
-    {"player-8193", padded(playerParam, 8192)},
+    {"player", PLAYER_PARAM},
+    {"player-8193", padded(PLAYER_PARAM, 8192)},
     {"player-cut", "(player_param (player_types 7)(pt_\0max 1))"s},
     {"player-none", "(player_param (player_types 0)(pt_max 0)(subs_max 0))"},
     {"player-200", "(player_param (player_types 200)(pt_max 1)(subs_max 3))"},
@@ -79,14 +79,14 @@ const Table texts = {
     {"error", "(error unknown_command)"},
     {"see12", "(see 12)"},
     {"unterminated", "(warning message_not_null_terminated)"}};
-const Table commands = {{"INIT", "(init Alpha (version 9.00))"},
+const Table COMMANDS = {{"INIT", "(init Alpha (version 9.00))"},
                         {"EYE", "(eye on)"},
                         {"DONE", "(done)"},
                         {"BYE", "(bye)"},
                         {"DONE$", "(done)$"},
                         {"BYE$", "(bye)$"},
                         {"NOTHING", ""}};
-const std::map<std::string, int> signals = {
+const std::map<std::string, int> SIGNALS = {
     {"alarm", SIGALRM}, {"pipe", SIGPIPE}, {"stop", SIGSTOP}, {"go", SIGCONT}, {"end", SIGTERM}};
 
 // A coach, its server and another one that knows of it.
@@ -94,9 +94,9 @@ struct Game {
   explicit Game(const Lines& options = {}, FailingSend failing = {})
       : coach(coachArguments(server->port(), options), failing) {}
   ~Game() {
-    if (helper <= 0) return;
-    kill(helper, SIGKILL);
-    waitpid(helper, nullptr, 0);
+    if (helper_ <= 0) return;
+    kill(helper_, SIGKILL);
+    waitpid(helper_, nullptr, 0);
   }
 
   /// Plays words of the tables: sends a text, waits for a command, sends the coach a signal.
@@ -117,24 +117,24 @@ struct Game {
 
  private:
   void playWord(const std::string& word) {
-    const std::string next = "v" + std::to_string(time + 1);
+    const std::string next = "v" + std::to_string(time_ + 1);
     if (word.starts_with("2:")) {
-      other.swap(server);
-      server->address(*other);
+      other_.swap(server);
+      server->address(*other_);
       playWord(word.substr(2));
-      other.swap(server);
-    } else if (texts.contains(word)) {
-      server->send(texts.at(word));
-    } else if (commands.contains(word)) {
-      EXPECT_EQ(server->answer(word == "NOTHING" ? 20 : 3000), commands.at(word)) << "at " << time;
-    } else if (signals.contains(word)) {
-      coach.signal(signals.at(word));
+      other_.swap(server);
+    } else if (TEXTS.contains(word)) {
+      server->send(TEXTS.at(word));
+    } else if (COMMANDS.contains(word)) {
+      EXPECT_EQ(server->answer(word == "NOTHING" ? 20 : 3000), COMMANDS.at(word)) << "at " << time_;
+    } else if (SIGNALS.contains(word)) {
+      coach.signal(SIGNALS.at(word));
     } else if (word == "start") {
       play("INIT init EYE server player v1 think DONE");
     } else if (word == "cycle") {
       play(next + " think DONE");
     } else if (word == "type") {
-      server->send(playerType(types++));
+      server->send(playerType(types_++));
     } else if (word == "empty") {
       server->sendBytes("");
     } else if (word == "wait") {
@@ -143,32 +143,32 @@ struct Game {
       // Cycles until the coach is through; the system may have dropped the first.
       for (int tries = 0; tries < 9; ++tries) {
         while (!server->answer(100).empty()) continue;
-        play("v" + std::to_string(time + 1) + " think");
+        play("v" + std::to_string(time_ + 1) + " think");
         if (server->answer(1000) == "(done)") break;
       }
       while (!server->answer(100).empty()) continue;
     } else if (word.starts_with("big")) {
-      const std::string seen = view(++time);
+      const std::string seen = view(++time_);
       server->send(seen + std::string(std::stoul(word.substr(3)) - seen.size() - 1, ')'));
     } else {
       ASSERT_EQ(word[0], 'v') << word;
-      time = std::stol(word.substr(1));
-      server->send(view(time));
+      time_ = std::stol(word.substr(1));
+      server->send(view(time_));
     }
   }
 
   // In a process of its own, which does not outlive this one.
   void meanwhile(const std::string& script) {
-    helper = fork();
-    if (helper != 0) return;
+    helper_ = fork();
+    if (helper_ != 0) return;
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     for (;;) play(script);
   }
 
-  std::unique_ptr<ScriptedServer> other = std::make_unique<ScriptedServer>();
-  long time = 0;
-  int types = -1;
-  pid_t helper = -1;
+  std::unique_ptr<ScriptedServer> other_ = std::make_unique<ScriptedServer>();
+  long time_ = 0;
+  int types_ = -1;
+  pid_t helper_ = -1;
 };
 
 struct Fault {
@@ -209,11 +209,12 @@ TEST_P(Outlived, AndThenEveryCycleIsAnsweredOnce) {
   expectEnd(game.coach, GetParam().lines);
 }
 
-const Fault outlivedFaults[] = {
+const Fault OUTLIVED_FAULTS[] = {
     {"ServerParamTwice", "INIT init EYE server server player",
-     notPlayerParam +
+     NOT_PLAYER_PARAM +
          "CommError: 0 Comm (Alpha No.0): could not parse server string (player_param \n"},
-    {"ParametersInTheOtherOrder", "INIT init player server EYE", notServerParam + notPlayerParam},
+    {"ParametersInTheOtherOrder", "INIT init player server EYE",
+     NOT_SERVER_PARAM + NOT_PLAYER_PARAM},
     // Before the kick-off and after a foul, although the play mode does not tell.
     {"ClockStandsStill",
      "INIT init EYE server player v0 NOTHING think DONE kickoff v0 think DONE v1 think DONE "
@@ -223,7 +224,7 @@ const Fault outlivedFaults[] = {
     {"CheckinOfLongTexts", "INIT init-long EYE server-8192 player-8193"},
     {"ParametersCutOff", "INIT init EYE server-cut player-cut"},
     {"NoPlayerTypesButThreeAnnounced", "INIT init EYE server player-none type*3"},
-    {"PlayerTypes200InOneBurst", "INIT init EYE server player-200 type*200 settle", dumping},
+    {"PlayerTypes200InOneBurst", "INIT init EYE server player-200 type*200 settle", DUMPING},
     {"LostView", "start think"},
     {"LostThink", "start v2"},
     {"ViewTwice", "start v2 v2 think DONE v2"},
@@ -245,22 +246,22 @@ const Fault outlivedFaults[] = {
     {"PortMovesWhileAnAnswerIsOnItsWay", "start v2 think 2:NOTHING DONE 2:cycle*9"},
     {"AnswersFromTwoPorts", "start v2 2:think 2:DONE think 2:v3 2:DONE"},
     {"SecondServerChecksIn", "start 2:init-r 2:server 2:player",
-     unreadable + "(init r ok)\n" + unreadable + "(server_param \n" + unreadable +
+     UNREADABLE + "(init r ok)\n" + UNREADABLE + "(server_param \n" + UNREADABLE +
          "(player_param \n"},
-    {"EmptyDatagrams", "start empty*50", unreadable + "\n"},
+    {"EmptyDatagrams", "start empty*50", UNREADABLE + "\n"},
     {"ViewsOf8192BytesAndMore",
      "start big8191 think DONE big8192 think DONE big8193 think DONE big65507 think DONE"},
     {"NulBytesInside", "start view-nul nul-view view-nul-over think-nul DONE",
-     unreadable + "\n" + malformed + "\n'((b) 0 0'\n"},
+     UNREADABLE + "\n" + MALFORMED + "\n'((b) 0 0'\n"},
     {"PlayerNumber23", "start crowd22 think DONE crowd23",
      "Parser: to manny players!\n"
      "CommError: 2 Comm (Alpha No.0): could not parse server string (see_global 2\n"},
-    {"FloodOfNonsense", "start bogus*20000 settle", unreadable + "(bogus)\n"},
-    {"FloodOfTypes", "start type*20000 settle", dumping},
+    {"FloodOfNonsense", "start bogus*20000 settle", UNREADABLE + "(bogus)\n"},
+    {"FloodOfTypes", "start type*20000 settle", DUMPING},
     {"FloodOfThinks", "start think*20000 settle"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Faults, Outlived, testing::ValuesIn(outlivedFaults), nameOf);
+INSTANTIATE_TEST_SUITE_P(Faults, Outlived, testing::ValuesIn(OUTLIVED_FAULTS), nameOf);
 
 class Fatal : public testing::TestWithParam<Fault> {};
 
@@ -271,20 +272,20 @@ TEST_P(Fatal, AndTheCoachEndsInOrder) {
   game.play("NOTHING");
 }
 
-const Fault fatalFaults[] = {
-    {"EmptyAnswer", "INIT empty BYE", stranger + "\n" + misread + closing},
-    {"Refusal", "INIT refusal BYE", stranger + "(error no_such_team)\n" + misread + closing},
+const Fault FATAL_FAULTS[] = {
+    {"EmptyAnswer", "INIT empty BYE", STRANGER + "\n" + MISREAD + CLOSING},
+    {"Refusal", "INIT refusal BYE", STRANGER + "(error no_such_team)\n" + MISREAD + CLOSING},
     {"AnswersOfTwoServers", "INIT init 2:init-r EYE 2:BYE",
-     noServerParam + "(init r ok)\n" + undelivered + closing},
+     NO_SERVER_PARAM + "(init r ok)\n" + UNDELIVERED + CLOSING},
     {"InitTwice", "INIT init init EYE BYE",
-     noServerParam + "(init l ok)\n" + undelivered + closing},
+     NO_SERVER_PARAM + "(init l ok)\n" + UNDELIVERED + CLOSING},
     {"LostServerParam", "INIT init player v1 EYE BYE",
-     notServerParam + checkin + "cannot parse player_param (see_global 1\n" + undelivered +
-         closing},
+     NOT_SERVER_PARAM + CHECKIN + "cannot parse player_param (see_global 1\n" + UNDELIVERED +
+         CLOSING},
     {"LostPlayerParam", "INIT init server-hasty EYE BYE",
      "CommError: select timed out\n"
      "Onlinecoach: did not receive response from server !\n" +
-         closing},
+         CLOSING},
     {"SilenceAmongAlarms", "INIT init EYE server-hasty player v1 think DONE MEANWHILE alarm wait",
      "CommError:  (Alpha No. 0) select timed out assuming server is dead\n"},
     // From the warning on every command carries its NUL byte.
@@ -292,14 +293,14 @@ const Fault fatalFaults[] = {
      "start error bogus see12 unterminated v13 think DONE$ over BYE$",
      "CommError: 1 Comm (Alpha No.0): received error message from server: (error "
      "unknown_command)\n" +
-         unreadable + "(bogus)\n" +
+         UNREADABLE + "(bogus)\n" +
          "12 AsyncInfo (Alpha No.0): completely missed server timesteps from 2 to 11 (no commands "
          "sent)\nCommError: 12 Comm (Alpha No.0): received strange message from server: (see 12)\n"
          "CommError: 12 Comm (Alpha No.0): received warning message from server: "
          "(warning message_not_null_terminated)\n"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Faults, Fatal, testing::ValuesIn(fatalFaults), nameOf);
+INSTANTIATE_TEST_SUITE_P(Faults, Fatal, testing::ValuesIn(FATAL_FAULTS), nameOf);
 
 class AtAnyMoment : public testing::TestWithParam<Fault> {};
 
@@ -317,29 +318,29 @@ TEST_P(AtAnyMoment, ASignalEndsTheCoachWithinASecond) {
   }
 }
 
-const Fault moments[] = {
-    {"BehindTheInit", "INIT", readError},
-    {"BetweenTheParameters", "INIT init server EYE", readError},
+const Fault MOMENTS[] = {
+    {"BehindTheInit", "INIT", READ_ERROR},
+    {"BetweenTheParameters", "INIT init server EYE", READ_ERROR},
     {"BetweenViewAndThink", "start v2"},
     {"InAnEndlessWait", "INIT init server-hasty player EYE cycle wait*600 cycle"},
     {"AmongAlarms", "start MEANWHILE alarm wait"},
-    {"InAFloodOfNonsense", "start bogus wait*50 MEANWHILE bogus", unreadable + "(bogus)\n"},
+    {"InAFloodOfNonsense", "start bogus wait*50 MEANWHILE bogus", UNREADABLE + "(bogus)\n"},
     {"InAFloodOfCycles", "start MEANWHILE v1 think"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Faults, AtAnyMoment, testing::ValuesIn(moments), nameOf);
+INSTANTIATE_TEST_SUITE_P(Faults, AtAnyMoment, testing::ValuesIn(MOMENTS), nameOf);
 
 TEST(FailingSends, AreReportedAndTheCommandIsLost) {
   const std::string unsent = " Comm (Alpha No.0): agent cannot send ";
   const std::tuple<const char*, int, const char*, std::string> cases[] = {
-      {"INIT", ENETUNREACH, "BYE", "CommError: could not send msg\n" + undelivered + closing},
+      {"INIT", ENETUNREACH, "BYE", "CommError: could not send msg\n" + UNDELIVERED + CLOSING},
       {"EYE", EHOSTUNREACH, "INIT init server player v1 think DONE over BYE",
        "CommError: 0 Comm (Alpha No.-1): agent cannot send (eye on) to server"},
       {"DONE", ENOBUFS, "INIT init EYE server player v1 think over BYE",
        "CommError: 1" + unsent + "(done) to server"},
       {"BYE", EPERM, "start over", "CommError: 1" + unsent + "(bye) to server"}};
   for (const auto& [lost, error, words, reported] : cases) {
-    Game game({}, {static_cast<unsigned>(commands.at(lost).size()), error});
+    Game game({}, {static_cast<unsigned>(COMMANDS.at(lost).size()), error});
     game.play(words);
     expectEnd(game.coach, reported);
   }

@@ -12,7 +12,7 @@ class HeteroTypes : public CoachTest {
   HeteroTypes() {
     // Decay, kickable margin, dash rate, extra stamina: the default type, what 10 and 11 wish, what
     // 2 and 5 wish, what 6 and 7 wish, the default again, and a type for strikers and nobody else.
-    constexpr double types[7][4] = {{0.4, 0.7, 0.006, 0},     {0.5, 0.75, 0.0076, 40},
+    constexpr double TYPES[7][4] = {{0.4, 0.7, 0.006, 0},     {0.5, 0.75, 0.0076, 40},
                                     {0.45, 0.75, 0.0072, 50}, {0.45, 0.85, 0.0066, 60},
                                     {0.4, 0.7, 0.006, 0},     {0.4, 0.7, 0.006, 0},
                                     {0.6, 0.5, 0.008, 100}};
@@ -20,10 +20,10 @@ class HeteroTypes : public CoachTest {
     coach->world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
     for (int id = 0; id < 7; ++id) {
       type(id).state = id;
-      type(id).playerDecay = types[id][0];
-      type(id).kickableMargin = types[id][1];
-      type(id).dashPowerRate = types[id][2];
-      type(id).extraStamina = types[id][3];
+      type(id).playerDecay = TYPES[id][0];
+      type(id).kickableMargin = TYPES[id][1];
+      type(id).dashPowerRate = TYPES[id][2];
+      type(id).extraStamina = TYPES[id][3];
     }
   }
 

@@ -12,12 +12,12 @@ namespace {
 using Times = std::vector<long>;
 
 // Where the ball is in the server's frame: beside Alpha's 8, and beside its 5.
-constexpr const char* ballAt8 = "-33.34 5.81";
-constexpr const char* ballAt5 = "-20.06 -3.02";
+constexpr const char* BALL_AT8 = "-33.34 5.81";
+constexpr const char* BALL_AT5 = "-20.06 -3.02";
 
 // All 22 players: Alpha's n at (-4n, 3n - 18) with goalie 7, Beta's n at (4n - 0.5, 18 - 3n) with
 // goalie 1. Beta's 9 may have `run`: half a metre in a cycle, with 1.5 m a cycle to come.
-std::string field(long time, const char* ball = ballAt8, bool run = false) {
+std::string field(long time, const char* ball = BALL_AT8, bool run = false) {
   std::ostringstream text;
   text << "(see_global " << time << " ((g r) 52.5 0) ((g l) -52.5 0) ((b) " << ball << " 0 0)";
   for (int n = 1; n <= 11; ++n) {
@@ -99,23 +99,24 @@ std::string say(const std::string& message) {
 constexpr struct {
   char side;
   const char *kickOff, *freeKick;
-} expectedMessages[] = {{'l',
-                         "vokqqSUbaaaaWbbicYA6GyFQDJGwIWEiElH4HiEMEZHAHGDeFBI8G4CIFdJEGqCaGRJaGOBEG"
-                         "tKIFaB8G7KeFyAAHJLMEW"
-                         "z4HlMiEizwIZMQDaaaaaaaaaaaiaaaaa",
-                         "vokqq0UgaaaaWbbic3CHFyFQDJGwIWEiElH4HiEMEZHAHGDeFBI8G4CIFdJEGqCaGRJaGOBEG"
-                         "tKIFaB8G7KeFyAAHOLMEW"
-                         "z4HlMiEizwIZMQDaaaaaaaaeaafaaoca"},
-                        {'r',
-                         "vokaq7TbaaaaWbbicnLfFOGwIDFQDqH4H1EiE4HAHnEMEGI8GLDeFiJEG9CIFWJaGvCaGyKIF"
-                         "TBEGaLeFfB8GOLMEDAAHq"
-                         "MiE1z4H4MQDnzwIaaaaaaaaaaaiaaaaa",
-                         "vokaqQUgaaaaWbbiciJEGOGwIDFQDqH4H1EiE4HAHnEMEGI8GLDeFiJEG9CIFWJaGvCaGyKIF"
-                         "TBEGaLeFfB8GOLMEyAAHq"
-                         "MiE1z4H4MQDnzwIaaaaaaaaeaafaaBaa"}};
+} EXPECTED_MESSAGES[] = {
+    {'l',
+     "vokqqSUbaaaaWbbicYA6GyFQDJGwIWEiElH4HiEMEZHAHGDeFBI8G4CIFdJEGqCaGRJaGOBEG"
+     "tKIFaB8G7KeFyAAHJLMEW"
+     "z4HlMiEizwIZMQDaaaaaaaaaaaiaaaaa",
+     "vokqq0UgaaaaWbbic3CHFyFQDJGwIWEiElH4HiEMEZHAHGDeFBI8G4CIFdJEGqCaGRJaGOBEG"
+     "tKIFaB8G7KeFyAAHOLMEW"
+     "z4HlMiEizwIZMQDaaaaaaaaeaafaaoca"},
+    {'r',
+     "vokaq7TbaaaaWbbicnLfFOGwIDFQDqH4H1EiE4HAHnEMEGI8GLDeFiJEG9CIFWJaGvCaGyKIF"
+     "TBEGaLeFfB8GOLMEDAAHq"
+     "MiE1z4H4MQDnzwIaaaaaaaaaaaiaaaaa",
+     "vokaqQUgaaaaWbbiciJEGOGwIDFQDqH4H1EiE4HAHnEMEGI8GLDeFiJEG9CIFWJaGvCaGyKIF"
+     "TBEGaLeFfB8GOLMEyAAHq"
+     "MiE1z4H4MQDnzwIaaaaaaaaeaafaaBaa"}};
 
 TEST_F(Messages, HaveEveryCharacterInPlace) {
-  for (const auto& [side, kickOff, freeKick] : expectedMessages) {
+  for (const auto& [side, kickOff, freeKick] : EXPECTED_MESSAGES) {
     start(side);
     EXPECT_EQ(cycle(field(0)), Lines()) << "not a situation yet";
     announceTypes();
@@ -125,8 +126,8 @@ TEST_F(Messages, HaveEveryCharacterInPlace) {
         << "the message goes before the types";
     EXPECT_EQ(spokenIn(2, 2), Times());
     EXPECT_EQ(spokenIn(3, 4, "play_on"), Times());
-    EXPECT_EQ(cycle(field(5, ballAt5, true)), Lines());
-    EXPECT_EQ(cycle(field(6, ballAt5, true), "free_kick_r"), Lines{say(freeKick)});
+    EXPECT_EQ(cycle(field(5, BALL_AT5, true)), Lines());
+    EXPECT_EQ(cycle(field(6, BALL_AT5, true), "free_kick_r"), Lines{say(freeKick)});
     EXPECT_EQ(errors.take(), "");
     coach.reset();
     EXPECT_EQ(server.receive(), "(bye)");

@@ -38,8 +38,8 @@ TEST(CommandLine, TraceFileAndStrayWordsAreIgnored) {
 }
 
 TEST(CommandLine, ServersThatCannotBeAreReported) {
-  CoachProcess nobody({"-h", "no-such-host.invalid", "-f", shippedConfig});
-  CoachProcess portless({"-h", "127.0.0.1", "-p", "abc", "-f", shippedConfig});
+  CoachProcess nobody({"-h", "no-such-host.invalid", "-f", SHIPPED_CONFIG});
+  CoachProcess portless({"-h", "127.0.0.1", "-p", "abc", "-f", SHIPPED_CONFIG});
   EXPECT_EQ(nobody.wait(30000), 0);
   EXPECT_EQ(nobody.reports(), (Lines{"CommError: server host unknown",
                                      "Onlinecoach: unspecified error when initializing !",

@@ -68,8 +68,8 @@ std::map<std::string, std::string> keptSignatures() {
 /// Everything that a client wrote, in order: "> " before what it sent, its lines as they are.
 class Transcript : Unique {
  public:
-  Transcript() : before(std::cerr.rdbuf(text.rdbuf())) {}
-  ~Transcript() { std::cerr.rdbuf(before); }
+  Transcript() : before_(std::cerr.rdbuf(text.rdbuf())) {}
+  ~Transcript() { std::cerr.rdbuf(before_); }
 
   void takeCommands(ScriptedServer& server, Lines* taken = nullptr) {
     for (std::string command; !(command = server.receive(0)).empty();) {
@@ -95,7 +95,7 @@ class Transcript : Unique {
   std::ostringstream text;
 
  private:
-  std::streambuf* before;
+  std::streambuf* before_;
 };
 
 // The coach
@@ -111,7 +111,7 @@ struct Variation {
   }
 };
 
-constexpr auto variations = std::to_array<Variation>({{'l', true, false},
+constexpr auto VARIATIONS = std::to_array<Variation>({{'l', true, false},
                                                       {'l', true, true},
                                                       {'l', false, false},
                                                       {'l', false, true},
@@ -147,10 +147,10 @@ class TypeDesk {
       int type = 0;
       if (std::sscanf(command.c_str(), "(change_player_type %d %d)", &number, &type) != 2) continue;
       const std::string wish = std::to_string(number) + " " + std::to_string(type) + ")";
-      static const Lines refusals = {"(warning max_of_that_type_on_field)",
+      static const Lines REFUSALS = {"(warning max_of_that_type_on_field)",
                                      "(warning no_such_player)", "(warning no_left_of_that_type)"};
-      if (++asked % 4 == 0) {
-        all.push_back(refusals[asked / 4 % refusals.size()]);
+      if (++asked_ % 4 == 0) {
+        all.push_back(REFUSALS[asked_ / 4 % REFUSALS.size()]);
       } else {
         all.push_back("(change_player_type " + wish);
         all.push_back("(ok change_player_type " + wish);
@@ -160,7 +160,7 @@ class TypeDesk {
   }
 
  private:
-  std::size_t asked = 0;
+  std::size_t asked_ = 0;
 };
 
 class CoachSignature : public testing::TestWithParam<const char*> {};
@@ -207,7 +207,7 @@ TEST_P(CoachSignature, IsTheSameAsEver) {
   const std::string capture = readRecording(GetParam());
   if (capture.empty()) GTEST_SKIP() << "no capture " << GetParam() << " at hand";
   const std::vector<double> parameters = ParamKeeper::values();
-  for (const Variation& variation : variations) {
+  for (const Variation& variation : VARIATIONS) {
     ParamKeeper::store(parameters);
     Config::clear();
     replay(GetParam(), textsFor(capture, variation), variation);
@@ -224,15 +224,15 @@ INSTANTIATE_TEST_SUITE_P(Recordings, CoachSignature,
 
 /// Sends a command of a recording through the connection, which counts it; others are left out.
 void sendCommand(Comm& comm, const std::string& text) {
-  constexpr double degree = std::numbers::pi / 180;
+  constexpr double DEGREE = std::numbers::pi / 180;
   double a = 0;
   double b = 0;
   if (std::sscanf(text.c_str(), "(dash %lf)", &a) == 1) comm.sendDash(a);
-  if (std::sscanf(text.c_str(), "(turn %lf)", &a) == 1) comm.sendTurn(a * degree);
-  if (std::sscanf(text.c_str(), "(turn_neck %lf)", &a) == 1) comm.sendTurnNeck(a * degree);
-  if (std::sscanf(text.c_str(), "(kick %lf %lf)", &a, &b) == 2) comm.sendKick(a, b * degree);
+  if (std::sscanf(text.c_str(), "(turn %lf)", &a) == 1) comm.sendTurn(a * DEGREE);
+  if (std::sscanf(text.c_str(), "(turn_neck %lf)", &a) == 1) comm.sendTurnNeck(a * DEGREE);
+  if (std::sscanf(text.c_str(), "(kick %lf %lf)", &a, &b) == 2) comm.sendKick(a, b * DEGREE);
   if (std::sscanf(text.c_str(), "(move %lf %lf)", &a, &b) == 2) comm.sendMove(a, b);
-  if (std::sscanf(text.c_str(), "(pointto %lf %lf)", &a, &b) == 2) comm.sendPointTo(a, b * degree);
+  if (std::sscanf(text.c_str(), "(pointto %lf %lf)", &a, &b) == 2) comm.sendPointTo(a, b * DEGREE);
   if (text == "(done)") comm.sendDone();
 }
 

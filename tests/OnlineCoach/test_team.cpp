@@ -76,12 +76,12 @@ TEST_F(Opponents, MeansAndSpreadsNeedThreeSamplesOfAnOpponent) {
 
 TEST_F(Opponents, TheMeanIsThatOfTheLast50To100Updates) {
   // Opponent 2 is at 14 until update 49, at 6 from then on; y never changes.
-  constexpr std::pair<long, double> rows[] = {{49, 14},
+  constexpr std::pair<long, double> ROWS[] = {{49, 14},
                                               {50, 10 + 4.0 * (49 - 1) / 50},
                                               {99, 10 + 4.0 * (49 - 50) / 99},
                                               {100, 6},
                                               {150, 6}};
-  for (const auto& [updates, meanX] : rows) {
+  for (const auto& [updates, meanX] : ROWS) {
     update(updates);
     EXPECT_NEAR(team.GetaPos(2).x, meanX, 1e-9) << updates;
     EXPECT_EQ(team.GetaVar(2).y, 0) << updates;

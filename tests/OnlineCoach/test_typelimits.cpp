@@ -88,7 +88,7 @@ class WithinLimits : public CoachTest {
 
   // Twelve types beside the default one; player n likes type n + 1 best, by its extra stamina.
   void startWithWishes() {
-    start({"(init l ok)", serverParam, "(player_param (player_types 13)(pt_max 1)(subs_max 3))"});
+    start({"(init l ok)", SERVER_PARAM, "(player_param (player_types 13)(pt_max 1)(subs_max 3))"});
     for (int id = 0; id < 13; ++id) {
       type(id).state = id;
       type(id).extraStamina = id;

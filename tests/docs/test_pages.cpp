@@ -16,7 +16,7 @@
 namespace vok::test {
 namespace {
 
-const std::string root = std::string(VOK_SOURCE_DIR) + "/";
+const std::string ROOT = std::string(VOK_SOURCE_DIR) + "/";
 
 std::string fileText(const std::string& name) {
   std::ifstream file(name, std::ios::binary);
@@ -57,7 +57,7 @@ std::string block(const std::string& page, const std::string& name) {
 }
 
 TEST(SayMessagePage, ReadsInItsTableAndInTheProgramAsItSays) {
-  const std::string page = fileText(root + "docs/say-message.md");
+  const std::string page = fileText(ROOT + "docs/say-message.md");
   const std::string message = block(page, "message");
   std::string joined;
   for (const auto& row : rows(page)) {
@@ -69,19 +69,19 @@ TEST(SayMessagePage, ReadsInItsTableAndInTheProgramAsItSays) {
 
   const std::string program = VOK_BIN_DIR "/saydecode " + joined;
   EXPECT_EQ(runCommand(program), std::pair(0, block(page, "output")));
-  EXPECT_EQ(picture(program + " --svg "), fileText(root + "docs/say-message.svg"));
+  EXPECT_EQ(picture(program + " --svg "), fileText(ROOT + "docs/say-message.svg"));
 }
 
 TEST(ConfigurationPage, HasTheKeysOfTheShippedFileAndNoOthers) {
   std::set<std::string> documented;
-  for (const auto& row : rows(fileText(root + "docs/configuration.md"))) {
+  for (const auto& row : rows(fileText(ROOT + "docs/configuration.md"))) {
     if (std::regex_match(row[0], std::regex("`[A-Za-z_0-9]+`"))) {
       EXPECT_TRUE(documented.insert(row[0].substr(1, row[0].size() - 2)).second) << row[0];
     }
   }
   // Optional keys stand in comments.
   std::map<std::string, int> shipped;  // by the page's way of writing, and how many stand for it
-  for (const std::string& key : all("\n" + fileText(shippedConfig), R"(\n#?(\w+) =)")) {
+  for (const std::string& key : all("\n" + fileText(SHIPPED_CONFIG), R"(\n#?(\w+) =)")) {
     const std::string form =
         std::regex_replace(key, std::regex("^Form[0-2]_(def|off)"), "FormN_HALF");
     ++shipped[std::regex_replace(form, std::regex("^player([2-9]|10|11)_"), "playerN_")];
@@ -94,19 +94,19 @@ TEST(ConfigurationPage, HasTheKeysOfTheShippedFileAndNoOthers) {
 }
 
 TEST(ConfigurationPage, ShowsThePicturesThatItsCommandsDraw) {
-  const std::string page = fileText(root + "docs/configuration.md");
+  const std::string page = fileText(ROOT + "docs/configuration.md");
   const auto commands = all(page, "\n    build/bin/(formationview [^\n]*)");
   ASSERT_EQ(commands.size(), 3U);
   for (const std::string& command : commands) {
     const std::size_t out = command.find(" --out ");
-    const std::string program = "cd " + root + " && " VOK_BIN_DIR "/" + command.substr(0, out);
-    EXPECT_EQ(picture(program + " --out "), fileText(root + command.substr(out + 7))) << command;
+    const std::string program = "cd " + ROOT + " && " VOK_BIN_DIR "/" + command.substr(0, out);
+    EXPECT_EQ(picture(program + " --out "), fileText(ROOT + command.substr(out + 7))) << command;
   }
 }
 
 TEST(ServerMessagesPage, NamesEveryPlayModeAndWhatItMeans) {
   std::set<play_mode> named;
-  for (const auto& row : rows(fileText(root + "docs/server-messages.md"))) {
+  for (const auto& row : rows(fileText(ROOT + "docs/server-messages.md"))) {
     if (row.size() != 4 || row[0] == "call") continue;
     for (const std::string& call : all(row[0], "`(.*?)`")) {
       const play_mode mode = Parser::parsePlaymode(call, SIDE_LEFT);
@@ -126,11 +126,11 @@ TEST(ServerMessagesPage, NamesEveryPlayModeAndWhatItMeans) {
 TEST(ServerMessagesPage, QuotesOnlyDiagnosticsThatExist) {
   std::string sources;
   for (const char* folder : {"libVOK", "modules", "OnlineCoach"}) {
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(root + folder)) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(ROOT + folder)) {
       if (entry.is_regular_file()) sources += fileText(entry.path().string());
     }
   }
-  const std::string page = fileText(root + "docs/server-messages.md");
+  const std::string page = fileText(ROOT + "docs/server-messages.md");
   const std::string table = page.substr(page.find("## Diagnostics"));
   const auto diagnostics = all(table, "\n\\| `(.*?)`");
   ASSERT_GT(diagnostics.size(), 15U);

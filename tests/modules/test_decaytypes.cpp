@@ -17,11 +17,11 @@ class TypesFromDecay : public testing::Test {
   TypesFromDecay() {
     playerParams.pt_max = 1;
     // Types 3 and 4 differ by less than a step shows, 0 and 5 in nothing but their power.
-    constexpr double decays[] = {0.4, 0.35, 0.45, 0.38, 0.38004, 0.4};
+    constexpr double DECAYS[] = {0.4, 0.35, 0.45, 0.38, 0.38004, 0.4};
     for (int id = 0; id < 6; ++id) {
       WPlayerType& type = world->playerType.at(static_cast<std::size_t>(id));
       type.state = id;
-      type.playerDecay = decays[id];
+      type.playerDecay = DECAYS[id];
       type.dashPowerRate = id == 5 ? 0.0052 : 0.01;
       type.effortMax = 1;
     }

@@ -40,7 +40,7 @@ class Positions : public testing::Test {
 // Name, play mode, ball, minX before; minX, maxX and offensive after.
 using Band = std::tuple<const char*, play_mode, Vector2d, double, double, double, double>;
 
-const Band bands[] = {
+const Band BANDS[] = {
     {"midfield", PLAY_MODE_PLAY_ON, {0, 20}, -18.5, -18.25, 8, 10.375 / 18.375},
     {"the back line advances slowly", PLAY_MODE_PLAY_ON, {0, 20}, -25, -24.75, 8, 14.925 / 22.925},
     {"deep: 35 m long, retreats at once", PLAY_MODE_PLAY_ON, {-50, 0}, 0, -44.25, -15, 0},
@@ -57,7 +57,7 @@ const Band bands[] = {
 };
 
 TEST_F(Positions, TheBandFollowsBallOffsideLineAndPlayMode) {
-  for (const auto& [name, mode, ball, oldMinX, minX, maxX, offensive] : bands) {
+  for (const auto& [name, mode, ball, oldMinX, minX, maxX, offensive] : BANDS) {
     eval = PositionEval(nullptr, nullptr);
     eval.minX = oldMinX;
     world->playMode = mode;
@@ -70,7 +70,7 @@ TEST_F(Positions, TheBandFollowsBallOffsideLineAndPlayMode) {
 }
 
 // Where the players of tactical numbers 2..11 stand when the ball has rested for long: x, y each.
-const std::pair<Vector2d, std::array<double, 20>> settled[] = {
+const std::pair<Vector2d, std::array<double, 20>> SETTLED[] = {
     {{-52.5, -34}, {{-43.1800, -20.6235, -44.2500, -13.4423, -44.2500, -5.1714,  -43.1800,
                      2.2103,   -36.9012, -12.6219, -36.8113, -4.5880,  -29.5472, -23.2032,
                      -29.2700, 7.3972,   -13.7550, -14.4507, -13.7550, 1.8693}}},
@@ -80,7 +80,7 @@ const std::pair<Vector2d, std::array<double, 20>> settled[] = {
 };
 
 TEST_F(Positions, TheShippedFormationStandsWhereItShould) {
-  for (const auto& [ball, places] : settled) {
+  for (const auto& [ball, places] : SETTLED) {
     world->ball.pos = ball;
     eval = PositionEval(nullptr, nullptr);
     runCycles(120);
@@ -94,9 +94,9 @@ TEST_F(Positions, TheShippedFormationStandsWhereItShould) {
 
 TEST_F(Positions, TheBallFactorsRiseAndFallAtTheirOwnRates) {
   // Cycles with a share of attack, and the factors then.
-  constexpr std::tuple<int, double, double, double> rows[] = {
+  constexpr std::tuple<int, double, double, double> ROWS[] = {
       {20, 0.5, 1, 2.0 / 3}, {5, 0.4999, 1 - 5.0 / 30, 2.0 / 3 - 0.5}};
-  for (const auto& [cycles, offensive, factorOff, factorDef] : rows) {
+  for (const auto& [cycles, offensive, factorOff, factorDef] : ROWS) {
     eval.offensive = offensive;
     for (int i = 0; i < cycles; ++i) eval.CalPlayerPositions(world.get());
     EXPECT_NEAR(eval.ballFactorOff, factorOff, 1e-9);
@@ -129,33 +129,33 @@ TEST_F(Positions, OnlyFieldPlayersWithATacticalNumberHaveAPlaceAndWatch) {
   EXPECT_EQ(eval.GetPlayerPosition(world.get(), 2), eval.RealPositions[1].Pos);
 
   // Player, watch, watched. Nobody is 10's third: that is not 8, who has no number either.
-  constexpr int rows[][3] = {{4, 0, 2},  {4, 1, 5},   {4, 2, 7},   {5, 2, -1},  {10, 1, 11},
+  constexpr int ROWS[][3] = {{4, 0, 2},  {4, 1, 5},   {4, 2, 7},   {5, 2, -1},  {10, 1, 11},
                              {2, 0, -1}, {10, 2, -1}, {4, -1, -1}, {11, 0, -1}, {4, 3, -1}};
-  for (const auto& [n, k, watched] : rows)
+  for (const auto& [n, k, watched] : ROWS)
     EXPECT_EQ(eval.GetPlayerWatchNo(world.get(), n, k), watched) << n << " " << k;
 }
 
 TEST_F(Positions, OfEveryFormationKeepLinesAndDistancesAndAreMirroredOnTheOtherWing) {
-  constexpr std::size_t partner[] = {0, 0, 5, 4, 3, 2, 7, 6, 9, 8, 11, 10};
-  constexpr int line[] = {0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3};
+  constexpr std::size_t PARTNER[] = {0, 0, 5, 4, 3, 2, 7, 6, 9, 8, 11, 10};
+  constexpr int LINE[] = {0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3};
   for (int shot = 0; shot < 48; ++shot) {
-    constexpr double x[] = {-52.5, -44.25, -30.0, -19.5, -5.0, 10.0, 30.0, 52.5};
+    constexpr double X[] = {-52.5, -44.25, -30.0, -19.5, -5.0, 10.0, 30.0, 52.5};
     eval.defNo = eval.offNo = shot / 16;
     std::array<Vector2d, 12> team[2];
     for (const std::size_t side : {0U, 1U}) {
-      world->ball.pos = {x[shot % 8], (shot % 16 < 8 ? 10.0 : 34.0) * (side == 0 ? 1 : -1)};
+      world->ball.pos = {X[shot % 8], (shot % 16 < 8 ? 10.0 : 34.0) * (side == 0 ? 1 : -1)};
       runCycles(220);
       for (std::size_t n = 2; n <= 11; ++n) {
         team[side][n] = eval.GetPlayerPosition(world.get(), static_cast<int>(n));
       }
     }
     for (std::size_t n = 2; n <= 11; ++n) {
-      const Vector2d other = team[1][partner[n]];
+      const Vector2d other = team[1][PARTNER[n]];
       EXPECT_LT((team[0][n] - Vector2d(other.x, -other.y)).getLength(), 1e-9)
           << n << " of " << shot;
       for (std::size_t m = n + 1; m <= 11; ++m) {
         EXPECT_GE((team[0][n] - team[0][m]).getLength(), 5) << n << ", " << m << " of " << shot;
-        EXPECT_TRUE(line[n] == line[m] || team[0][n].x < team[0][m].x) << n << " of " << shot;
+        EXPECT_TRUE(LINE[n] == LINE[m] || team[0][n].x < team[0][m].x) << n << " of " << shot;
       }
     }
   }
@@ -187,7 +187,7 @@ TEST_F(Positions, NoBallMakesAnAreaThatIsNoNumber) {
 }
 
 TEST(GoalShotSettings, GoalAndLongestShotFollowTheServer) {
-  Config::readFile(shippedConfig);
+  Config::readFile(SHIPPED_CONFIG);
   GOAL_WIDTH = 10;
   BALL_SPEED_MAX = 2.7;
   BALL_DECAY = 0.94;

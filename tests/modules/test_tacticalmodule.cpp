@@ -21,14 +21,14 @@ struct Motion {
 class Tactics : public testing::Test {
  protected:
   Tactics() {
-    constexpr double types[3][4] = {
+    constexpr double TYPES[3][4] = {
         {1.0, 5, 0.006, 0.3}, {1.25, 179, 0.0075, 0.4}, {1.5, 180, 0.009, 0.5}};
     for (std::size_t id = 0; id < 3; ++id) {
       WPlayerType& type = world->playerType.at(id);
-      type.playerSpeedMax = types[id][0];
-      type.inertiaFactor = types[id][1];
-      type.dashPowerRate = types[id][2];
-      type.playerDecay = types[id][3];
+      type.playerSpeedMax = TYPES[id][0];
+      type.inertiaFactor = TYPES[id][1];
+      type.dashPowerRate = TYPES[id][2];
+      type.playerDecay = TYPES[id][3];
     }
   }
 
@@ -84,7 +84,7 @@ TEST_F(Tactics, RolesFollowFromTheTacticalNumber) {
 
 // Type by type: top speed 1, 1.25, 1.5; inertia 5, 179, 180; dash rate 0.006, 0.0075, 0.009;
 // decay 0.3, 0.4, 0.5. The rows that bar a single type meet type 1's bound exactly.
-const Motion motions[] = {
+const Motion MOTIONS[] = {
     {"nothing moves", 0, 0, 0, 0, 0, "..."},
     {"turns on the spot", 0, 0, 0, 0, 3, "..."},
     {"runs 1.25 m", 1.25, 1.25, 100, 0, 0, "-.."},
@@ -97,13 +97,13 @@ const Motion motions[] = {
 };
 
 TEST_F(Tactics, MotionExcludesTheTypesThatItContradictsUntilOneIsLeft) {
-  for (const Motion& motion : motions) {
+  for (const Motion& motion : MOTIONS) {
     tactical = TacticalModule(world.get(), nullptr);
     EXPECT_EQ(observe(5, motion), motion.beliefs) << motion.name;
     EXPECT_EQ(beliefs(6), "...") << motion.name;
   }
-  EXPECT_EQ(observe(11, motions[2]), "-..");
-  EXPECT_EQ(observe(11, motions[3]), "-!-");
+  EXPECT_EQ(observe(11, MOTIONS[2]), "-..");
+  EXPECT_EQ(observe(11, MOTIONS[3]), "-!-");
   EXPECT_EQ(tactical.playerType[11], 1);
 }
 
@@ -120,7 +120,7 @@ TEST_F(Tactics, OnlyUninterruptedPlayRefinesAndTheSnapshotIsAlwaysOfTheCycleBefo
 }
 
 TEST_F(Tactics, ASubstitutionForgetsOneOpponentsType) {
-  for (const std::size_t n : {7U, 8U}) EXPECT_EQ(observe(n, motions[8]), "--!");
+  for (const std::size_t n : {7U, 8U}) EXPECT_EQ(observe(n, MOTIONS[8]), "--!");
   world->otherSubs = std::vector<Substitution>(14, {8, 0});  // none of 8's is new
   world->otherSubs[0] = {7, world->time};
   world->numOtherSubs = 15;  // round the ring, the last one at its begin

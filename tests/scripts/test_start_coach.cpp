@@ -13,7 +13,7 @@ class StartCoach : public testing::Test {
   // Starts the script.
   CoachProcess start(const Lines& arguments) { return CoachProcess(arguments, {}, script); }
   CoachProcess startRight(const std::string& wait = "60") {
-    return start({"-t", "Alpha", "-p", port, "-f", shippedConfig, "-w", wait, "127.0.0.1",
+    return start({"-t", "Alpha", "-p", port, "-f", SHIPPED_CONFIG, "-w", wait, "127.0.0.1",
                   VOK_BIN_DIR, "12"});
   }
 
@@ -75,7 +75,7 @@ TEST_F(StartCoach, DoesNotTryAgainWhereTryingCannotHelp) {
 }
 
 TEST_F(StartCoach, TellsWhoDidNotGetInByItsStatus) {
-  CoachProcess nowhere = start({"-f", shippedConfig, "no-such-host.invalid", VOK_BIN_DIR});
+  CoachProcess nowhere = start({"-f", SHIPPED_CONFIG, "no-such-host.invalid", VOK_BIN_DIR});
   EXPECT_EQ(nowhere.wait(30000), 1);
   EXPECT_EQ(nowhere.reports()[0], "CommError: server host unknown");
 
@@ -112,7 +112,7 @@ TEST_F(StartCoach, WrongArgumentsGetOneLine) {
                       {"-t", "(x)", host, VOK_BIN_DIR},
                       {"-p", "99999", host, VOK_BIN_DIR},
                       {"-f", "/", host, VOK_BIN_DIR}}) {
-    given.insert(given.begin(), {"-f", shippedConfig});
+    given.insert(given.begin(), {"-f", SHIPPED_CONFIG});
     CoachProcess started = start(given);
     EXPECT_EQ(started.wait(), 2);
     EXPECT_EQ(lines(started.errors()).size(), 1U) << started.errors();

@@ -12,17 +12,17 @@ namespace {
 
 class CleanSlate : public testing::EmptyTestEventListener {
   void OnTestProgramStart(const testing::UnitTest&) override {
-    parameters = ParamKeeper::values();  // not earlier: the tables may not be there yet
+    parameters_ = ParamKeeper::values();  // not earlier: the tables may not be there yet
   }
   void OnTestEnd(const testing::TestInfo&) override {
-    ParamKeeper::store(parameters);
+    ParamKeeper::store(parameters_);
     Config::clear();
   }
 
-  std::vector<double> parameters;
+  std::vector<double> parameters_;
 };
 
-const bool isInstalled = [] {
+const bool IS_INSTALLED = [] {
   testing::UnitTest::GetInstance()->listeners().Append(std::make_unique<CleanSlate>().release());
   return true;
 }();

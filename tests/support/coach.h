@@ -30,11 +30,11 @@ class CoachTest : public testing::Test {
       for (std::size_t i = 0; i < 3; ++i) server.send(answers[i]);
     });
     coach =
-        std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), shippedConfig, "", false);
+        std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), SHIPPED_CONFIG, "", false);
     serving.join();
   }
   void checkIn(char side = 'l') {
-    checkIn({std::string("(init ") + side + " ok)", serverParam, playerParam});
+    checkIn({std::string("(init ") + side + " ok)", SERVER_PARAM, PLAYER_PARAM});
   }
 
   void hear(const std::string& text) {

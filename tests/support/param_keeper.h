@@ -10,7 +10,7 @@ namespace vok::test {
 
 class ParamKeeper {
  public:
-  ParamKeeper() : before(values()) {}
+  ParamKeeper() : before_(values()) {}
   ~ParamKeeper() { restore(); }
   ParamKeeper(const ParamKeeper&) = delete;
   ParamKeeper& operator=(const ParamKeeper&) = delete;
@@ -27,7 +27,7 @@ class ParamKeeper {
     visit([&](auto& v) { v = static_cast<std::remove_reference_t<decltype(v)>>(*next++); });
   }
 
-  void restore() const { store(before); }
+  void restore() const { store(before_); }
 
  private:
   template <typename Visitor>
@@ -41,7 +41,7 @@ class ParamKeeper {
     }
   }
 
-  std::vector<double> before;
+  std::vector<double> before_;
 };
 
 }  // namespace vok::test

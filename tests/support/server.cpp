@@ -21,13 +21,13 @@
 
 namespace vok::test {
 
-const char* const shippedConfig = VOK_SOURCE_DIR "/conf/agent.conf";
+const char* const SHIPPED_CONFIG = VOK_SOURCE_DIR "/conf/agent.conf";
 
-const char* const serverParam =
+const char* const SERVER_PARAM =
     "(server_param (ball_decay 0.94)(ball_speed_max 3)(goal_width 14.02)(half_time 300)"
     "(player_speed_max 1.05)(say_coach_cnt_max 128)(say_coach_msg_size 128)(simulator_step 100)"
     "(slow_down_factor 1)(synch_mode 1))";
-const char* const playerParam = "(player_param (player_types 7)(pt_max 1)(subs_max 3))";
+const char* const PLAYER_PARAM = "(player_param (player_types 7)(pt_max 1)(subs_max 3))";
 
 namespace {
 
@@ -42,11 +42,11 @@ int boundSocket() {
 
 // For this process and the program that it becomes.
 bool failSends(FailingSend failing) {
-  constexpr unsigned lengthArgument = offsetof(seccomp_data, args) + 2 * sizeof(std::uint64_t);
+  constexpr unsigned LENGTH_ARGUMENT = offsetof(seccomp_data, args) + 2 * sizeof(std::uint64_t);
   std::array<sock_filter, 6> filter = {{
       BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
       BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_sendto, 0, 3),
-      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, lengthArgument),
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, LENGTH_ARGUMENT),
       BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, failing.length, 0, 1),
       BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<unsigned>(failing.error)),
       BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
@@ -58,36 +58,36 @@ bool failSends(FailingSend failing) {
 
 }  // namespace
 
-ScriptedServer::ScriptedServer() : welcome(boundSocket()), answering(boundSocket()) {}
+ScriptedServer::ScriptedServer() : welcome_(boundSocket()), answering_(boundSocket()) {}
 
 ScriptedServer::~ScriptedServer() {
-  close(welcome);
-  close(answering);
+  close(welcome_);
+  close(answering_);
 }
 
 int ScriptedServer::port() const {
   sockaddr_in local{};
   socklen_t size = sizeof local;
-  getsockname(welcome, reinterpret_cast<sockaddr*>(&local), &size);
+  getsockname(welcome_, reinterpret_cast<sockaddr*>(&local), &size);
   return ntohs(local.sin_port);
 }
 
 std::string ScriptedServer::receive(int milliseconds) {
-  std::array<pollfd, 2> waiting = {pollfd{welcome, POLLIN, 0}, pollfd{answering, POLLIN, 0}};
+  std::array<pollfd, 2> waiting = {pollfd{welcome_, POLLIN, 0}, pollfd{answering_, POLLIN, 0}};
   if (poll(waiting.data(), waiting.size(), milliseconds) <= 0) return "";
-  const int sd = waiting[0].revents != 0 ? welcome : answering;
+  const int sd = waiting[0].revents != 0 ? welcome_ : answering_;
   std::array<char, 9000> buffer{};
-  socklen_t size = sizeof client;
+  socklen_t size = sizeof client_;
   const ssize_t n =
-      recvfrom(sd, buffer.data(), buffer.size(), 0, reinterpret_cast<sockaddr*>(&client), &size);
+      recvfrom(sd, buffer.data(), buffer.size(), 0, reinterpret_cast<sockaddr*>(&client_), &size);
   std::string text(buffer.data(), n > 0 ? static_cast<std::size_t>(n) : 0);
   std::replace(text.begin(), text.end(), '\0', '$');
   return text;
 }
 
 void ScriptedServer::sendBytes(std::string_view bytes) {
-  sendto(answering, bytes.data(), bytes.size(), 0, reinterpret_cast<const sockaddr*>(&client),
-         sizeof client);
+  sendto(answering_, bytes.data(), bytes.size(), 0, reinterpret_cast<const sockaddr*>(&client_),
+         sizeof client_);
 }
 
 void ScriptedServer::send(std::string_view text) {
@@ -118,7 +118,7 @@ std::string ScriptedServer::checkIn(char side, const std::string& parameters) {
   std::string init = receive();
   send(std::string("(init ") + side + " ok)");
   send(parameters);
-  send(playerParam);
+  send(PLAYER_PARAM);
   return init;
 }
 
@@ -130,13 +130,13 @@ std::string view(long time, double x, double y) {
 }
 
 CoachProcess::CoachProcess(const Lines& arguments, FailingSend failing, const std::string& program)
-    : errorFile(open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)) {
-  pid = fork();
-  if (pid != 0) return;
+    : errorFile_(open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)) {
+  pid_ = fork();
+  if (pid_ != 0) return;
   std::vector<char*> argv = {const_cast<char*>(program.c_str())};
   for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
   argv.push_back(nullptr);
-  dup2(errorFile, STDERR_FILENO);
+  dup2(errorFile_, STDERR_FILENO);
   // Who starts the tests in the background has them ignored.
   for (const int number : {SIGINT, SIGHUP}) std::signal(number, SIG_DFL);
   if (failing.length > 0 && !failSends(failing)) _exit(126);
@@ -145,30 +145,30 @@ CoachProcess::CoachProcess(const Lines& arguments, FailingSend failing, const st
 }
 
 CoachProcess::~CoachProcess() {
-  if (pid > 0) wait(0);
-  close(errorFile);
+  if (pid_ > 0) wait(0);
+  close(errorFile_);
 }
 
 void CoachProcess::signal(int number) const {
-  kill(pid, number);
+  kill(pid_, number);
 }
 
 int CoachProcess::wait(int milliseconds) {
   int status = 0;
-  for (int passed = 0; waitpid(pid, &status, WNOHANG) == 0; passed += 5) {
+  for (int passed = 0; waitpid(pid_, &status, WNOHANG) == 0; passed += 5) {
     if (passed >= milliseconds) {
-      kill(pid, SIGKILL);
-      waitpid(pid, &status, 0);
+      kill(pid_, SIGKILL);
+      waitpid(pid_, &status, 0);
       break;
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
-  pid = -1;
+  pid_ = -1;
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 std::string CoachProcess::errors() const {
-  std::ifstream file("/proc/self/fd/" + std::to_string(errorFile));
+  std::ifstream file("/proc/self/fd/" + std::to_string(errorFile_));
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
@@ -180,7 +180,7 @@ Lines CoachProcess::reports() const {
 
 ChangedConfig::ChangedConfig(const std::string& begin, const std::string& text)
     : path(testing::TempDir() + "vok-" + std::to_string(getpid()) + ".conf") {
-  std::ifstream shipped(shippedConfig);
+  std::ifstream shipped(SHIPPED_CONFIG);
   std::ofstream changed(path, std::ios::binary);
   int number = 1;
   for (std::string read; std::getline(shipped, read); ++number) {
@@ -195,7 +195,7 @@ ChangedConfig::~ChangedConfig() {
 }
 
 Lines coachArguments(int port, const Lines& more) {
-  Lines all = {"-t", "Alpha", "-h", "127.0.0.1", "-p", std::to_string(port), "-f", shippedConfig};
+  Lines all = {"-t", "Alpha", "-h", "127.0.0.1", "-p", std::to_string(port), "-f", SHIPPED_CONFIG};
   all.insert(all.end(), more.begin(), more.end());
   return all;
 }

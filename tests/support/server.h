@@ -14,11 +14,11 @@ namespace vok::test {
 using Lines = std::vector<std::string>;
 
 /// The path of the shipped configuration.
-extern const char* const shippedConfig;
+extern const char* const SHIPPED_CONFIG;
 
 /// The texts of a real server's check-in.
-extern const char* const serverParam;
-extern const char* const playerParam;
+extern const char* const SERVER_PARAM;
+extern const char* const PLAYER_PARAM;
 
 /// What is there once.
 struct Unique {
@@ -43,7 +43,7 @@ class ScriptedServer : Unique {
   void sendBytes(std::string_view bytes);
 
   /// From now on talks to the client of another server.
-  void address(const ScriptedServer& other) { client = other.client; }
+  void address(const ScriptedServer& other) { client_ = other.client_; }
   /// The next command that is not a message or a type change, so that tests of the loop do not hang
   /// on what the coach has to say.
   std::string answer(int milliseconds = 3000);
@@ -51,12 +51,12 @@ class ScriptedServer : Unique {
   std::string typeChanges();
 
   /// Takes in the client's init and sends the three answers of a check-in. Returns the init.
-  std::string checkIn(char side = 'l', const std::string& parameters = serverParam);
+  std::string checkIn(char side = 'l', const std::string& parameters = SERVER_PARAM);
 
  private:
-  int welcome;
-  int answering;
-  sockaddr_in client{};
+  int welcome_;
+  int answering_;
+  sockaddr_in client_{};
 };
 
 /// A see_global of the given time: ball at (x, y), no players but one of each team.
@@ -97,8 +97,8 @@ class CoachProcess : Unique {
   Lines reports() const;
 
  private:
-  int pid;
-  int errorFile;
+  int pid_;
+  int errorFile_;
 };
 
 /// A file with the shipped configuration but for the line that begins so, which has another text.

@@ -33,7 +33,7 @@ inline Worldmodel newWorld(int types = 0, const char* rings = "11", Comm* comm =
 
 /// A coach's world in play, of the shipped configuration.
 inline std::unique_ptr<Worldmodel> shippedWorld(int types = 0) {
-  Config::readFile(shippedConfig);
+  Config::readFile(SHIPPED_CONFIG);
   playerParams.player_types = types;
   auto world = std::make_unique<Worldmodel>(nullptr);
   world->my.number = 0;

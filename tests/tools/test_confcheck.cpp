@@ -101,9 +101,9 @@ TEST(Confcheck, SaysWhatIsWrongAndWhere) {
 
 TEST(Confcheck, MissesNoWishWhenNoTypesAreGiven) {
   const std::string noWishes = "sed '/^player/d; s/^use_.*/use_heterogenous_players = ";
-  EXPECT_EQ(confcheck("- < " + std::string(shippedConfig)).first, 0);
+  EXPECT_EQ(confcheck("- < " + std::string(SHIPPED_CONFIG)).first, 0);
   for (const auto& [number, status] : {std::pair("0", 0), std::pair("1", 1), std::pair("x", 1)}) {
-    EXPECT_EQ(confcheck("--help >/dev/null; " + noWishes + number + "/' " + shippedConfig +
+    EXPECT_EQ(confcheck("--help >/dev/null; " + noWishes + number + "/' " + SHIPPED_CONFIG +
                         " | " VOK_BIN_DIR "/confcheck -")
                   .first,
               status)

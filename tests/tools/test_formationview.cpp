@@ -11,7 +11,7 @@ std::pair<int, std::string> run(const std::string& arguments) {
 }
 
 std::string drawn(const std::string& arguments) {
-  return run(shippedConfig + (" " + arguments)).second;
+  return run(SHIPPED_CONFIG + (" " + arguments)).second;
 }
 
 // What it draws is also compared with the pictures in docs/.
@@ -27,7 +27,7 @@ TEST(Formationview, TellsTheBandAndTheOffsideLineUnderEachBall) {
 
 TEST(Formationview, WrongInputGetsOneLineAndStatus1) {
   const ChangedConfig huge("Form0_def_PosX", "Form0_def_PosX = 1e308, 2, 2, 8, 32");
-  const std::string shipped = shippedConfig;
+  const std::string shipped = SHIPPED_CONFIG;
   for (const std::string& arguments :
        {std::string("no/such/file"), huge.path, shipped + " --bogus", shipped + " --ball 1,2,3",
         shipped + " --ball nan,0", shipped + " --ball 0,0:1,1:1", shipped + " --form-def 3",

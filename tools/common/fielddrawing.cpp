@@ -41,9 +41,9 @@ constexpr std::string_view FIELD = R"(<rect x='-59' y='-39' width='118' height='
 )";
 
 Vector2d intoFrame(Vector2d pos) {
-  constexpr double inset = PLAYER_RADIUS + 0.2;
-  return {std::clamp(pos.x, -FRAME_X + inset, FRAME_X - inset),
-          std::clamp(pos.y, -FRAME_Y + inset, FRAME_Y - inset)};
+  constexpr double INSET = PLAYER_RADIUS + 0.2;
+  return {std::clamp(pos.x, -FRAME_X + INSET, FRAME_X - INSET),
+          std::clamp(pos.y, -FRAME_Y + INSET, FRAME_Y - INSET)};
 }
 
 std::string escaped(std::string_view text) {

@@ -47,11 +47,11 @@ bool Recording::synchronous() const {
 }
 
 std::string Recording::lastTime() const {
-  constexpr std::string_view head = "(see_global ";
+  constexpr std::string_view HEAD = "(see_global ";
   std::string time = "0";
   for (const RecordedText& entry : texts) {
-    if (!entry.text.starts_with(head)) continue;
-    time = entry.text.substr(head.size(), entry.text.find(' ', head.size()) - head.size());
+    if (!entry.text.starts_with(HEAD)) continue;
+    time = entry.text.substr(HEAD.size(), entry.text.find(' ', HEAD.size()) - HEAD.size());
   }
   return time;
 }

@@ -18,37 +18,37 @@ const std::string HEADS = "our";  // the head counts' keys begin so, and no othe
 /// Notes the lines of one file.
 class LineNotes : public ConfigObserver {
  public:
-  explicit LineNotes(ConfigFile& intoFile) : file(intoFile) { Config::observer = this; }
+  explicit LineNotes(ConfigFile& intoFile) : file_(intoFile) { Config::observer = this; }
   ~LineNotes() override { Config::observer = nullptr; }
   LineNotes(const LineNotes&) = delete;
   LineNotes& operator=(const LineNotes&) = delete;
 
   void lineRead(const char* text) override {
     const std::size_t length = std::strlen(text);
-    if (tooLong && length > 0 && text[0] != '\n' && noted != line) {
+    if (tooLong_ && length > 0 && text[0] != '\n' && noted_ != line_) {
       note("line longer than " + std::to_string(Config::PIECE_SIZE - 1) +
            " characters: what is behind them counts as a line of its own");
-    } else if (line > 0 && !ended && !tooLong) {
+    } else if (line_ > 0 && !ended_ && !tooLong_) {
       note("a NUL byte ends the line");
     }
-    if (!tooLong) ++line;
-    ended = length > 0 && text[length - 1] == '\n';
-    tooLong = !ended && length == Config::PIECE_SIZE - 1;
+    if (!tooLong_) ++line_;
+    ended_ = length > 0 && text[length - 1] == '\n';
+    tooLong_ = !ended_ && length == Config::PIECE_SIZE - 1;
   }
   void lineError(const std::string& problem) override { note(problem); }
-  void keyDefined(const std::string& key) override { file.lines[key].push_back(line); }
+  void keyDefined(const std::string& key) override { file_.lines[key].push_back(line_); }
 
  private:
   void note(const std::string& text) {
-    file.findings.push_back({line, text, false});
-    noted = line;
+    file_.findings.push_back({line_, text, false});
+    noted_ = line_;
   }
 
-  ConfigFile& file;
-  int line = 0;  ///< of the file, whose lines may come in pieces
-  int noted = 0;
-  bool ended = true;
-  bool tooLong = false;
+  ConfigFile& file_;
+  int line_ = 0;  ///< of the file, whose lines may come in pieces
+  int noted_ = 0;
+  bool ended_ = true;
+  bool tooLong_ = false;
 };
 
 struct Refusal {
@@ -112,32 +112,32 @@ std::string quoted(std::string_view text) {
 class Checker {
  public:
   Checker(const ConfigFile& ofFile, const Keys& knownKeys)
-      : file(ofFile), keys(knownKeys), findings(ofFile.findings) {}
+      : file_(ofFile), keys_(knownKeys), findings_(ofFile.findings) {}
 
   std::vector<Finding> run() {
     checkDefinitions();
-    for (const Key& key : keys) checkKey(key);
+    for (const Key& key : keys_) checkKey(key);
     checkHeads();
-    std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
+    std::stable_sort(findings_.begin(), findings_.end(), [](const Finding& a, const Finding& b) {
       return b.line == 0 ? a.line != 0 : a.line != 0 && a.line < b.line;
     });
-    return findings;
+    return findings_;
   }
 
  private:
-  bool isDefined(const std::string& name) const { return file.lines.contains(name); }
+  bool isDefined(const std::string& name) const { return file_.lines.contains(name); }
   bool isKnown(const std::string& name) const {
-    return std::any_of(keys.begin(), keys.end(),
+    return std::any_of(keys_.begin(), keys_.end(),
                        [&name](const Key& key) { return key.name == name; });
   }
-  int lineOf(const Key& key) const { return file.lines.at(key.name).back(); }
+  int lineOf(const Key& key) const { return file_.lines.at(key.name).back(); }
 
   void add(int line, const std::string& text, bool endsCoach = false) {
-    findings.push_back({line, text, endsCoach});
+    findings_.push_back({line, text, endsCoach});
   }
 
   void checkDefinitions() {
-    for (const auto& [name, lines] : file.lines) {
+    for (const auto& [name, lines] : file_.lines) {
       for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
         add(lines[i], quoted(name) + " does not count: it is defined again in line " +
                           std::to_string(lines.back()));
@@ -147,7 +147,7 @@ class Checker {
   }
 
   void checkUnknown(const std::string& name, int line) {
-    const Key* near = nearest(name, keys, [this](const Key& key) { return !isDefined(key.name); });
+    const Key* near = nearest(name, keys_, [this](const Key& key) { return !isDefined(key.name); });
     const std::string hint = near == nullptr ? "" : "; is " + quoted(near->name) + " meant?";
     add(line, "nothing asks for " + quoted(name) + hint);
   }
@@ -183,7 +183,7 @@ class Checker {
       const std::string_view text =
           key.values > 0 ? elements[static_cast<std::size_t>(i)] : trimmed(value);
       checkRest(key, text);
-      if (const std::string wrong = problemOf(key, *number, keys); !wrong.empty()) {
+      if (const std::string wrong = problemOf(key, *number, keys_); !wrong.empty()) {
         add(lineOf(key), quoted(key.name) + " is " + std::string(readPart(text, key.kind)) + wrong);
       }
     }
@@ -214,7 +214,7 @@ class Checker {
     long sum = 0;
     int line = 0;
     std::string counts;
-    for (const Key& key : keys) {
+    for (const Key& key : keys_) {
       if (!key.name.starts_with(HEADS)) continue;
       int count = 0;
       if (!isDefined(key.name) || !Scanner(Config::getValue(key.name.c_str())).integer(count)) {
@@ -230,10 +230,10 @@ class Checker {
     }
   }
 
-  const ConfigFile& file;
-  const Keys& keys;
-  std::vector<Finding> findings;
-  const Refusals refusals;
+  const ConfigFile& file_;
+  const Keys& keys_;
+  std::vector<Finding> findings_;
+  const Refusals refusals_;
 };
 
 }  // namespace
@@ -249,14 +249,14 @@ std::vector<Finding> check(const ConfigFile& file, const Keys& keys) {
 }
 
 std::string printable(std::string_view text) {
-  constexpr std::string_view digits = "0123456789abcdef";
+  constexpr std::string_view DIGITS = "0123456789abcdef";
   std::string shown;
   for (const char c : text) {
     if (c >= ' ' && c <= '~') {
       shown += c;
     } else {
       const auto byte = static_cast<unsigned char>(c);
-      shown += {'\\', 'x', digits[byte / 16], digits[byte % 16]};
+      shown += {'\\', 'x', DIGITS[byte / 16], DIGITS[byte % 16]};
     }
   }
   return shown;

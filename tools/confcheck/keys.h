@@ -18,8 +18,8 @@ struct Key {
 
 using Keys = std::vector<Key>;
 
-/// All keys, as they are first asked for. Builds a coach that no server hears of and notes what its parts
-/// ask for. Leaves the configuration empty.
+/// All keys, as they are first asked for. Builds a coach that no server hears of and notes what its
+/// parts ask for. Leaves the configuration empty.
 Keys keysOfCoach();
 
 }  // namespace vok::confcheck

@@ -15,7 +15,7 @@ namespace {
 constexpr int SOMETHING_FOUND = 1;
 constexpr int BAD_ARGUMENT = 2;
 
-constexpr std::string_view usage =
+constexpr std::string_view USAGE =
     "usage: confcheck FILE\n"
     "       confcheck --keys\n"
     "\n"
@@ -32,12 +32,12 @@ constexpr std::string_view usage =
 class Silence {
  public:
   Silence() = default;
-  ~Silence() { std::cerr.rdbuf(before); }
+  ~Silence() { std::cerr.rdbuf(before_); }
   Silence(const Silence&) = delete;
   Silence& operator=(const Silence&) = delete;
 
  private:
-  std::streambuf* before = std::cerr.rdbuf(nullptr);
+  std::streambuf* before_ = std::cerr.rdbuf(nullptr);
 };
 
 int fail(const std::string& reason) {
@@ -46,11 +46,11 @@ int fail(const std::string& reason) {
 }
 
 void print(const Keys& keys) {
-  constexpr std::array<const char*, 3> kinds = {"whole number", "number", "two numbers"};
+  constexpr std::array<const char*, 3> KINDS = {"whole number", "number", "two numbers"};
   for (const Key& key : keys) {
     std::cout << key.name << ": ";
     if (key.values > 0) std::cout << "list of " << key.values << ", each a ";
-    std::cout << kinds[key.kind] << (key.optional ? ", optional" : "") << "\n";
+    std::cout << KINDS[key.kind] << (key.optional ? ", optional" : "") << "\n";
   }
 }
 
@@ -76,7 +76,7 @@ void print(const std::string& fileName, const std::vector<Finding>& findings,
 int main(int argc, char** argv) {
   const std::string argument = argc == 2 ? argv[1] : "--";
   if (argument == "--help") {
-    std::cout << usage;
+    std::cout << USAGE;
     return 0;
   }
   const bool listKeys = argument == "--keys";

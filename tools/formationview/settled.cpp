@@ -23,25 +23,26 @@ bool isFinite(Vector2d v) {
 
 }  // namespace
 
-Pitch::Pitch() : world(nullptr), tactical(&world, nullptr), eval(nullptr, nullptr) {
-  world.adjustTacticalNumbers(1);
-  world.playMode = PLAY_MODE_PLAY_ON;
+Pitch::Pitch() : world_(nullptr), tactical_(&world_, nullptr), eval_(nullptr, nullptr) {
+  world_.adjustTacticalNumbers(1);
+  world_.playMode = PLAY_MODE_PLAY_ON;
 }
 
 std::optional<SettledTeam> Pitch::settle(Vector2d ball, std::optional<double> offside) {
-  world.ball.pos = ball;
+  world_.ball.pos = ball;
   // The second-last opponent makes the line; the unseen others count for nothing.
   for (const std::size_t n : {1U, 2U}) {
-    world.otherTeam[n].age = 0;
-    world.otherTeam[n].pos.x = offside.value_or(std::clamp(ball.x + GUARD, 0.0, PENALTY_AREA_EDGE));
+    world_.otherTeam[n].age = 0;
+    world_.otherTeam[n].pos.x =
+        offside.value_or(std::clamp(ball.x + GUARD, 0.0, PENALTY_AREA_EDGE));
   }
   runUntilSettled();
 
-  SettledTeam team{{}, eval.GetMinX(), eval.GetMaxX(), world.ourOffsideLine(OFFSIDE_MAX_AGE)};
+  SettledTeam team{{}, eval_.GetMinX(), eval_.GetMaxX(), world_.ourOffsideLine(OFFSIDE_MAX_AGE)};
   for (int n = 2; n <= 11; ++n) {
     SettledPlace& place = team.places[static_cast<std::size_t>(n - 2)];
-    place = {n, roleOf(n), eval.GetPlayerPosition(&world, n), {}, {}};
-    eval.GetPlayerArea(&world, n, place.lo, place.hi);
+    place = {n, roleOf(n), eval_.GetPlayerPosition(&world_, n), {}, {}};
+    eval_.GetPlayerArea(&world_, n, place.lo, place.hi);
     if (!isFinite(place.pos) || !isFinite(place.lo) || !isFinite(place.hi)) return std::nullopt;
   }
   return team;
@@ -50,18 +51,18 @@ std::optional<SettledTeam> Pitch::settle(Vector2d ball, std::optional<double> of
 /// Band and ball factors move step by step; a place that rests a cycle long rests for ever.
 void Pitch::runUntilSettled() {
   for (int cycle = 0; cycle < MAX_CYCLES; ++cycle) {
-    const std::array<PlayerPos, 10> before = eval.RealPositions;
-    const double bandBefore = eval.GetMinX();
-    ++world.time;
-    eval.CalMinMaxX(&world);
-    eval.CalPlayerPositions(&world);
-    if (eval.GetMinX() == bandBefore && samePlaces(eval, before)) return;
+    const std::array<PlayerPos, 10> before = eval_.RealPositions;
+    const double bandBefore = eval_.GetMinX();
+    ++world_.time;
+    eval_.CalMinMaxX(&world_);
+    eval_.CalPlayerPositions(&world_);
+    if (eval_.GetMinX() == bandBefore && samePlaces(eval_, before)) return;
   }
 }
 
 Role Pitch::roleOf(int n) const {
-  if (tactical.ourTeamDefender(n)) return Role::DEFENCE;
-  return tactical.ourTeamMidfield(n) ? Role::MIDFIELD : Role::ATTACK;
+  if (tactical_.ourTeamDefender(n)) return Role::DEFENCE;
+  return tactical_.ourTeamMidfield(n) ? Role::MIDFIELD : Role::ATTACK;
 }
 
 }  // namespace vok

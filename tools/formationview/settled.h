@@ -43,9 +43,9 @@ class Pitch {
   void runUntilSettled();
   Role roleOf(int n) const;
 
-  Worldmodel world;
-  TacticalModule tactical;
-  PositionEval eval;
+  Worldmodel world_;
+  TacticalModule tactical_;
+  PositionEval eval_;
 };
 
 }  // namespace vok

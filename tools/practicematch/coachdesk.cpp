@@ -11,13 +11,13 @@ namespace vok::practice {
 
 namespace {
 
-constexpr std::size_t maxMessage = 128;
-constexpr int messagesPerGrant = 128;
-constexpr long grantPeriod = 6000;
+constexpr std::size_t MAX_MESSAGE = 128;
+constexpr int MESSAGES_PER_GRANT = 128;
+constexpr long GRANT_PERIOD = 6000;
 // In play the coach is heard at the beginning of every 600 cycles but the first.
-constexpr long waitPeriod = 600;
-constexpr long sendPeriod = 20;
-constexpr std::size_t viewsKept = 64;
+constexpr long WAIT_PERIOD = 600;
+constexpr long SEND_PERIOD = 20;
+constexpr std::size_t VIEWS_KEPT = 64;
 
 bool messageCharacter(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 ||
@@ -64,16 +64,16 @@ std::string_view SayRules::judge(std::string_view command, long time, bool playO
   }
   const std::string_view message =
       command.substr(head.size(), command.size() - head.size() - tail.size());
-  if (message.empty() || message.size() > maxMessage ||
+  if (message.empty() || message.size() > MAX_MESSAGE ||
       !std::all_of(message.begin(), message.end(), messageCharacter)) {
     return "(error could_not_parse_say)";
   }
-  const bool windowOpen = time > waitPeriod && time % waitPeriod < sendPeriod;
+  const bool windowOpen = time > WAIT_PERIOD && time % WAIT_PERIOD < SEND_PERIOD;
   if (playOn && !windowOpen) return "(error cannot_say_freeform_while_playon)";
-  if (said >= messagesPerGrant * (1 + time / grantPeriod)) {
+  if (said_ >= MESSAGES_PER_GRANT * (1 + time / GRANT_PERIOD)) {
     return "(error said_too_many_freeform_messages)";
   }
-  ++said;
+  ++said_;
   text = message;
   return "(ok say)";
 }
@@ -104,30 +104,30 @@ std::optional<CoachMessage> decodeCoachMessage(const std::string& text, Side sid
 void CoachDesk::take(const Command& command, std::vector<std::string>& answers) {
   const std::string_view text = command.text;
   const std::string_view word = commandWord(text);
-  if (!command.terminated) ++report.unterminated;
+  if (!command.terminated) ++report_.unterminated;
 
   if (text == "(done)" || text == "(bye)") {
-    ++report.commands[std::string(word)];
-    (text == "(done)" ? done : bye) = true;
+    ++report_.commands[std::string(word)];
+    (text == "(done)" ? done_ : bye_) = true;
     return;
   }
-  if (!command.terminated && !lenient)
+  if (!command.terminated && !lenient_)
     answers.emplace_back("(warning message_not_null_terminated)");
   if (word.empty()) {
-    ++report.commands["without form"];
+    ++report_.commands["without form"];
     answers.emplace_back("(error illegal_command_form)");
   } else if (text == "(eye on)" || text == "(eye off)") {
-    ++report.commands["eye"];
-    eye = text == "(eye on)";
+    ++report_.commands["eye"];
+    eye_ = text == "(eye on)";
     answers.push_back("(ok " + std::string(text.substr(1)));
   } else if (word == "say") {
-    ++report.commands["say"];
+    ++report_.commands["say"];
     say(text, answers);
   } else if (word == "change_player_type") {
-    ++report.commands["change_player_type"];
+    ++report_.commands["change_player_type"];
     changeType(text.substr(word.size() + 1, text.size() - word.size() - 2), answers);
   } else {
-    ++report.commands["unknown"];
+    ++report_.commands["unknown"];
     answers.emplace_back("(error unknown_command)");
   }
 }
@@ -138,53 +138,53 @@ void CoachDesk::changeType(std::string_view text, std::vector<std::string>& answ
     answers.emplace_back("(error illegal_command_form)");
     return;
   }
-  ++report.typesAsked;
-  match.changeType((*numbers)[0], (*numbers)[1], answers);
+  ++report_.typesAsked;
+  match_.changeType((*numbers)[0], (*numbers)[1], answers);
   if (answers.back().starts_with("(ok ")) {
-    ++report.typesGiven;
+    ++report_.typesGiven;
   } else {
-    ++report.typesRefused[reasonOf(answers.back())];
+    ++report_.typesRefused[reasonOf(answers.back())];
   }
 }
 
 void CoachDesk::say(std::string_view text, std::vector<std::string>& answers) {
   std::string message;
-  const std::string_view answer = rules.judge(text, match.time(), match.playOn(), message);
+  const std::string_view answer = rules_.judge(text, match_.time(), match_.playOn(), message);
   answers.emplace_back(answer);
   if (message.empty()) {
-    ++report.messagesRefused[reasonOf(answer)];
+    ++report_.messagesRefused[reasonOf(answer)];
     return;
   }
-  ++report.messagesAccepted;
-  said = message;
+  ++report_.messagesAccepted;
+  said_ = message;
   compare(message);
 }
 
 void CoachDesk::compare(const std::string& text) {
-  const auto message = decodeCoachMessage(text, match.settings().coachSide);
+  const auto message = decodeCoachMessage(text, match_.settings().coachSide);
   if (!message) return;
-  ++report.messagesDecoded;
-  report.lastTypes = message->opponentTypes;
-  report.lastTypesRight = report.lastTypesUnknown = 0;
-  for (const Player& p : match.state().team(other(match.settings().coachSide))) {
-    const int told = report.lastTypes[static_cast<std::size_t>(p.number)];
-    if (told == p.type) ++report.lastTypesRight;
-    if (told == -1) ++report.lastTypesUnknown;
+  ++report_.messagesDecoded;
+  report_.lastTypes = message->opponentTypes;
+  report_.lastTypesRight = report_.lastTypesUnknown = 0;
+  for (const Player& p : match_.state().team(other(match_.settings().coachSide))) {
+    const int told = report_.lastTypes[static_cast<std::size_t>(p.number)];
+    if (told == p.type) ++report_.lastTypesRight;
+    if (told == -1) ++report_.lastTypesUnknown;
   }
 
   // Positions travel in steps of 0.1 m, the views' numbers are rounded too.
-  constexpr double tolerance = 0.1 + 1e-4;
-  const bool right = std::any_of(balls.begin(), balls.end(), [&](const auto& view) {
+  constexpr double TOLERANCE = 0.1 + 1e-4;
+  const bool right = std::any_of(balls_.begin(), balls_.end(), [&](const auto& view) {
     const Vector2d error = view.second - message->ball;
-    return view.first == message->time && std::abs(error.x) <= tolerance &&
-           std::abs(error.y) <= tolerance;
+    return view.first == message->time && std::abs(error.x) <= TOLERANCE &&
+           std::abs(error.y) <= TOLERANCE;
   });
-  if (right) ++report.ballsRight;
+  if (right) ++report_.ballsRight;
 }
 
 void CoachDesk::viewSent() {
-  balls.emplace_back(match.time(), match.state().ball.pos);
-  if (balls.size() > viewsKept) balls.pop_front();
+  balls_.emplace_back(match_.time(), match_.state().ball.pos);
+  if (balls_.size() > VIEWS_KEPT) balls_.pop_front();
 }
 
 }  // namespace vok::practice

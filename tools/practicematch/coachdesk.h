@@ -21,7 +21,7 @@ class SayRules {
   std::string_view judge(std::string_view command, long time, bool playOn, std::string& text);
 
  private:
-  int said = 0;
+  int said_ = 0;
 };
 
 /// What a coach's message says, in field coordinates.
@@ -37,8 +37,8 @@ std::optional<CoachMessage> decodeCoachMessage(const std::string& text, Side sid
 class CoachDesk {
  public:
   /// `lenient` leaves out the warning about missing terminators.
-  CoachDesk(Match& servedMatch, Report& matchReport, bool leniently)
-      : match(servedMatch), report(matchReport), lenient(leniently) {}
+  CoachDesk(Match& match, Report& report, bool lenient)
+      : match_(match), report_(report), lenient_(lenient) {}
 
   /// Appends what is to be sent in return.
   void take(const Command& command, std::vector<std::string>& answers);
@@ -46,27 +46,27 @@ class CoachDesk {
   void viewSent();
 
   /// The message that was let through since the last question; empty: none.
-  std::string takeMessage() { return std::exchange(said, {}); }
+  std::string takeMessage() { return std::exchange(said_, {}); }
 
-  bool eyeOn() const { return eye; }
-  bool left() const { return bye; }
+  bool eyeOn() const { return eye_; }
+  bool left() const { return bye_; }
   /// Whether "(done)" came since the last question.
-  bool tookDone() { return std::exchange(done, false); }
+  bool tookDone() { return std::exchange(done_, false); }
 
  private:
   void say(std::string_view text, std::vector<std::string>& answers);
   void changeType(std::string_view text, std::vector<std::string>& answers);
   void compare(const std::string& text);
 
-  Match& match;
-  Report& report;
-  bool lenient;
-  SayRules rules;
-  std::string said;
-  bool eye = false;
-  bool done = false;
-  bool bye = false;
-  std::deque<std::pair<long, Vector2d>> balls;  ///< of the last views, with their times
+  Match& match_;
+  Report& report_;
+  bool lenient_;
+  SayRules rules_;
+  std::string said_;
+  bool eye_ = false;
+  bool done_ = false;
+  bool bye_ = false;
+  std::deque<std::pair<long, Vector2d>> balls_;  ///< of the last views, with their times
 };
 
 }  // namespace vok::practice

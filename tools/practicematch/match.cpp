@@ -7,45 +7,45 @@ namespace vok::practice {
 
 namespace {
 
-constexpr int maxSubstitutions = 3;
+constexpr int MAX_SUBSTITUTIONS = 3;
 // Opponents that have a type before the coach checks in, and before the kick-off.
-constexpr int earlyTypes = 4;
-constexpr int typesBeforeKickOff = 8;
+constexpr int EARLY_TYPES = 4;
+constexpr int TYPES_BEFORE_KICK_OFF = 8;
 
 }  // namespace
 
 // Every part has dice of its own: one more voice must not change where the ball goes.
 Match::Match(MatchSettings matchSettings)
-    : set(std::move(matchSettings)),
-      world(set.types, Dice(set.seed)),
-      referee(set.cycles),
-      players(Dice(set.seed + 0x1000000)),
-      voiceDice(set.seed + 0x2000000),
-      otherCoachDice(set.seed + 0x3000000) {
-  Referee::lineUp(world, Side::Left);
+    : set_(std::move(matchSettings)),
+      world_(set_.types, Dice(set_.seed)),
+      referee_(set_.cycles),
+      players_(Dice(set_.seed + 0x1000000)),
+      voiceDice_(set_.seed + 0x2000000),
+      otherCoachDice_(set_.seed + 0x3000000) {
+  Referee::lineUp(world_, Side::Left);
   std::vector<std::string> unheard;
-  for (int i = 0; i < earlyTypes; ++i) otherCoachChanges(unheard);
+  for (int i = 0; i < EARLY_TYPES; ++i) otherCoachChanges(unheard);
 }
 
 void Match::meet(const std::string& coachTeam) {
-  set.coachTeam = coachTeam;
-  set.otherTeam = coachTeam == "Opponents" ? "Others" : "Opponents";
+  set_.coachTeam = coachTeam;
+  set_.otherTeam = coachTeam == "Opponents" ? "Others" : "Opponents";
 }
 
 std::vector<std::string> Match::checkIn() const {
   std::vector<std::string> texts;
-  texts.push_back(std::string("(init ") + letter(set.coachSide) + " ok)");
-  texts.push_back(serverParamText(set.cycles / 2, set.synch, set.port));
-  texts.push_back(playerParamText(set.types, set.ptMax, set.seed));
-  for (std::size_t id = 0; id < world.types.size(); ++id) {
-    texts.push_back(playerTypeText(static_cast<int>(id), world.types[id]));
+  texts.push_back(std::string("(init ") + letter(set_.coachSide) + " ok)");
+  texts.push_back(serverParamText(set_.cycles / 2, set_.synch, set_.port));
+  texts.push_back(playerParamText(set_.types, set_.ptMax, set_.seed));
+  for (std::size_t id = 0; id < world_.types.size(); ++id) {
+    texts.push_back(playerTypeText(static_cast<int>(id), world_.types[id]));
   }
-  for (const Team& team : world.teams) {
+  for (const Team& team : world_.teams) {
     for (const Player& p : team) {
       if (p.type != 0) texts.push_back(announcement(p));
     }
   }
-  for (const Team& team : world.teams) {
+  for (const Team& team : world_.teams) {
     for (const Player& p : team) {
       texts.push_back("(clang (ver (p \"" + name(p.side) + "\" " + std::to_string(p.number) +
                       (p.goalie() ? " goalie" : "") + ") 7 8))");
@@ -58,9 +58,9 @@ void Match::cycle(std::vector<std::string>& texts) {
   texts.clear();
   voices(texts);
   otherCoach(texts);
-  const bool startsPlay = referee.mode() == Mode::BeforeKickOff;
+  const bool startsPlay = referee_.mode() == Mode::BeforeKickOff;
   std::vector<std::string> calls;
-  const bool kickOff = referee.resume(world, calls);
+  const bool kickOff = referee_.resume(world_, calls);
   if (kickOff && time() == 0) {
     giveFreeTypes(Side::Left, texts);
     giveFreeTypes(Side::Right, texts);
@@ -68,21 +68,21 @@ void Match::cycle(std::vector<std::string>& texts) {
   texts.insert(texts.end(), calls.begin(), calls.end());
 
   if (startsPlay) {
-    players.lookAround(world);
-  } else if (referee.mode() != Mode::TimeOver) {
-    players.act(world, referee, texts);
-    world.step();
-    referee.judge(world, texts);
+    players_.lookAround(world_);
+  } else if (referee_.mode() != Mode::TimeOver) {
+    players_.act(world_, referee_, texts);
+    world_.step();
+    referee_.judge(world_, texts);
   }
   texts.emplace_back();
   view(texts.back());
 }
 
 void Match::voices(std::vector<std::string>& texts) {
-  if (referee.mode() == Mode::BeforeKickOff || referee.mode() == Mode::TimeOver) return;
-  if (!voiceDice.chance(0.09)) return;
-  const Side side = voiceDice.chance(0.5) ? Side::Left : Side::Right;
-  const int number = voiceDice.whole(1, 11);
+  if (referee_.mode() == Mode::BeforeKickOff || referee_.mode() == Mode::TimeOver) return;
+  if (!voiceDice_.chance(0.09)) return;
+  const Side side = voiceDice_.chance(0.5) ? Side::Left : Side::Right;
+  const int number = voiceDice_.whole(1, 11);
   std::string text = "(hear " + std::to_string(time()) + " (p \"" + name(side) + "\" " +
                      std::to_string(number) + (number == 1 ? " goalie" : "") + ") \"p";
   text += std::to_string(number) + letter(side) + std::to_string(time() % 1000) + "\")";
@@ -91,39 +91,39 @@ void Match::voices(std::vector<std::string>& texts) {
 
 std::string Match::announcement(const Player& p) const {
   std::string text = "(change_player_type " + std::to_string(p.number);
-  if (p.side == set.coachSide) text += " " + std::to_string(p.type);
+  if (p.side == set_.coachSide) text += " " + std::to_string(p.type);
   return text + ")";
 }
 
 bool Match::typeFree(Side side, int type, const Player* except) const {
   int wearers = 0;
-  for (const Player& p : world.team(side)) {
+  for (const Player& p : world_.team(side)) {
     if (&p != except && p.type == type) ++wearers;
   }
-  return type == 0 || wearers < set.ptMax;
+  return type == 0 || wearers < set_.ptMax;
 }
 
 std::string_view Match::refusal(Side side, int number, int type) const {
-  if (type < 0 || type >= set.types) return "(error out_of_range_player_type)";
+  if (type < 0 || type >= set_.types) return "(error out_of_range_player_type)";
   if (number < 1 || number > 11) return "(warning no_such_player)";
-  const bool before = !referee.kickedOff();
+  const bool before = !referee_.kickedOff();
   if (!before && playOn()) return "(warning cannot_sub_while_playon)";
-  if (!before && substitutions[index(side)] >= maxSubstitutions) return "(warning no_subs_left)";
-  const Player& p = world.team(side)[static_cast<std::size_t>(number - 1)];
+  if (!before && substitutions_[index(side)] >= MAX_SUBSTITUTIONS) return "(warning no_subs_left)";
+  const Player& p = world_.team(side)[static_cast<std::size_t>(number - 1)];
   if (typeFree(side, type, &p)) return {};
   return before ? "(warning max_of_that_type_on_field)" : "(warning no_left_of_that_type)";
 }
 
 void Match::changeType(int number, int type, std::vector<std::string>& answers) {
-  const std::string_view refused = refusal(set.coachSide, number, type);
+  const std::string_view refused = refusal(set_.coachSide, number, type);
   if (!refused.empty()) {
     answers.emplace_back(refused);
     return;
   }
-  Player& p = world.team(set.coachSide)[static_cast<std::size_t>(number - 1)];
-  world.setType(p, type);
+  Player& p = world_.team(set_.coachSide)[static_cast<std::size_t>(number - 1)];
+  world_.setType(p, type);
   p.typeChosen = true;
-  if (referee.kickedOff()) ++substitutions[index(set.coachSide)];
+  if (referee_.kickedOff()) ++substitutions_[index(set_.coachSide)];
   answers.push_back(announcement(p));
   answers.push_back("(ok" + announcement(p).replace(0, 1, " "));
 }
@@ -131,34 +131,35 @@ void Match::changeType(int number, int type, std::vector<std::string>& answers) 
 // The other team's coach changes most types before the kick-off and one in each quarter of the
 // match but the first.
 void Match::otherCoach(std::vector<std::string>& texts) {
-  if (!referee.kickedOff()) {
+  if (!referee_.kickedOff()) {
     int chosen = 0;
-    for (const Player& p : world.team(other(set.coachSide))) chosen += p.typeChosen ? 1 : 0;
-    if (chosen < typesBeforeKickOff && otherCoachDice.chance(0.1)) otherCoachChanges(texts);
+    for (const Player& p : world_.team(other(set_.coachSide))) chosen += p.typeChosen ? 1 : 0;
+    if (chosen < TYPES_BEFORE_KICK_OFF && otherCoachDice_.chance(0.1)) otherCoachChanges(texts);
     return;
   }
-  const int done = substitutions[index(other(set.coachSide))];
-  if (playOn() || referee.mode() == Mode::TimeOver || time() * 4 < set.cycles * (done + 1L)) return;
-  if (done < maxSubstitutions) otherCoachChanges(texts);
+  const int done = substitutions_[index(other(set_.coachSide))];
+  if (playOn() || referee_.mode() == Mode::TimeOver || time() * 4 < set_.cycles * (done + 1L))
+    return;
+  if (done < MAX_SUBSTITUTIONS) otherCoachChanges(texts);
 }
 
 // Gives one player that has no chosen type yet, or after the kick-off any, the highest free type.
 bool Match::otherCoachChanges(std::vector<std::string>& texts) {
-  const Side side = other(set.coachSide);
+  const Side side = other(set_.coachSide);
   Player* p = nullptr;
-  if (!referee.kickedOff()) {
-    for (Player& candidate : world.team(side)) {
+  if (!referee_.kickedOff()) {
+    for (Player& candidate : world_.team(side)) {
       if (p == nullptr && !candidate.goalie() && !candidate.typeChosen) p = &candidate;
     }
   } else {
-    p = &world.team(side)[static_cast<std::size_t>(otherCoachDice.whole(1, 10))];
+    p = &world_.team(side)[static_cast<std::size_t>(otherCoachDice_.whole(1, 10))];
   }
   if (p == nullptr) return false;
-  for (int type = set.types - 1; type > 0; --type) {
+  for (int type = set_.types - 1; type > 0; --type) {
     if (type == p->type || !refusal(side, p->number, type).empty()) continue;
-    world.setType(*p, type);
+    world_.setType(*p, type);
     p->typeChosen = true;
-    if (referee.kickedOff()) ++substitutions[index(side)];
+    if (referee_.kickedOff()) ++substitutions_[index(side)];
     texts.push_back(announcement(*p));
     return true;
   }
@@ -167,24 +168,24 @@ bool Match::otherCoachChanges(std::vector<std::string>& texts) {
 
 void Match::giveFreeTypes(Side side, std::vector<std::string>& texts) {
   int type = 1;
-  for (Player& p : world.team(side)) {
+  for (Player& p : world_.team(side)) {
     if (p.goalie() || p.typeChosen) continue;
-    while (type < set.types && !typeFree(side, type, &p)) ++type;
-    if (type == set.types) return;
-    world.setType(p, type);
+    while (type < set_.types && !typeFree(side, type, &p)) ++type;
+    if (type == set_.types) return;
+    world_.setType(p, type);
     texts.push_back(announcement(p));
   }
 }
 
 void Match::view(std::string& text) const {
   text = "(see_global " + std::to_string(time()) + " ((g r) 52.5 0) ((g l) -52.5 0) ((b)";
-  const Mover& ball = world.ball;
+  const Mover& ball = world_.ball;
   for (const double number : {ball.pos.x, ball.pos.y, ball.vel.x, ball.vel.y}) {
     text += ' ';
     appendNumber(text, number);
   }
   text += ')';
-  for (const Team& team : world.teams) {
+  for (const Team& team : world_.teams) {
     for (const Player& p : team) appendPlayer(text, p);
   }
   text += ')';

@@ -36,19 +36,19 @@ class Match {
   /// Plays one cycle and replaces `texts` by its calls, in the order of sending, and the view.
   void cycle(std::vector<std::string>& texts);
   void view(std::string& text) const;
-  bool finished() const { return referee.finished(); }
+  bool finished() const { return referee_.finished(); }
 
   /// The coach's wish; appends the announcement and the answer, or the refusal.
   void changeType(int number, int type, std::vector<std::string>& answers);
 
-  long time() const { return referee.time(); }
-  bool playOn() const { return referee.mode() == Mode::PlayOn; }
-  std::string modeName() const { return referee.modeName(); }
-  int goals(Side side) const { return referee.goals(side); }
-  const MatchSettings& settings() const { return set; }
-  const World& state() const { return world; }
+  long time() const { return referee_.time(); }
+  bool playOn() const { return referee_.mode() == Mode::PlayOn; }
+  std::string modeName() const { return referee_.modeName(); }
+  int goals(Side side) const { return referee_.goals(side); }
+  const MatchSettings& settings() const { return set_; }
+  const World& state() const { return world_; }
   const std::string& name(Side side) const {
-    return side == set.coachSide ? set.coachTeam : set.otherTeam;
+    return side == set_.coachSide ? set_.coachTeam : set_.otherTeam;
   }
 
  private:
@@ -61,13 +61,13 @@ class Match {
   void voices(std::vector<std::string>& texts);
   void appendPlayer(std::string& text, const Player& p) const;
 
-  MatchSettings set;
-  World world;
-  Referee referee;
-  Players players;
-  Dice voiceDice;
-  Dice otherCoachDice;
-  std::array<int, 2> substitutions{};
+  MatchSettings set_;
+  World world_;
+  Referee referee_;
+  Players players_;
+  Dice voiceDice_;
+  Dice otherCoachDice_;
+  std::array<int, 2> substitutions_{};
 };
 
 }  // namespace vok::practice

@@ -49,7 +49,7 @@ bool readTeam(std::string_view text, Options& o) {
   return initTeam("(init " + o.team + " (version 9.00))").has_value();
 }
 
-const std::array<Row, 17> rows = {{
+const std::array<Row, 17> ROWS = {{
     {"--cycles", "N",
      [](std::string_view v, Options& o) { return readNumber(v, 2, 100000, o.match.cycles); },
      Goes::WithMatch, "length in two halves, 2 to 100000 cycles (default 6000)"},
@@ -106,7 +106,7 @@ const std::array<Row, 17> rows = {{
 }};
 
 const Row* rowOf(std::string_view name) {
-  for (const Row& row : rows) {
+  for (const Row& row : ROWS) {
     if (row.name == name) return &row;
   }
   return nullptr;
@@ -167,7 +167,7 @@ std::string helpText() {
       "machine and shows it a simulated match, or a recorded one. At the end it reports how the\n"
       "coach did. With --player-port, players of the coach's team may come too, before the coach\n"
       "or later. They get the calls, their senses and what the coach says, but steer no body.\n\n";
-  for (const Row& row : rows) {
+  for (const Row& row : ROWS) {
     std::string left = "  " + std::string(row.name);
     if (!row.valueName.empty()) left += " " + std::string(row.valueName);
     left.resize(20, ' ');

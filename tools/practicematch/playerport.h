@@ -17,10 +17,10 @@ class PlayerPort {
  public:
   /// Players are of team `coachTeam`; while that is empty, the first player's team becomes it.
   PlayerPort(const Match& playedMatch, std::string& coachTeam)
-      : match(playedMatch), team(coachTeam) {}
+      : match_(playedMatch), team_(coachTeam) {}
 
   bool open(int port, std::string& error);
-  int port() const { return publicSocket.port(); }
+  int port() const { return publicSocket_.port(); }
   /// For a session that serves the players while it waits for the coach.
   Company company();
 
@@ -55,12 +55,12 @@ class PlayerPort {
   void sendToAll(const std::string& text) const;
   std::string see(const Player& p) const;
 
-  const Match& match;
-  std::string& team;
-  Socket publicSocket;
-  Socket ownSocket;
-  std::vector<Client> clients;
-  Clock::time_point nextSenses;
+  const Match& match_;
+  std::string& team_;
+  Socket publicSocket_;
+  Socket ownSocket_;
+  std::vector<Client> clients_;
+  Clock::time_point nextSenses_;
 };
 
 }  // namespace vok::practice

@@ -7,15 +7,15 @@ namespace vok::practice {
 
 namespace {
 
-constexpr double cruising = 0.85;  // metres a cycle that a runner makes, roughly
-constexpr double fullPower = 100;
-constexpr double pressPower = 75;  // less than a dribbler's, so that attacks reach the goals
-constexpr double easyPower = 55;   // hardly more than stamina comes back
-constexpr double tackleReach = 1.6;
+constexpr double CRUISING = 0.85;  // metres a cycle that a runner makes, roughly
+constexpr double FULL_POWER = 100;
+constexpr double PRESS_POWER = 75;  // less than a dribbler's, so that attacks reach the goals
+constexpr double EASY_POWER = 55;   // hardly more than stamina comes back
+constexpr double TACKLE_REACH = 1.6;
 
 /// Where the ball will be after so many cycles if nobody touches it.
 Vector2d ballAfter(const World& world, int cycles) {
-  const double way = (1 - std::pow(ballDecay, cycles)) / (1 - ballDecay);
+  const double way = (1 - std::pow(BALL_DECAY, cycles)) / (1 - BALL_DECAY);
   return world.ball.pos + way * world.ball.vel;
 }
 
@@ -26,13 +26,13 @@ struct Meeting {
 
 /// Where and when a player can meet the ball.
 Meeting meetBall(const World& world, const Player& p) {
-  constexpr int horizon = 40;
-  for (int cycles = 0; cycles < horizon; ++cycles) {
+  constexpr int HORIZON = 40;
+  for (int cycles = 0; cycles < HORIZON; ++cycles) {
     const Vector2d place = ballAfter(world, cycles);
-    if (distance(p.pos, place) - 0.7 <= cruising * cycles) return {place, cycles};
+    if (distance(p.pos, place) - 0.7 <= CRUISING * cycles) return {place, cycles};
   }
-  const Vector2d place = ballAfter(world, horizon);
-  return {place, horizon + static_cast<int>(distance(p.pos, place) / cruising)};
+  const Vector2d place = ballAfter(world, HORIZON);
+  return {place, HORIZON + static_cast<int>(distance(p.pos, place) / CRUISING)};
 }
 
 double nearestOpponent(const World& world, Side side, Vector2d place) {
@@ -55,7 +55,7 @@ double laneRoom(const World& world, Side side, Vector2d from, Vector2d to) {
 
 /// The ball's first speed for a pass that still rolls when it arrives.
 double passSpeed(double way) {
-  return std::min(ballSpeedMax, 1 + (1 - ballDecay) * way);
+  return std::min(BALL_SPEED_MAX, 1 + (1 - BALL_DECAY) * way);
 }
 
 Vector2d velocity(double speed, double degrees) {
@@ -77,13 +77,13 @@ void Players::act(World& world, Referee& referee, std::vector<std::string>& call
       if (referee.mayKick(p) && world.kickable(p)) {
         actWithBall(world, p, referee, calls);
       } else if (&p != runner) {
-        runTo(world, p, formationPlace(world, referee, p), easyPower);
+        runTo(world, p, formationPlace(world, referee, p), EASY_POWER);
       } else if (!tackles(world, p, referee, calls)) {
         const Vector2d place = meetBall(world, p).place;
         // Stop short of a resting ball, so that the body does not push it.
         const bool there = referee.setPlay() && distance(p.pos, place) < 0.8;
-        const bool presses = side != control && !referee.setPlay();
-        runTo(world, p, there ? p.pos : place, presses ? pressPower : fullPower);
+        const bool presses = side != control_ && !referee.setPlay();
+        runTo(world, p, there ? p.pos : place, presses ? PRESS_POWER : FULL_POWER);
       }
     }
   }
@@ -92,7 +92,7 @@ void Players::act(World& world, Referee& referee, std::vector<std::string>& call
 void Players::lookAround(World& world) {
   for (Team& team : world.teams) {
     for (Player& p : team) {
-      if (dice.chance(0.02)) world.turn(p, dice.between(-180, 180));
+      if (dice_.chance(0.02)) world.turn(p, dice_.between(-180, 180));
     }
   }
 }
@@ -104,7 +104,7 @@ Player* Players::chaser(World& world, const Referee& referee, Side side) const {
   for (Player& p : world.team(side)) {
     if (referee.setPlay() ? &p != referee.kickTaker() : &p == referee.excluded()) continue;
     const Meeting meeting = meetBall(world, p);
-    const bool outside = forward(side) * meeting.place.x > -halfLength + 16;
+    const bool outside = forward(side) * meeting.place.x > -HALF_LENGTH + 16;
     if (p.goalie() && outside && !referee.setPlay()) continue;
     if (best == nullptr || meeting.cycles < bestCycles) {
       best = &p;
@@ -119,7 +119,7 @@ Vector2d Players::formationPlace(const World& world, const Referee& referee, con
   struct Home {
     double x, y, follow, deepest, highest;
   };
-  static constexpr std::array<Home, 11> homes = {{{-50, 0, 0.03, -51, -46},
+  static constexpr std::array<Home, 11> HOMES = {{{-50, 0, 0.03, -51, -46},
                                                   {-30, -6, 0.55, -45, 5},
                                                   {-30, 6, 0.55, -45, 5},
                                                   {-28, -21, 0.6, -44, 15},
@@ -130,16 +130,16 @@ Vector2d Players::formationPlace(const World& world, const Referee& referee, con
                                                   {6, -22, 0.75, -18, 48},
                                                   {6, 22, 0.75, -18, 48},
                                                   {8, 0, 0.75, -15, 48}}};
-  const Home& home = homes[static_cast<std::size_t>(p.number - 1)];
+  const Home& home = HOMES[static_cast<std::size_t>(p.number - 1)];
   const double way = forward(p.side);
   const Vector2d ball = way * world.ball.pos;
-  Vector2d place(home.x + home.follow * ball.x + (p.side == control && !p.goalie() ? 8 : 0),
+  Vector2d place(home.x + home.follow * ball.x + (p.side == control_ && !p.goalie() ? 8 : 0),
                  p.goalie() ? 0.12 * ball.y : home.y + 0.3 * ball.y);
   place.x = std::clamp(place.x, home.deepest, home.highest);
-  place.y = std::clamp(place.y, -halfWidth + 1, halfWidth - 1);
+  place.y = std::clamp(place.y, -HALF_WIDTH + 1, HALF_WIDTH - 1);
 
   // Forwards lurk at the offside line; now and then somebody does not look along it.
-  const bool lurks = p.number >= 9 && p.side == control;
+  const bool lurks = p.number >= 9 && p.side == control_;
   if (lurks) place.x = std::min(place.x + 15, home.highest);
   while (place.x > 0 && Referee::offsidePlace(world, p.side, way * place)) place.x -= 1;
   const bool careless = (referee.time() / 50 + p.number) % 2 == 0;
@@ -170,20 +170,20 @@ void Players::runTo(World& world, Player& p, Vector2d target, double maxPower) c
 
 void Players::moveHead(const World& world, Player& p) {
   p.neck = std::clamp(normalDegrees(direction(p.pos, world.ball.pos) - p.body), -90.0, 90.0);
-  if (p.pointing == 0 && dice.chance(0.005)) p.pointing = dice.whole(5, 20);
+  if (p.pointing == 0 && dice_.chance(0.005)) p.pointing = dice_.whole(5, 20);
   p.pointAngle = direction(p.pos, world.ball.pos);
 }
 
 bool Players::tackles(World& world, Player& p, Referee& referee, std::vector<std::string>& calls) {
   const double reach = distance(p.pos, world.ball.pos);
-  if (referee.mode() != Mode::PlayOn || control == p.side || p.goalie()) return false;
-  if (reach > tackleReach || !dice.chance(0.1)) return false;
+  if (referee.mode() != Mode::PlayOn || control_ == p.side || p.goalie()) return false;
+  if (reach > TACKLE_REACH || !dice_.chance(0.1)) return false;
   p.tackling = 10;
-  if (dice.chance(0.4)) {
+  if (dice_.chance(0.4)) {
     referee.foul(world, p, calls);
-  } else if (dice.chance(0.75)) {
+  } else if (dice_.chance(0.75)) {
     world.kick(p, velocity(2, p.body));
-    control = p.side;
+    control_ = p.side;
     referee.touched(world, p, calls);
   }
   return true;
@@ -192,40 +192,40 @@ bool Players::tackles(World& world, Player& p, Referee& referee, std::vector<std
 void Players::actWithBall(World& world, Player& p, Referee& referee,
                           std::vector<std::string>& calls) {
   world.kick(p, chooseKick(world, p, referee.setPlay()));
-  control = p.side;
+  control_ = p.side;
   referee.touched(world, p, calls);
 }
 
 Vector2d Players::chooseKick(const World& world, const Player& p, bool setPlay) {
   const double way = forward(p.side);
   const Vector2d ball = world.ball.pos;
-  const Vector2d goal(way * halfLength, dice.between(-8, 8));
-  const bool ownArea = way * ball.x < -halfLength + 16.5 && std::abs(ball.y) < 20;
+  const Vector2d goal(way * HALF_LENGTH, dice_.between(-8, 8));
+  const bool ownArea = way * ball.x < -HALF_LENGTH + 16.5 && std::abs(ball.y) < 20;
 
   // A goalie that is hurried by a shot can only turn it aside, past the post.
-  if (p.goalie() && !setPlay && world.ball.vel.getLength() > 1 && dice.chance(0.75)) {
-    return velocity(2, direction(ball, {-way * (halfLength + 3), ball.y < 0 ? -16.0 : 16.0}));
+  if (p.goalie() && !setPlay && world.ball.vel.getLength() > 1 && dice_.chance(0.75)) {
+    return velocity(2, direction(ball, {-way * (HALF_LENGTH + 3), ball.y < 0 ? -16.0 : 16.0}));
   }
-  if (distance(ball, goal) < 31 && !setPlay) return velocity(ballSpeedMax, direction(ball, goal));
+  if (distance(ball, goal) < 31 && !setPlay) return velocity(BALL_SPEED_MAX, direction(ball, goal));
 
   const double room = nearestOpponent(world, p.side, ball);
   const Player* mate = bestMate(world, p, setPlay);
-  if (mate != nullptr && (setPlay || room < 4 || dice.chance(0.35))) {
+  if (mate != nullptr && (setPlay || room < 4 || dice_.chance(0.35))) {
     const Vector2d target = mate->pos + Vector2d(way * (mate->number >= 9 ? 7 : 2), 0);
-    const double error = room < 2 ? dice.between(-40, 40) : dice.between(-5, 5);
+    const double error = room < 2 ? dice_.between(-40, 40) : dice_.between(-5, 5);
     return velocity(1.15 * passSpeed(distance(ball, target)), direction(ball, target) + error);
   }
   const double wide = ball.y < 0 ? -1 : 1;
   if (ownArea && room < 6 && !setPlay &&
-      dice.chance(0.6)) {  // anywhere, if need be behind the own line
+      dice_.chance(0.6)) {  // anywhere, if need be behind the own line
     return velocity(2, direction(ball, {ball.x - way * 5, wide * 30}));
   }
   if ((ownArea && room < 6) || setPlay) {  // far away
-    return velocity(ballSpeedMax, direction(ball, {ball.x + way * 30, wide * 30}));
+    return velocity(BALL_SPEED_MAX, direction(ball, {ball.x + way * 30, wide * 30}));
   }
   // Dribble: a touch ahead, on the wing down the line and from there to the middle.
   const double aim = way * ball.x < 38 ? 1.4 : 0.3;
-  return velocity(0.8, direction(ball, {goal.x, ball.y * aim}) + dice.between(-15, 15));
+  return velocity(0.8, direction(ball, {goal.x, ball.y * aim}) + dice_.between(-15, 15));
 }
 
 const Player* Players::bestMate(const World& world, const Player& p, bool setPlay) {
@@ -234,10 +234,10 @@ const Player* Players::bestMate(const World& world, const Player& p, bool setPla
   for (const Player& mate : world.team(p.side)) {
     const double way = distance(p.pos, mate.pos);
     if (&mate == &p || mate.goalie() || way < 5 || way > 35) continue;
-    if (Referee::offsidePlace(world, p.side, mate.pos) && dice.chance(0.1)) continue;
+    if (Referee::offsidePlace(world, p.side, mate.pos) && dice_.chance(0.1)) continue;
     const double progress = forward(p.side) * (mate.pos.x - p.pos.x);
     const double room = std::min(8.0, laneRoom(world, p.side, p.pos, mate.pos));
-    const double score = 1.2 * progress + 1.5 * room + dice.between(0, 8);
+    const double score = 1.2 * progress + 1.5 * room + dice_.between(0, 8);
     if (score > bestScore) {
       best = &mate;
       bestScore = score;

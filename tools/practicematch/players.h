@@ -11,7 +11,7 @@ namespace vok::practice {
 
 class Players {
  public:
-  explicit Players(Dice playersDice) : dice(playersDice) {}
+  explicit Players(Dice playersDice) : dice_(playersDice) {}
 
   /// Every player's action of the coming step. Touches and fouls go to the referee, whose calls are
   /// appended.
@@ -31,8 +31,8 @@ class Players {
   Vector2d chooseKick(const World& world, const Player& p, bool setPlay);
   const Player* bestMate(const World& world, const Player& p, bool setPlay);
 
-  Dice dice;
-  Side control = Side::Left;  ///< the team that touched the ball last
+  Dice dice_;
+  Side control_ = Side::Left;  ///< the team that touched the ball last
 };
 
 }  // namespace vok::practice

@@ -10,17 +10,17 @@ namespace vok::practice {
 namespace {
 
 // Ranges and factors of the trade-offs; the same numbers go out in player_param.
-constexpr double decayDelta = 0.1;
-constexpr double inertiaPerDecay = 25;
-constexpr double dashRateDeltaMin = -0.0012;
-constexpr double dashRateDeltaMax = 0.0008;
-constexpr double staminaIncPerDashRate = -6000;
-constexpr double kickableDelta = 0.1;
-constexpr double kickRandPerKickable = 1;
-constexpr double extraStaminaDelta = 50;
-constexpr double effortPerExtraStamina = -0.004;
+constexpr double DECAY_DELTA = 0.1;
+constexpr double INERTIA_PER_DECAY = 25;
+constexpr double DASH_RATE_DELTA_MIN = -0.0012;
+constexpr double DASH_RATE_DELTA_MAX = 0.0008;
+constexpr double STAMINA_INC_PER_DASH_RATE = -6000;
+constexpr double KICKABLE_DELTA = 0.1;
+constexpr double KICK_RAND_PER_KICKABLE = 1;
+constexpr double EXTRA_STAMINA_DELTA = 50;
+constexpr double EFFORT_PER_EXTRA_STAMINA = -0.004;
 
-constexpr std::string_view serverParams =
+constexpr std::string_view SERVER_PARAMS =
     R"((audio_cut_dist 50)(auto_mode 1)(back_passes 1)(ball_accel_max 2.7)(ball_decay 0.94))"
     R"((ball_rand 0.05)(ball_size 0.085)(ball_speed_max 3)(ball_weight 0.2)(catch_ban_cycle 5))"
     R"((catch_probability 1)(catchable_area_l 1.2)(catchable_area_w 1)(ckick_margin 1))"
@@ -89,22 +89,22 @@ std::vector<HeteroType> drawTypes(int count, Dice& dice) {
   for (std::size_t id = 1; id < types.size(); ++id) {
     HeteroType& type = types[id];
 
-    const double decay = dice.between(-decayDelta, decayDelta);
+    const double decay = dice.between(-DECAY_DELTA, DECAY_DELTA);
     type.decay += decay;
-    type.inertia += decay * inertiaPerDecay;
+    type.inertia += decay * INERTIA_PER_DECAY;
 
-    const double dashRate = dice.between(dashRateDeltaMin, dashRateDeltaMax);
+    const double dashRate = dice.between(DASH_RATE_DELTA_MIN, DASH_RATE_DELTA_MAX);
     type.dashPowerRate += dashRate;
-    type.staminaIncMax += dashRate * staminaIncPerDashRate;
+    type.staminaIncMax += dashRate * STAMINA_INC_PER_DASH_RATE;
 
-    const double kickable = dice.between(-kickableDelta, kickableDelta);
+    const double kickable = dice.between(-KICKABLE_DELTA, KICKABLE_DELTA);
     type.kickableMargin += kickable;
-    type.kickRand += kickable * kickRandPerKickable;
+    type.kickRand += kickable * KICK_RAND_PER_KICKABLE;
 
-    const double extra = dice.between(0, extraStaminaDelta);
+    const double extra = dice.between(0, EXTRA_STAMINA_DELTA);
     type.extraStamina += extra;
-    type.effortMax += extra * effortPerExtraStamina;
-    type.effortMin += extra * effortPerExtraStamina;
+    type.effortMax += extra * EFFORT_PER_EXTRA_STAMINA;
+    type.effortMin += extra * EFFORT_PER_EXTRA_STAMINA;
   }
   return types;
 }
@@ -131,19 +131,19 @@ std::string playerParamText(int types, int ptMax, std::uint64_t seed) {
   const std::array<std::pair<std::string_view, double>, 18> ranges = {
       {{"dash_power_rate_delta_max", 0},
        {"dash_power_rate_delta_min", 0},
-       {"effort_max_delta_factor", effortPerExtraStamina},
-       {"effort_min_delta_factor", effortPerExtraStamina},
-       {"extra_stamina_delta_max", extraStaminaDelta},
+       {"effort_max_delta_factor", EFFORT_PER_EXTRA_STAMINA},
+       {"effort_min_delta_factor", EFFORT_PER_EXTRA_STAMINA},
+       {"extra_stamina_delta_max", EXTRA_STAMINA_DELTA},
        {"extra_stamina_delta_min", 0},
-       {"inertia_moment_delta_factor", inertiaPerDecay},
-       {"kick_rand_delta_factor", kickRandPerKickable},
-       {"kickable_margin_delta_max", kickableDelta},
-       {"kickable_margin_delta_min", -kickableDelta},
-       {"new_dash_power_rate_delta_max", dashRateDeltaMax},
-       {"new_dash_power_rate_delta_min", dashRateDeltaMin},
-       {"new_stamina_inc_max_delta_factor", staminaIncPerDashRate},
-       {"player_decay_delta_max", decayDelta},
-       {"player_decay_delta_min", -decayDelta},
+       {"inertia_moment_delta_factor", INERTIA_PER_DECAY},
+       {"kick_rand_delta_factor", KICK_RAND_PER_KICKABLE},
+       {"kickable_margin_delta_max", KICKABLE_DELTA},
+       {"kickable_margin_delta_min", -KICKABLE_DELTA},
+       {"new_dash_power_rate_delta_max", DASH_RATE_DELTA_MAX},
+       {"new_dash_power_rate_delta_min", DASH_RATE_DELTA_MIN},
+       {"new_stamina_inc_max_delta_factor", STAMINA_INC_PER_DASH_RATE},
+       {"player_decay_delta_max", DECAY_DELTA},
+       {"player_decay_delta_min", -DECAY_DELTA},
        {"player_size_delta_factor", -100},
        {"player_speed_max_delta_max", 0},
        {"player_speed_max_delta_min", 0}}};
@@ -155,7 +155,7 @@ std::string playerParamText(int types, int ptMax, std::uint64_t seed) {
 }
 
 std::string serverParamText(int halfTimeCycles, bool synch, int port) {
-  std::string text = "(server_param " + std::string(serverParams) + ")";
+  std::string text = "(server_param " + std::string(SERVER_PARAMS) + ")";
   replaceItem(text, "half_time", halfTimeCycles > 10 ? halfTimeCycles / 10 : 1);
   replaceItem(text, "synch_mode", synch ? 1 : 0);
   replaceItem(text, "olcoach_port", port);

@@ -13,7 +13,7 @@ using vok::Recording;
 
 namespace {
 
-constexpr int badArgument = 2;
+constexpr int BAD_ARGUMENT = 2;
 
 void requestStop(int) {
   stopRequested = 1;
@@ -45,7 +45,7 @@ bool readRecording(const std::string& file, Recording& recording, std::string& e
 int main(int argc, char** argv) {
   std::string error;
   const auto options = readOptions(argc, argv, error);
-  if (!options) return fail(error, badArgument);
+  if (!options) return fail(error, BAD_ARGUMENT);
   if (options->help) {
     std::cout << helpText();
     return 0;
@@ -53,10 +53,10 @@ int main(int argc, char** argv) {
 
   Recording recording;
   if (!options->replay.empty() && !readRecording(options->replay, recording, error)) {
-    return fail("--replay " + options->replay + ": " + error, badArgument);
+    return fail("--replay " + options->replay + ": " + error, BAD_ARGUMENT);
   }
   if (!options->replay.empty() && options->synch && !recording.synchronous()) {
-    return fail("--synch: " + options->replay + " was recorded in real time", badArgument);
+    return fail("--synch: " + options->replay + " was recorded in real time", BAD_ARGUMENT);
   }
   catchSignals();
   Session session;
@@ -64,7 +64,7 @@ int main(int argc, char** argv) {
     return fail("port " + std::to_string(options->match.port) + ": " + error, 1);
   }
   if (!options->log.empty() && !session.logTo(options->log)) {
-    return fail("--log " + options->log + ": cannot be opened", badArgument);
+    return fail("--log " + options->log + ": cannot be opened", BAD_ARGUMENT);
   }
   return options->replay.empty() ? serveMatch(*options, session)
                                  : serveRecording(*options, recording, session);

@@ -8,17 +8,17 @@ namespace vok::practice {
 
 namespace {
 
-constexpr int kickOffWait = 100;
-constexpr int afterGoalWait = 50;
-constexpr int afterFoulWait = 30;
-constexpr int dropBallTime = 100;
-constexpr int gameOverWait = 50;
-constexpr int shortestSetPlay = 10;
-constexpr int longestPatience = 40;
-constexpr double kickDistance = 9.15;  // opponents keep it at set plays
-constexpr double offsideActiveArea = 2.5;
-constexpr double areaX = 36;  // penalty area
-constexpr double areaY = 20.16;
+constexpr int KICK_OFF_WAIT = 100;
+constexpr int AFTER_GOAL_WAIT = 50;
+constexpr int AFTER_FOUL_WAIT = 30;
+constexpr int DROP_BALL_TIME = 100;
+constexpr int GAME_OVER_WAIT = 50;
+constexpr int SHORTEST_SET_PLAY = 10;
+constexpr int LONGEST_PATIENCE = 40;
+constexpr double KICK_DISTANCE = 9.15;  // opponents keep it at set plays
+constexpr double OFFSIDE_ACTIVE_AREA = 2.5;
+constexpr double AREA_X = 36;  // penalty area
+constexpr double AREA_Y = 20.16;
 
 struct ModeFacts {
   std::string_view name;
@@ -29,21 +29,22 @@ struct ModeFacts {
 };
 
 // In the order of Mode.
-constexpr std::array<ModeFacts, 12> facts = {{{"before_kick_off", false, true, kickOffWait, false},
-                                              {"kick_off", true, false, 0, true},
-                                              {"play_on", false, false, 0, false},
-                                              {"kick_in", true, false, 0, true},
-                                              {"corner_kick", true, false, 0, true},
-                                              {"goal_kick", true, false, 0, true},
-                                              {"free_kick", true, false, 0, true},
-                                              {"indirect_free_kick", true, false, 0, true},
-                                              {"goal", true, true, afterGoalWait, false},
-                                              {"offside", true, true, afterFoulWait, false},
-                                              {"foul_charge", true, true, afterFoulWait, false},
-                                              {"time_over", false, true, gameOverWait, false}}};
+constexpr std::array<ModeFacts, 12> FACTS = {
+    {{"before_kick_off", false, true, KICK_OFF_WAIT, false},
+     {"kick_off", true, false, 0, true},
+     {"play_on", false, false, 0, false},
+     {"kick_in", true, false, 0, true},
+     {"corner_kick", true, false, 0, true},
+     {"goal_kick", true, false, 0, true},
+     {"free_kick", true, false, 0, true},
+     {"indirect_free_kick", true, false, 0, true},
+     {"goal", true, true, AFTER_GOAL_WAIT, false},
+     {"offside", true, true, AFTER_FOUL_WAIT, false},
+     {"foul_charge", true, true, AFTER_FOUL_WAIT, false},
+     {"time_over", false, true, GAME_OVER_WAIT, false}}};
 
 const ModeFacts& factsOf(Mode mode) {
-  return facts[static_cast<std::size_t>(mode)];
+  return FACTS[static_cast<std::size_t>(mode)];
 }
 
 double sign(double number) {
@@ -52,18 +53,18 @@ double sign(double number) {
 
 /// Whether a point lies in the penalty area that `side` defends.
 bool inArea(Side side, Vector2d p) {
-  return -forward(side) * p.x > areaX && std::abs(p.y) < areaY;
+  return -forward(side) * p.x > AREA_X && std::abs(p.y) < AREA_Y;
 }
 
 /// Opponents of a set play that stand too near are moved out.
 void clearAround(World& world, Side opponents) {
   for (Player& p : world.team(opponents)) {
     Vector2d away = p.pos - world.ball.pos;
-    if (away.getLength() >= kickDistance) continue;
+    if (away.getLength() >= KICK_DISTANCE) continue;
     if (away.getLength() == 0) away = {-forward(opponents), 0};
-    p.pos = world.ball.pos + away.stretch(kickDistance + 0.5);
-    p.pos.x = std::clamp(p.pos.x, -halfLength - 2, halfLength + 2);
-    p.pos.y = std::clamp(p.pos.y, -halfWidth - 2, halfWidth + 2);
+    p.pos = world.ball.pos + away.stretch(KICK_DISTANCE + 0.5);
+    p.pos.x = std::clamp(p.pos.x, -HALF_LENGTH - 2, HALF_LENGTH + 2);
+    p.pos.y = std::clamp(p.pos.y, -HALF_WIDTH - 2, HALF_WIDTH + 2);
     p.vel = {};
   }
 }
@@ -83,48 +84,48 @@ Player* nearestToBall(World& world, Side side, bool goalieToo) {
 }  // namespace
 
 bool Referee::clockStands() const {
-  return factsOf(current).clockStands;
+  return factsOf(current_).clockStands;
 }
 
 bool Referee::setPlay() const {
-  return factsOf(current).setPlay;
+  return factsOf(current_).setPlay;
 }
 
 bool Referee::finished() const {
-  return current == Mode::TimeOver && cyclesInMode >= gameOverWait;
+  return current_ == Mode::TimeOver && cyclesInMode_ >= GAME_OVER_WAIT;
 }
 
 std::string Referee::modeName() const {
-  std::string name(factsOf(current).name);
-  if (factsOf(current).ofSide) name += std::string("_") + letter(currentSide);
-  if (current == Mode::Goal) name += "_" + std::to_string(goals(currentSide));
+  std::string name(factsOf(current_).name);
+  if (factsOf(current_).ofSide) name += std::string("_") + letter(currentSide_);
+  if (current_ == Mode::Goal) name += "_" + std::to_string(goals(currentSide_));
   return name;
 }
 
 bool Referee::mayKick(const Player& p) const {
-  if (current == Mode::PlayOn) return &p != lastTaker;
-  return setPlay() && &p == taker && kickDue();
+  if (current_ == Mode::PlayOn) return &p != lastTaker_;
+  return setPlay() && &p == taker_ && kickDue();
 }
 
 void Referee::call(const std::string& name, std::vector<std::string>& calls) const {
-  calls.push_back("(hear " + std::to_string(now) + " referee " + name + ")");
+  calls.push_back("(hear " + std::to_string(now_) + " referee " + name + ")");
 }
 
 void Referee::change(Mode mode, Side side, World& world, std::vector<std::string>& calls) {
-  current = mode;
-  currentSide = side;
-  cyclesInMode = 0;
-  taker = nullptr;
-  lastTaker = nullptr;
-  offside = {};
+  current_ = mode;
+  currentSide_ = side;
+  cyclesInMode_ = 0;
+  taker_ = nullptr;
+  lastTaker_ = nullptr;
+  offside_ = {};
   call(modeName(), calls);
   if (setPlay()) startSetPlay(world);
 }
 
 void Referee::startSetPlay(World& world) {
-  clearAround(world, other(currentSide));
-  taker = nearestToBall(world, currentSide, current == Mode::GoalKick);
-  patience = world.dice.whole(shortestSetPlay, longestPatience);
+  clearAround(world, other(currentSide_));
+  taker_ = nearestToBall(world, currentSide_, current_ == Mode::GoalKick);
+  patience_ = world.dice.whole(SHORTEST_SET_PLAY, LONGEST_PATIENCE);
 }
 
 void Referee::restart(Mode mode, Side side, Vector2d spot, World& world,
@@ -135,36 +136,36 @@ void Referee::restart(Mode mode, Side side, Vector2d spot, World& world,
 
 void Referee::stop(Mode mode, Side offender, Vector2d spot, World& world,
                    std::vector<std::string>& calls) {
-  foulSpot = {std::clamp(spot.x, -halfLength, halfLength),
-              std::clamp(spot.y, -halfWidth, halfWidth)};
-  restart(mode, offender, foulSpot, world, calls);
+  foulSpot_ = {std::clamp(spot.x, -HALF_LENGTH, HALF_LENGTH),
+               std::clamp(spot.y, -HALF_WIDTH, HALF_WIDTH)};
+  restart(mode, offender, foulSpot_, world, calls);
 }
 
 bool Referee::resume(World& world, std::vector<std::string>& calls) {
-  ++cyclesInMode;
-  if (current == Mode::PlayOn) judgeOffside(world, calls);
-  if (setPlay() && cyclesInMode > dropBallTime) {
+  ++cyclesInMode_;
+  if (current_ == Mode::PlayOn) judgeOffside(world, calls);
+  if (setPlay() && cyclesInMode_ > DROP_BALL_TIME) {
     call("drop_ball", calls);
-    change(Mode::PlayOn, currentSide, world, calls);
+    change(Mode::PlayOn, currentSide_, world, calls);
     return false;
   }
-  if (!clockStands() || current == Mode::TimeOver || cyclesInMode < factsOf(current).wait) {
+  if (!clockStands() || current_ == Mode::TimeOver || cyclesInMode_ < factsOf(current_).wait) {
     return false;
   }
-  const Side offender = currentSide;
-  switch (current) {
+  const Side offender = currentSide_;
+  switch (current_) {
     case Mode::BeforeKickOff:
-      firstKickOffDone = true;
-      change(Mode::KickOff, currentSide, world, calls);
+      firstKickOffDone_ = true;
+      change(Mode::KickOff, currentSide_, world, calls);
       return true;
     case Mode::Goal:
       lineUp(world, other(offender));
       change(Mode::KickOff, other(offender), world, calls);
       return false;
     default:
-      if (inArea(offender, foulSpot)) {
+      if (inArea(offender, foulSpot_)) {
         restart(Mode::IndirectFreeKick, other(offender),
-                {sign(foulSpot.x) * areaX, sign(foulSpot.y) * areaY}, world, calls);
+                {sign(foulSpot_.x) * AREA_X, sign(foulSpot_.y) * AREA_Y}, world, calls);
       } else {
         change(Mode::FreeKick, other(offender), world, calls);
       }
@@ -175,22 +176,22 @@ bool Referee::resume(World& world, std::vector<std::string>& calls) {
 void Referee::touched(World& world, const Player& p, std::vector<std::string>& calls) {
   const bool first = setPlay();
   const bool canBeOffside =
-      !first || current == Mode::FreeKick || current == Mode::IndirectFreeKick;
+      !first || current_ == Mode::FreeKick || current_ == Mode::IndirectFreeKick;
   // A goal kick is taken when the ball has left the area.
-  if (first && current != Mode::GoalKick) change(Mode::PlayOn, p.side, world, calls);
-  lastTaker = first ? &p : nullptr;
-  lastTouch = p.side;
+  if (first && current_ != Mode::GoalKick) change(Mode::PlayOn, p.side, world, calls);
+  lastTaker_ = first ? &p : nullptr;
+  lastTouch_ = p.side;
   for (const Player& mate : world.team(p.side)) {
-    offside[static_cast<std::size_t>(mate.number)] =
+    offside_[static_cast<std::size_t>(mate.number)] =
         canBeOffside && &mate != &p && offsidePlace(world, p.side, mate.pos);
   }
 }
 
 // Standing offside is punished when the ball comes near.
 void Referee::judgeOffside(World& world, std::vector<std::string>& calls) {
-  for (const Player& p : world.team(lastTouch)) {
-    const bool near = distance(p.pos, world.ball.pos) < offsideActiveArea;
-    if (near && offside[static_cast<std::size_t>(p.number)]) {
+  for (const Player& p : world.team(lastTouch_)) {
+    const bool near = distance(p.pos, world.ball.pos) < OFFSIDE_ACTIVE_AREA;
+    if (near && offside_[static_cast<std::size_t>(p.number)]) {
       return stop(Mode::Offside, p.side, p.pos, world, calls);
     }
   }
@@ -202,18 +203,18 @@ void Referee::foul(World& world, const Player& offender, std::vector<std::string
 
 void Referee::judge(World& world, std::vector<std::string>& calls) {
   if (clockStands()) return;
-  ++now;
+  ++now_;
   if (halfOver(world, calls)) return;
   judgeBall(world, calls);
 }
 
 bool Referee::halfOver(World& world, std::vector<std::string>& calls) {
-  if (now >= fullTime) {
+  if (now_ >= fullTime_) {
     call("time_up", calls);
-    change(Mode::TimeOver, currentSide, world, calls);
+    change(Mode::TimeOver, currentSide_, world, calls);
     return true;
   }
-  if (now != fullTime / 2) return false;
+  if (now_ != fullTime_ / 2) return false;
   call("half_time", calls);
   lineUp(world, Side::Right);
   change(Mode::BeforeKickOff, Side::Right, world, calls);
@@ -222,42 +223,43 @@ bool Referee::halfOver(World& world, std::vector<std::string>& calls) {
 
 void Referee::judgeBall(World& world, std::vector<std::string>& calls) {
   const Vector2d ball = world.ball.pos;
-  if (current == Mode::GoalKick && !inArea(currentSide, ball)) {
-    const Player* kicker = lastTaker;
-    change(Mode::PlayOn, currentSide, world, calls);
-    lastTaker = kicker;
+  if (current_ == Mode::GoalKick && !inArea(currentSide_, ball)) {
+    const Player* kicker = lastTaker_;
+    change(Mode::PlayOn, currentSide_, world, calls);
+    lastTaker_ = kicker;
   }
-  if (current != Mode::PlayOn) return;
-  if (std::abs(ball.x) > halfLength + ballSize) {
+  if (current_ != Mode::PlayOn) return;
+  if (std::abs(ball.x) > HALF_LENGTH + BALL_SIZE) {
     ballBehindGoalLine(world, calls);
-  } else if (std::abs(ball.y) > halfWidth + ballSize) {
-    restart(Mode::KickIn, other(lastTouch), {ball.x, sign(ball.y) * halfWidth}, world, calls);
+  } else if (std::abs(ball.y) > HALF_WIDTH + BALL_SIZE) {
+    restart(Mode::KickIn, other(lastTouch_), {ball.x, sign(ball.y) * HALF_WIDTH}, world, calls);
   }
 }
 
 void Referee::ballBehindGoalLine(World& world, std::vector<std::string>& calls) {
   const Vector2d ball = world.ball.pos;
-  const Vector2d before = ball - (1 / ballDecay) * world.ball.vel;
+  const Vector2d before = ball - (1 / BALL_DECAY) * world.ball.vel;
   const double end = sign(ball.x);
-  const double share = ball.x == before.x ? 1 : (end * halfLength - before.x) / (ball.x - before.x);
+  const double share =
+      ball.x == before.x ? 1 : (end * HALF_LENGTH - before.x) / (ball.x - before.x);
   const double crossing = before.y + std::clamp(share, 0.0, 1.0) * (ball.y - before.y);
   const Side defender = end < 0 ? Side::Left : Side::Right;
 
-  if (std::abs(crossing) < halfGoal) {
-    ++score[index(other(defender))];
+  if (std::abs(crossing) < HALF_GOAL) {
+    ++score_[index(other(defender))];
     restart(Mode::Goal, other(defender), ball, world, calls);
-  } else if (lastTouch == defender) {
+  } else if (lastTouch_ == defender) {
     restart(Mode::CornerKick, other(defender),
-            {end * (halfLength - 1), sign(ball.y) * (halfWidth - 1)}, world, calls);
+            {end * (HALF_LENGTH - 1), sign(ball.y) * (HALF_WIDTH - 1)}, world, calls);
   } else {
-    restart(Mode::GoalKick, defender, {end * (halfLength - 5.5), sign(ball.y) * 9.16}, world,
+    restart(Mode::GoalKick, defender, {end * (HALF_LENGTH - 5.5), sign(ball.y) * 9.16}, world,
             calls);
   }
 }
 
 void Referee::lineUp(World& world, Side kicker) {
   // For an attack towards +x; the kicking side's last player stands beside the ball.
-  static constexpr std::array<std::array<double, 2>, 11> places = {{{-50, 0},
+  static constexpr std::array<std::array<double, 2>, 11> PLACES = {{{-50, 0},
                                                                     {-36, -6},
                                                                     {-36, 6},
                                                                     {-33, -18},
@@ -271,7 +273,7 @@ void Referee::lineUp(World& world, Side kicker) {
   world.putBall({});
   for (const Side side : {Side::Left, Side::Right}) {
     for (Player& p : world.team(side)) {
-      const auto& place = places[static_cast<std::size_t>(p.number - 1)];
+      const auto& place = PLACES[static_cast<std::size_t>(p.number - 1)];
       p.pos = {forward(side) * place[0], forward(side) * place[1]};
       if (side == kicker && p.number == 11) p.pos = {-forward(side), 0};
       p.vel = p.acc = {};
@@ -282,8 +284,8 @@ void Referee::lineUp(World& world, Side kicker) {
 
 bool Referee::offsidePlace(const World& world, Side attacker, Vector2d place) {
   const double way = forward(attacker);
-  double last = -halfLength;
-  double lastButOne = -halfLength;
+  double last = -HALF_LENGTH;
+  double lastButOne = -HALF_LENGTH;
   for (const Player& p : world.team(other(attacker))) {
     const double x = way * p.pos.x;
     if (x > last) {

@@ -27,17 +27,17 @@ enum class Mode {
 class Referee {
  public:
   /// Half time comes in the middle of `cycles`, time over at their end.
-  explicit Referee(int cycles) : fullTime(cycles) {}
+  explicit Referee(int cycles) : fullTime_(cycles) {}
 
-  long time() const { return now; }
-  Mode mode() const { return current; }
+  long time() const { return now_; }
+  Mode mode() const { return current_; }
   /// Whose kick it is, or who scored or fouled.
-  Side side() const { return currentSide; }
-  int goals(Side of) const { return score[index(of)]; }
+  Side side() const { return currentSide_; }
+  int goals(Side of) const { return score_[index(of)]; }
   bool clockStands() const;
   /// A kick of one side that all others wait for.
   bool setPlay() const;
-  bool kickedOff() const { return firstKickOffDone; }
+  bool kickedOff() const { return firstKickOffDone_; }
   /// All that is sent after the end has been sent.
   bool finished() const;
   std::string modeName() const;
@@ -45,11 +45,11 @@ class Referee {
   /// Whether a player may touch the ball now.
   bool mayKick(const Player& p) const;
   /// The player that takes the kick of `setPlay`.
-  const Player* kickTaker() const { return taker; }
+  const Player* kickTaker() const { return taker_; }
   /// Whether the taker has waited long enough for everybody to hear the coach.
-  bool kickDue() const { return cyclesInMode >= patience; }
+  bool kickDue() const { return cyclesInMode_ >= patience_; }
   /// A player that may not touch the ball again before another did; or null.
-  const Player* excluded() const { return lastTaker; }
+  const Player* excluded() const { return lastTaker_; }
 
   // The steps of a cycle, in this order. Each appends its calls. `resume` ends a standstill
   // whose time is up; it returns whether it kicked a half off.
@@ -75,19 +75,19 @@ class Referee {
   void ballBehindGoalLine(World& world, std::vector<std::string>& calls);
   bool halfOver(World& world, std::vector<std::string>& calls);
 
-  int fullTime;
-  long now = 0;
-  Mode current = Mode::BeforeKickOff;
-  Side currentSide = Side::Left;
-  int cyclesInMode = 0;
-  int patience = 0;
-  bool firstKickOffDone = false;
-  std::array<int, 2> score{};
-  const Player* taker = nullptr;
-  const Player* lastTaker = nullptr;
-  Side lastTouch = Side::Left;
-  Vector2d foulSpot;
-  std::array<bool, 12> offside{};  ///< by number: stood offside at the last touch of its side
+  int fullTime_;
+  long now_ = 0;
+  Mode current_ = Mode::BeforeKickOff;
+  Side currentSide_ = Side::Left;
+  int cyclesInMode_ = 0;
+  int patience_ = 0;
+  bool firstKickOffDone_ = false;
+  std::array<int, 2> score_{};
+  const Player* taker_ = nullptr;
+  const Player* lastTaker_ = nullptr;
+  Side lastTouch_ = Side::Left;
+  Vector2d foulSpot_;
+  std::array<bool, 12> offside_{};  ///< by number: stood offside at the last touch of its side
 };
 
 }  // namespace vok::practice

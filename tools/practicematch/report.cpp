@@ -11,7 +11,7 @@ namespace vok::practice {
 namespace {
 
 // In the order of Ending.
-constexpr std::array<std::string_view, 6> endings = {
+constexpr std::array<std::string_view, 6> ENDINGS = {
     "the coach stayed to the end and left with \"(bye)\"",
     "the coach left before the end",
     "the coach did not say \"(bye)\" after the end",
@@ -78,7 +78,7 @@ void Report::print(std::ostream& out, const Match* match, bool synch) const {
     printMessages(out);
     printTypes(out, *match);
   }
-  line(out, "end") << endings[static_cast<std::size_t>(ending)] << std::endl;
+  line(out, "end") << ENDINGS[static_cast<std::size_t>(ending)] << std::endl;
 }
 
 void Report::printAnswerTimes(std::ostream& out) const {

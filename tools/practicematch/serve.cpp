@@ -15,26 +15,26 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-constexpr auto grace = seconds(1);        // for "(done)"
-constexpr int maxMissedInRow = 20;        // one more and a server ends
-constexpr auto afterTheEnd = seconds(6);  // for "(bye)": a coach waits 5 s for a silent server
-constexpr auto stepWithoutEye = milliseconds(100);
+constexpr auto GRACE = seconds(1);          // for "(done)"
+constexpr int MAX_MISSED_IN_ROW = 20;       // one more and a server ends
+constexpr auto AFTER_THE_END = seconds(6);  // for "(bye)": a coach waits 5 s for a silent server
+constexpr auto STEP_WITHOUT_EYE = milliseconds(100);
 
 /// One line on a terminal that shows how far the match is; nothing elsewhere.
 class StatusLine {
  public:
   void show(long cycle, const std::string& text) {
-    if (!terminal || Clock::now() < next) return;
-    next = Clock::now() + milliseconds(100);
+    if (!terminal_ || Clock::now() < next_) return;
+    next_ = Clock::now() + milliseconds(100);
     std::cout << "\rcycle " << cycle << "  " << text << "\033[K" << std::flush;
   }
   ~StatusLine() {
-    if (terminal) std::cout << "\r\033[K" << std::flush;
+    if (terminal_) std::cout << "\r\033[K" << std::flush;
   }
 
  private:
-  bool terminal = isatty(STDOUT_FILENO) != 0;
-  Clock::time_point next;
+  bool terminal_ = isatty(STDOUT_FILENO) != 0;
+  Clock::time_point next_;
 };
 
 /// What one coach is served by, whatever the traffic.
@@ -75,180 +75,180 @@ bool takeUntil(Session& session, Clock::time_point deadline, Take take, Enough e
 
 class MatchService {
  public:
-  MatchService(const Options& serviceOptions, Session& session, Match& servedMatch,
-               PlayerPort& playerPort)
-      : options(serviceOptions),
-        counter{session},
-        match(servedMatch),
-        players(playerPort),
-        desk(servedMatch, counter.report, serviceOptions.lenient) {}
+  MatchService(const Options& options, Session& session, Match& match, PlayerPort& playerPort)
+      : options_(options),
+        counter_{session},
+        match_(match),
+        players_(playerPort),
+        desk_(match, counter_.report, options.lenient) {}
 
   const Report& run() {
-    counter.sendAll(match.checkIn());
-    counter.report.ending = play();
-    return counter.report;
+    counter_.sendAll(match_.checkIn());
+    counter_.report.ending = play();
+    return counter_.report;
   }
 
  private:
   Ending play() {
-    if (!serveUntil(Clock::now() + seconds(options.waitSeconds),
-                    [this] { return desk.eyeOn() || desk.left(); })) {
+    if (!serveUntil(Clock::now() + seconds(options_.waitSeconds),
+                    [this] { return desk_.eyeOn() || desk_.left(); })) {
       return stopRequested != 0 ? Ending::Interrupted : Ending::NoEye;
     }
     StatusLine status;
-    next = Clock::now();
-    while (!match.finished()) {
+    next_ = Clock::now();
+    while (!match_.finished()) {
       cycle();
-      status.show(match.time(), std::to_string(match.goals(Side::Left)) + " : " +
-                                    std::to_string(match.goals(Side::Right)) + "  " +
-                                    match.modeName());
-      if (desk.left()) return overNow() ? Ending::Stayed : Ending::LeftEarly;
+      status.show(match_.time(), std::to_string(match_.goals(Side::Left)) + " : " +
+                                     std::to_string(match_.goals(Side::Right)) + "  " +
+                                     match_.modeName());
+      if (desk_.left()) return overNow() ? Ending::Stayed : Ending::LeftEarly;
       if (stopRequested != 0) return Ending::Interrupted;
-      if (counter.missedInRow > maxMissedInRow) return Ending::NotAnswering;
+      if (counter_.missedInRow > MAX_MISSED_IN_ROW) return Ending::NotAnswering;
     }
-    const bool bye = serveUntil(Clock::now() + afterTheEnd, [this] { return desk.left(); });
+    const bool bye = serveUntil(Clock::now() + AFTER_THE_END, [this] { return desk_.left(); });
     if (stopRequested != 0) return Ending::Interrupted;
     return bye ? Ending::Stayed : Ending::Silent;
   }
 
-  bool overNow() const { return match.modeName() == "time_over"; }
+  bool overNow() const { return match_.modeName() == "time_over"; }
 
   void cycle() {
-    match.cycle(texts);
-    if (!desk.eyeOn()) texts.pop_back();  // the view
-    counter.sendAll(texts);
-    players.sendNews(texts);
-    players.sendSenses();
-    desk.viewSent();
-    ++counter.report.cyclesSent;
-    if (match.settings().synch && desk.eyeOn()) {
+    match_.cycle(texts_);
+    if (!desk_.eyeOn()) texts_.pop_back();  // the view
+    counter_.sendAll(texts_);
+    players_.sendNews(texts_);
+    players_.sendSenses();
+    desk_.viewSent();
+    ++counter_.report.cyclesSent;
+    if (match_.settings().synch && desk_.eyeOn()) {
       think();
-      next = Clock::now();
+      next_ = Clock::now();
     } else {
-      next += options.stepMs > 0 ? milliseconds(options.stepMs) : stepWithoutEye;
-      serveUntil(next, [this] { return desk.left(); });
+      next_ += options_.stepMs > 0 ? milliseconds(options_.stepMs) : STEP_WITHOUT_EYE;
+      serveUntil(next_, [this] { return desk_.left(); });
     }
   }
 
   void think() {
-    desk.tookDone();  // one that came too late answers nothing
+    desk_.tookDone();  // one that came too late answers nothing
     const auto asked = Clock::now();
     auto answered = asked;
-    players.think();
-    counter.session.send("(think)");
+    players_.think();
+    counter_.session.send("(think)");
     bool done = false;
-    serveUntil(asked + grace, [&] {
-      if (!done && desk.tookDone()) {
+    serveUntil(asked + GRACE, [&] {
+      if (!done && desk_.tookDone()) {
         done = true;
         answered = Clock::now();
       }
-      return (done && players.allDone()) || desk.left();
+      return (done && players_.allDone()) || desk_.left();
     });
-    players.endCycle();
-    if (!desk.left() && stopRequested == 0) counter.book(done, asked, answered);
+    players_.endCycle();
+    if (!desk_.left() && stopRequested == 0) counter_.book(done, asked, answered);
   }
 
   template <typename Enough>
   bool serveUntil(Clock::time_point deadline, Enough enough) {
     return takeUntil(
-        counter.session, deadline,
+        counter_.session, deadline,
         [this](const Command& command) {
           std::vector<std::string> answers;
-          desk.take(command, answers);
-          counter.sendAll(answers);
-          players.sendNews(answers);
-          players.sendMessage(desk.takeMessage());
+          desk_.take(command, answers);
+          counter_.sendAll(answers);
+          players_.sendNews(answers);
+          players_.sendMessage(desk_.takeMessage());
         },
         enough);
   }
 
-  const Options& options;
-  Counter counter;
-  Match& match;
-  PlayerPort& players;
-  CoachDesk desk;
-  std::vector<std::string> texts;
-  Clock::time_point next;
+  const Options& options_;
+  Counter counter_;
+  Match& match_;
+  PlayerPort& players_;
+  CoachDesk desk_;
+  std::vector<std::string> texts_;
+  Clock::time_point next_;
 };
 
 class RecordingService {
  public:
-  RecordingService(const Options& serviceOptions, Session& session, const Recording& played)
-      : recording(played),
-        counter{session},
-        inStep(serviceOptions.speed == 0 && recording.synchronous()),
-        speed(serviceOptions.speed == 0 ? 1 : serviceOptions.speed) {}
+  RecordingService(const Options& options, Session& session, const Recording& played)
+      : recording_(played),
+        counter_{session},
+        inStep_(options.speed == 0 && recording_.synchronous()),
+        speed_(options.speed == 0 ? 1 : options.speed) {}
 
   const Report& run() {
-    counter.report.ending = play();
-    return counter.report;
+    counter_.report.ending = play();
+    return counter_.report;
   }
-  bool synch() const { return inStep; }
+  bool synch() const { return inStep_; }
 
  private:
   Ending play() {
     StatusLine status;
     const auto start = Clock::now();
     int sent = 0;
-    for (const RecordedText& entry : recording.texts) {
-      if (!inStep)
+    for (const RecordedText& entry : recording_.texts) {
+      if (!inStep_)
         waitUntil(start +
                   std::chrono::duration_cast<Clock::duration>(
-                      std::chrono::duration<double, std::milli>(entry.milliseconds / speed)));
-      if (left) return over ? Ending::Stayed : Ending::LeftEarly;
+                      std::chrono::duration<double, std::milli>(entry.milliseconds / speed_)));
+      if (left_) return over_ ? Ending::Stayed : Ending::LeftEarly;
       if (stopRequested != 0) return Ending::Interrupted;
-      if (counter.missedInRow > maxMissedInRow) return Ending::NotAnswering;
+      if (counter_.missedInRow > MAX_MISSED_IN_ROW) return Ending::NotAnswering;
 
-      done = false;
+      done_ = false;
       const auto sentAt = Clock::now();
-      counter.session.send(entry.text);
-      status.show(counter.report.cyclesSent,
-                  std::to_string(++sent) + " of " + std::to_string(recording.texts.size()));
-      if (entry.text.starts_with("(see_global ")) ++counter.report.cyclesSent;
-      if (entry.text.ends_with(" referee time_over)")) over = true;
-      if (inStep && entry.text == "(think)") waitForDone(sentAt);
+      counter_.session.send(entry.text);
+      status.show(counter_.report.cyclesSent,
+                  std::to_string(++sent) + " of " + std::to_string(recording_.texts.size()));
+      if (entry.text.starts_with("(see_global ")) ++counter_.report.cyclesSent;
+      if (entry.text.ends_with(" referee time_over)")) over_ = true;
+      if (inStep_ && entry.text == "(think)") waitForDone(sentAt);
     }
     // A recording that breaks off in the match ends it here, so that the coach can leave in order.
-    if (!over) counter.session.send("(hear " + recording.lastTime() + " referee time_over)");
-    waitUntil(Clock::now() + afterTheEnd);
+    if (!over_) counter_.session.send("(hear " + recording_.lastTime() + " referee time_over)");
+    waitUntil(Clock::now() + AFTER_THE_END);
     if (stopRequested != 0) return Ending::Interrupted;
-    return left ? Ending::Stayed : Ending::Silent;
+    return left_ ? Ending::Stayed : Ending::Silent;
   }
 
   void waitForDone(Clock::time_point asked) {
     takeUntil(
-        counter.session, asked + grace, [this](const Command& c) { take(c); },
-        [this] { return done || left; });
-    if (!left && stopRequested == 0) counter.book(done, asked);
+        counter_.session, asked + GRACE, [this](const Command& c) { take(c); },
+        [this] { return done_ || left_; });
+    if (!left_ && stopRequested == 0) counter_.book(done_, asked);
   }
 
   void waitUntil(Clock::time_point deadline) {
     takeUntil(
-        counter.session, deadline, [this](const Command& c) { take(c); }, [this] { return left; });
+        counter_.session, deadline, [this](const Command& c) { take(c); },
+        [this] { return left_; });
   }
 
   // The answers to its commands are in the recording: the coach is only counted.
   void take(const Command& command) {
     const std::string_view text = command.text;
-    if (!command.terminated) ++counter.report.unterminated;
-    done = done || text == "(done)";
-    left = left || text == "(bye)";
-    static constexpr std::array<std::string_view, 5> kinds = {"done", "bye", "eye", "say",
+    if (!command.terminated) ++counter_.report.unterminated;
+    done_ = done_ || text == "(done)";
+    left_ = left_ || text == "(bye)";
+    static constexpr std::array<std::string_view, 5> KINDS = {"done", "bye", "eye", "say",
                                                               "change_player_type"};
     std::string_view kind = "unknown";
-    for (const std::string_view known : kinds) {
+    for (const std::string_view known : KINDS) {
       if (text.starts_with("(" + std::string(known))) kind = known;
     }
-    ++counter.report.commands[std::string(kind)];
+    ++counter_.report.commands[std::string(kind)];
   }
 
-  const Recording& recording;
-  Counter counter;
-  bool inStep;
-  double speed;
-  bool done = false;
-  bool left = false;
-  bool over = false;
+  const Recording& recording_;
+  Counter counter_;
+  bool inStep_;
+  double speed_;
+  bool done_ = false;
+  bool left_ = false;
+  bool over_ = false;
 };
 
 /// `team` is the only one that is let in; empty: any.

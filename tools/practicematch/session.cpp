@@ -15,8 +15,8 @@ namespace vok::practice {
 
 namespace {
 
-constexpr std::size_t maxDatagram = 8192;
-constexpr std::size_t maxTeamName = 15;
+constexpr std::size_t MAX_DATAGRAM = 8192;
+constexpr std::size_t MAX_TEAM_NAME = 15;
 
 bool isInit(std::string_view text) {
   return text.starts_with("(init ") || text == "(init)";
@@ -69,7 +69,7 @@ void Socket::send(std::string_view text, const sockaddr_in& to) const {
 }
 
 std::optional<Command> Socket::receive(sockaddr_in& from) const {
-  std::array<char, maxDatagram> buffer;
+  std::array<char, MAX_DATAGRAM> buffer;
   socklen_t size = sizeof from;
   const ssize_t length =
       recvfrom(sd, buffer.data(), buffer.size(), 0, reinterpret_cast<sockaddr*>(&from), &size);
@@ -90,13 +90,13 @@ std::optional<std::string> initTeam(std::string_view text) {
     return std::nullopt;
   }
   const std::string_view team = text.substr(0, middle);
-  const bool goodName = !team.empty() && team.size() <= maxTeamName &&
+  const bool goodName = !team.empty() && team.size() <= MAX_TEAM_NAME &&
                         std::all_of(team.begin(), team.end(), nameCharacter);
   return goodName ? std::optional(std::string(team)) : std::nullopt;
 }
 
 bool Session::open(int port, std::string& error) {
-  return publicSocket.open(port, error) && ownSocket.open(0, error);
+  return publicSocket_.open(port, error) && ownSocket_.open(0, error);
 }
 
 // Short slices: a signal that comes just before the poll must not wait for its end.
@@ -104,9 +104,9 @@ bool Session::wait(const Socket& other, Clock::time_point deadline) const {
   using std::chrono::milliseconds;
   const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
   if (stopRequested != 0 || left.count() < 0) return false;
-  std::vector<pollfd> sockets = {{publicSocket.descriptor(), POLLIN, 0},
+  std::vector<pollfd> sockets = {{publicSocket_.descriptor(), POLLIN, 0},
                                  {other.descriptor(), POLLIN, 0}};
-  for (const int descriptor : company.descriptors) sockets.push_back({descriptor, POLLIN, 0});
+  for (const int descriptor : company_.descriptors) sockets.push_back({descriptor, POLLIN, 0});
   poll(sockets.data(), sockets.size(),
        static_cast<int>(std::min<milliseconds::rep>(left.count(), 100)));
   return true;
@@ -115,48 +115,48 @@ bool Session::wait(const Socket& other, Clock::time_point deadline) const {
 std::optional<std::string> Session::waitForCoach(Clock::time_point deadline,
                                                  const std::string& team) {
   do {
-    company.serve();
+    company_.serve();
     sockaddr_in from{};
-    while (const auto command = publicSocket.receive(from)) {
+    while (const auto command = publicSocket_.receive(from)) {
       auto name = initTeam(command->text);
       if (name && (team.empty() || *name == team)) {
-        coach = from;
+        coach_ = from;
         return name;
       }
-      publicSocket.send(name                    ? "(error no_such_team)"
-                        : isInit(command->text) ? "(error illegal_command_form)"
-                                                : "(error only_init_allowed_on_init_port)",
-                        from);
+      publicSocket_.send(name                    ? "(error no_such_team)"
+                         : isInit(command->text) ? "(error illegal_command_form)"
+                                                 : "(error only_init_allowed_on_init_port)",
+                         from);
     }
-  } while (wait(publicSocket, deadline));
+  } while (wait(publicSocket_, deadline));
   return std::nullopt;
 }
 
 void Session::refuseLateComers() {
   sockaddr_in from{};
-  while (const auto command = publicSocket.receive(from)) {
-    publicSocket.send(isInit(command->text) ? "(error already_have_coach)"
-                                            : "(error only_init_allowed_on_init_port)",
-                      from);
+  while (const auto command = publicSocket_.receive(from)) {
+    publicSocket_.send(isInit(command->text) ? "(error already_have_coach)"
+                                             : "(error only_init_allowed_on_init_port)",
+                       from);
   }
 }
 
 bool Session::logTo(const std::string& file) {
-  log.open(file);
-  return log.is_open();
+  log_.open(file);
+  return log_.is_open();
 }
 
 std::optional<Command> Session::receive(Clock::time_point deadline) {
   do {
     refuseLateComers();
     sockaddr_in from{};
-    while (auto command = ownSocket.receive(from)) {
-      if (!sameAddress(from, coach)) continue;
-      if (log.is_open()) log << command->text << std::endl;
+    while (auto command = ownSocket_.receive(from)) {
+      if (!sameAddress(from, coach_)) continue;
+      if (log_.is_open()) log_ << command->text << std::endl;
       return command;
     }
-    if (company.serve()) return std::nullopt;
-  } while (wait(ownSocket, deadline));
+    if (company_.serve()) return std::nullopt;
+  } while (wait(ownSocket_, deadline));
   return std::nullopt;
 }
 

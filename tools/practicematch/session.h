@@ -57,17 +57,17 @@ struct Company {
 class Session {
  public:
   bool open(int port, std::string& error);
-  int port() const { return publicSocket.port(); }
+  int port() const { return publicSocket_.port(); }
   /// From now on every command is written to a file, a line each. False when it cannot be opened.
   bool logTo(const std::string& file);
 
-  void keep(Company newCompany) { company = std::move(newCompany); }
+  void keep(Company company) { company_ = std::move(company); }
 
   /// Waits for a coach to ask for its place and returns the name of its team. With a `team`, all
   /// others are refused; the company may name it meanwhile.
   std::optional<std::string> waitForCoach(Clock::time_point deadline, const std::string& team);
 
-  void send(std::string_view text) const { ownSocket.send(text, coach); }
+  void send(std::string_view text) const { ownSocket_.send(text, coach_); }
 
   /// The coach's next command; nothing at the deadline, when a stop is requested, or when
   /// something came from the company.
@@ -77,11 +77,11 @@ class Session {
   void refuseLateComers();
   bool wait(const Socket& other, Clock::time_point deadline) const;
 
-  Socket publicSocket;
-  Socket ownSocket;
-  sockaddr_in coach{};
-  std::ofstream log;
-  Company company;
+  Socket publicSocket_;
+  Socket ownSocket_;
+  sockaddr_in coach_{};
+  std::ofstream log_;
+  Company company_;
 };
 
 inline bool sameAddress(const sockaddr_in& a, const sockaddr_in& b) {

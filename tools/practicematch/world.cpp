@@ -9,11 +9,11 @@ namespace vok::practice {
 
 namespace {
 
-constexpr double playerRand = 0.1;
-constexpr double ballRand = 0.05;
-constexpr double maxPower = 100;
-constexpr double maxMoment = 180;
-constexpr double bounce = -0.1;  // velocity after a collision
+constexpr double PLAYER_RAND = 0.1;
+constexpr double BALL_RAND = 0.05;
+constexpr double MAX_POWER = 100;
+constexpr double MAX_MOMENT = 180;
+constexpr double BOUNCE = -0.1;  // velocity after a collision
 
 Vector2d limited(Vector2d v, double length) {
   return v.getLength() > length ? v.stretch(length) : v;
@@ -55,7 +55,7 @@ World::World(int typeCount, Dice matchDice) : dice(matchDice) {
 
 double World::kickableDistance(const Player& p) const {
   const HeteroType& type = typeOf(p);
-  return type.size + ballSize + type.kickableMargin;
+  return type.size + BALL_SIZE + type.kickableMargin;
 }
 
 bool World::kickable(const Player& p) const {
@@ -64,30 +64,31 @@ bool World::kickable(const Player& p) const {
 
 void World::setType(Player& p, int type) {
   p.type = type;
-  p.stamina = staminaMax;
+  p.stamina = STAMINA_MAX;
   p.effort = typeOf(p).effortMax;
 }
 
 void World::dash(Player& p, double power) {
-  power = std::clamp(power, 0.0, std::min(maxPower, p.stamina + typeOf(p).extraStamina));
+  power = std::clamp(power, 0.0, std::min(MAX_POWER, p.stamina + typeOf(p).extraStamina));
   p.stamina = std::max(0.0, p.stamina - power);
   p.acc.setRadAng(power * typeOf(p).dashPowerRate * p.effort, toRadians(p.body));
 }
 
 void World::turn(Player& p, double degrees) {
   const double slowness = 1 + typeOf(p).inertia * p.vel.getLength();
-  const double moment = std::clamp(degrees * slowness, -maxMoment, maxMoment);
-  p.body = normalDegrees(p.body + (1 + dice.between(-playerRand, playerRand)) * moment / slowness);
+  const double moment = std::clamp(degrees * slowness, -MAX_MOMENT, MAX_MOMENT);
+  p.body =
+      normalDegrees(p.body + (1 + dice.between(-PLAYER_RAND, PLAYER_RAND)) * moment / slowness);
 }
 
 void World::kick(const Player& p, Vector2d wanted) {
   const double off = std::abs(normalDegrees(direction(p.pos, ball.pos) - p.body)) / 180;
-  const double gap = std::max(0.0, distance(p.pos, ball.pos) - typeOf(p).size - ballSize);
+  const double gap = std::max(0.0, distance(p.pos, ball.pos) - typeOf(p).size - BALL_SIZE);
   const double strength = 1 - 0.25 * off - 0.25 * gap / typeOf(p).kickableMargin;
-  Vector2d acc = limited(wanted - ball.vel, ballAccelMax * strength);
-  const double error = typeOf(p).kickRand * acc.getLength() / ballAccelMax;
+  Vector2d acc = limited(wanted - ball.vel, BALL_ACCEL_MAX * strength);
+  const double error = typeOf(p).kickRand * acc.getLength() / BALL_ACCEL_MAX;
   acc += scatter(error);
-  ball.acc = limited(ball.acc + acc, ballAccelMax);
+  ball.acc = limited(ball.acc + acc, BALL_ACCEL_MAX);
 }
 
 Vector2d World::scatter(double size) {
@@ -101,10 +102,10 @@ void World::putBall(Vector2d spot) {
 }
 
 void World::step() {
-  move(ball, ballSpeedMax, ballDecay, ballRand);
+  move(ball, BALL_SPEED_MAX, BALL_DECAY, BALL_RAND);
   for (Team& players : teams) {
     for (Player& p : players) {
-      move(p, typeOf(p).speedMax, typeOf(p).decay, playerRand);
+      move(p, typeOf(p).speedMax, typeOf(p).decay, PLAYER_RAND);
       tire(p);
       if (p.tackling > 0) --p.tackling;
       if (p.pointing > 0) --p.pointing;
@@ -124,14 +125,14 @@ void World::move(Mover& body, double speedMax, double decay, double rand) {
 
 void World::tire(Player& p) const {
   const HeteroType& type = typeOf(p);
-  if (p.stamina < 0.3 * staminaMax) p.effort = std::max(type.effortMin, p.effort - 0.005);
-  if (p.stamina > 0.6 * staminaMax) p.effort = std::min(type.effortMax, p.effort + 0.01);
-  p.stamina = std::min(staminaMax, p.stamina + type.staminaIncMax);
+  if (p.stamina < 0.3 * STAMINA_MAX) p.effort = std::max(type.effortMin, p.effort - 0.005);
+  if (p.stamina > 0.6 * STAMINA_MAX) p.effort = std::min(type.effortMax, p.effort + 0.01);
+  p.stamina = std::min(STAMINA_MAX, p.stamina + type.staminaIncMax);
 }
 
 // Bodies that overlap are pushed apart along the line between them and bounce.
 void World::separate() {
-  std::vector<std::pair<Mover*, double>> bodies = {{&ball, ballSize}};
+  std::vector<std::pair<Mover*, double>> bodies = {{&ball, BALL_SIZE}};
   for (Team& players : teams) {
     for (Player& p : players) bodies.emplace_back(&p, typeOf(p).size);
   }
@@ -150,7 +151,7 @@ void World::separate() {
     }
   }
   for (std::size_t i = 0; i < bodies.size(); ++i) {
-    if (hit[i]) bodies[i].first->vel *= bounce;
+    if (hit[i]) bodies[i].first->vel *= BOUNCE;
   }
 }
 

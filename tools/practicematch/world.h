@@ -14,14 +14,14 @@
 
 namespace vok::practice {
 
-inline constexpr double halfLength = 52.5;
-inline constexpr double halfWidth = 34;
-inline constexpr double halfGoal = 7.01;
-inline constexpr double ballSize = 0.085;
-inline constexpr double ballDecay = 0.94;
-inline constexpr double ballAccelMax = 2.7;
-inline constexpr double ballSpeedMax = 3;
-inline constexpr double staminaMax = 8000;
+inline constexpr double HALF_LENGTH = 52.5;
+inline constexpr double HALF_WIDTH = 34;
+inline constexpr double HALF_GOAL = 7.01;
+inline constexpr double BALL_SIZE = 0.085;
+inline constexpr double BALL_DECAY = 0.94;
+inline constexpr double BALL_ACCEL_MAX = 2.7;
+inline constexpr double BALL_SPEED_MAX = 3;
+inline constexpr double STAMINA_MAX = 8000;
 
 enum class Side { Left, Right };
 inline Side other(Side side) {
@@ -51,7 +51,7 @@ struct Player : Mover {
   bool typeChosen = false;  ///< by a coach
   double body = 0;
   double neck = 0;  ///< relative to the body
-  double stamina = staminaMax;
+  double stamina = STAMINA_MAX;
   double effort = 1;
   int tackling = 0;  ///< cycles left in which the player can do nothing
   int pointing = 0;  ///< cycles left

@@ -15,7 +15,7 @@ namespace {
 constexpr double MOVED = 0.2;  // metres in a cycle
 
 // What the library asks for when it is built; nothing of it bears upon the types.
-constexpr auto neededKeys = std::to_array<const char*>(
+constexpr auto NEEDED_KEYS = std::to_array<const char*>(
     {"async_waitForSeeTime", "world_maxPlayersOurTeam", "world_maxPlayersOtherTeam", "ourDefenders",
      "ourDefMidfield", "ourOffMidfield", "ourOffenders", "tac_ourEdgeDefender",
      "tac_ourEdgeDefMidfield", "tac_ourEdgeOffMidfield", "tac_ourEdgeOffender", "tac_ourEdgeGoalie",
@@ -48,52 +48,52 @@ bool checkIn(Comm& comm, const Recording& capture, playing_side side, std::strin
 class Observer {
  public:
   Observer(const Truth& knownTruth, playing_side opponents, Findings& intoFindings)
-      : truth(knownTruth), side(opponents), findings(intoFindings) {
-    findings = {};
-    reported.fill(-1);
+      : truth_(knownTruth), side_(opponents), findings_(intoFindings) {
+    findings_ = {};
+    reported_.fill(-1);
   }
 
   void cycle(const Worldmodel& world, const TacticalModule& tactical) {
     for (int n = 1; n <= 11; ++n) follow(n, world, tactical.otherPlayerType(n));
-    lastTime = world.time;
+    lastTime_ = world.time;
   }
 
  private:
   void follow(int number, const Worldmodel& world, int verdict) {
     const auto n = static_cast<std::size_t>(number);
-    Finding& finding = findings[n];
+    Finding& finding = findings_[n];
     const WPlayer& player = world.otherTeam[n];
-    if (changes[n] != world.otherTypeChanges[n]) {
-      changes[n] = world.otherTypeChanges[n];
+    if (changes_[n] != world.otherTypeChanges[n]) {
+      changes_[n] = world.otherTypeChanges[n];
       finding.playOn = finding.moved = 0;
     }
-    if (reported[n] == -1 && world.playMode == PLAY_MODE_PLAY_ON && world.time > lastTime &&
+    if (reported_[n] == -1 && world.playMode == PLAY_MODE_PLAY_ON && world.time > lastTime_ &&
         player.age == 0) {
       ++finding.playOn;
-      if (player.distTo(places[n]) >= MOVED) ++finding.moved;
+      if (player.distTo(places_[n]) >= MOVED) ++finding.moved;
     }
-    places[n] = player.pos;
-    finding.trueType = truth.typeAt(side, number, world.time);
+    places_[n] = player.pos;
+    finding.trueType = truth_.typeAt(side_, number, world.time);
     // A change is announced a little before the cycle in which the truth has it, or after.
     const bool wrong = verdict != -1 && verdict != finding.trueType &&
-                       verdict != truth.typeAt(side, number, world.time - 1);
-    if (wrong && verdict != reported[n]) ++finding.wrongOnTheWay;
-    finding.verdict = reported[n] = verdict;
+                       verdict != truth_.typeAt(side_, number, world.time - 1);
+    if (wrong && verdict != reported_[n]) ++finding.wrongOnTheWay;
+    finding.verdict = reported_[n] = verdict;
   }
 
-  const Truth& truth;
-  playing_side side;
-  Findings& findings;
-  std::array<int, 12> reported{};
-  std::array<int, 12> changes{};
-  std::array<Vector2d, 12> places;
-  long lastTime = -1;
+  const Truth& truth_;
+  playing_side side_;
+  Findings& findings_;
+  std::array<int, 12> reported_{};
+  std::array<int, 12> changes_{};
+  std::array<Vector2d, 12> places_;
+  long lastTime_ = -1;
 };
 
 }  // namespace
 
 bool Truth::read(std::istream& in, std::string& error) {
-  entries.clear();
+  entries_.clear();
   std::string line;
   for (int number = 1; std::getline(in, line); ++number) {
     if (line.empty()) continue;
@@ -108,17 +108,17 @@ bool Truth::read(std::istream& in, std::string& error) {
       return false;
     }
     entry.side = letter == 'l' ? SIDE_LEFT : SIDE_RIGHT;
-    entries.push_back(entry);
+    entries_.push_back(entry);
   }
-  std::stable_sort(entries.begin(), entries.end(),
+  std::stable_sort(entries_.begin(), entries_.end(),
                    [](const Entry& a, const Entry& b) { return a.time < b.time; });
-  if (entries.empty()) error = in.bad() ? "cannot be read" : "is empty";
-  return !entries.empty();
+  if (entries_.empty()) error = in.bad() ? "cannot be read" : "is empty";
+  return !entries_.empty();
 }
 
 int Truth::typeAt(playing_side side, int number, long time) const {
   int type = -1;
-  for (const Entry& entry : entries) {
+  for (const Entry& entry : entries_) {
     if (entry.time > time) break;
     if (entry.side == side && entry.number == number) type = entry.type;
   }
@@ -127,7 +127,7 @@ int Truth::typeAt(playing_side side, int number, long time) const {
 
 bool check(const Recording& capture, const Truth& truth, const std::string& team, playing_side side,
            bool fromDecay, Findings& findings, std::string& error) {
-  for (const char* key : neededKeys) setEntry(key, "0");
+  for (const char* key : NEEDED_KEYS) setEntry(key, "0");
   setEntry("tac_typesFromDecay", fromDecay ? "1" : "0");
 
   // A connection that never sends: its texts come from the capture.

@@ -28,7 +28,7 @@ class Truth {
     int type;
   };
 
-  std::vector<Entry> entries;
+  std::vector<Entry> entries_;
 };
 
 /// How the inference about one opponent went.

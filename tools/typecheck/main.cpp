@@ -18,7 +18,7 @@ namespace {
 constexpr int WRONG_VERDICT = 1;
 constexpr int BAD_ARGUMENT = 2;
 
-constexpr std::string_view usage =
+constexpr std::string_view USAGE =
     "usage: typecheck CAPTURE TRUTH --team NAME --side l|r\n"
     "\n"
     "  CAPTURE      a recorded match: milliseconds, tab, text; - is standard input\n"
@@ -113,7 +113,7 @@ void print(const Findings& findings) {
 int main(int argc, char** argv) {
   Options options;
   if (argc == 2 && std::string_view(argv[1]) == "--help") {
-    std::cout << usage;
+    std::cout << USAGE;
     return 0;
   }
   if (!readOptions(argc, argv, options)) {

@@ -18,7 +18,7 @@ namespace {
 
 class CycleTiming : public testing::Test {
  protected:
-  CycleTiming() { Config::readFile(shippedConfig); }
+  CycleTiming() { Config::readFile(SHIPPED_CONFIG); }
 
   void start(play_mode mode, long time) {
     timing = nullptr;
@@ -101,7 +101,7 @@ TEST_F(CycleTiming, ASecondOneIsReportedAndDoesNotTakeThePlaceOfTheFirst) {
 class PlayerTiming : public testing::Test {
  protected:
   PlayerTiming() {
-    Config::readFile(shippedConfig);
+    Config::readFile(SHIPPED_CONFIG);
     timing = std::make_unique<AsyncCommInfo>("Alpha", CLIENT_FIELDPLAYER);
     timing->setStates(7, 0, PLAY_MODE_PLAY_ON, SIDE_LEFT, false);
     SYNCH_MODE = true;  // no timer: the tests say when the wait is over

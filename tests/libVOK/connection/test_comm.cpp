@@ -20,11 +20,11 @@ namespace vok::test {
 namespace {
 
 using std::string_literals::operator""s;
-constexpr double right = std::numbers::pi / 2;
+constexpr double RIGHT = std::numbers::pi / 2;
 
 class Connection : public testing::Test {
  protected:
-  Connection() { Config::readFile(shippedConfig); }
+  Connection() { Config::readFile(SHIPPED_CONFIG); }
 
   void connectAs(client_type type, int reconnect = 0, bool zeltra = false) {
     comm.reset();
@@ -132,9 +132,9 @@ TEST_F(Connection, CommandsAreWrittenAsTheServerReadsThem) {
   comm->parseCheckinResponse("(init r 7 play_on)");
   comm->async->viewModeTime = 9;
   comm->sendDash(60);
-  comm->sendTurn(right);
-  comm->sendCatch(-right);
-  comm->sendTurnNeck(right);
+  comm->sendTurn(RIGHT);
+  comm->sendCatch(-RIGHT);
+  comm->sendTurnNeck(RIGHT);
   comm->sendTackle(30);
   comm->sendPointTo(5, 0);
   comm->sendAttentionTo(4, false);
@@ -153,7 +153,7 @@ TEST_F(Connection, CommandsAreWrittenAsTheServerReadsThem) {
   comm->sendSay("abc");
   comm->sendMoveObject("b", 1, 2);
   comm->sendMoveObject("b", 1, 2, 3, 4, 5);
-  comm->sendKick(80, right);
+  comm->sendKick(80, RIGHT);
   EXPECT_EQ(sent(),
             "(say \"abc\")(move b 1.000000 2.000000)"
             "(move b 1.000000 2.000000 3.000000 4.000000 5.000000)(kick 80.000000 90.000000)");
@@ -161,7 +161,7 @@ TEST_F(Connection, CommandsAreWrittenAsTheServerReadsThem) {
   const AsyncCommInfo& async = *comm->async;
   const CycleAction& last = async.sentAction;
   EXPECT_EQ(std::tuple(last.command, last.param1, last.param2),
-            std::tuple(KICK_COMMAND, 80, right));
+            std::tuple(KICK_COMMAND, 80, RIGHT));
   EXPECT_EQ(std::tuple(async.dashCount, async.tackleCount, async.pointToCount, async.viewModeTime),
             std::tuple(1, 1, 1, 0));
 }
@@ -209,7 +209,7 @@ TEST_F(Connection, APlayerChecksInAndFeignsANormalView) {
   connectAs(CLIENT_FIELDPLAYER);
   comm->sendLook();
   server.receive();
-  for (const char* text : {"(init r 7 play_on)", serverParam, playerParam}) server.send(text);
+  for (const char* text : {"(init r 7 play_on)", SERVER_PARAM, PLAYER_PARAM}) server.send(text);
   EXPECT_EQ(comm->connect(), COMM_OK);
   EXPECT_EQ(sent(), "(init Alpha (version 9.00))(clang (ver 7 8))");
   EXPECT_EQ(comm->getMyNumber(), 7);
@@ -316,7 +316,7 @@ TEST_F(Connection, AFloodDoesNotKeepTheDrain) {
 }
 
 TEST(SecondConnection, EndsTheProcess) {
-  Config::readFile(shippedConfig);
+  Config::readFile(SHIPPED_CONFIG);
   const auto build = [] {
     return Comm("Alpha", CLIENT_ONLINECOACH, "127.0.0.1", 1, 0, false, 7, 8, SIDE_LEFT);
   };

@@ -19,9 +19,9 @@ using namespace vok;
 
 namespace {
 
-constexpr double pi = std::numbers::pi;
+constexpr double PI = std::numbers::pi;
 constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 std::string digits(unsigned n) {
   return {msgEncodeChars[n % 64], msgEncodeChars[n / 64 % 64]};
@@ -81,7 +81,7 @@ TEST(SayCode, PositionsTravelOnTheirGridWithAgeAndState) {
 
 TEST(SayCode, PositionsOffTheGridAreInvalidButTravel) {
   for (const Val5B& value :
-       {Val5B(102.4, 0, 0, VISUAL), Val5B(0, -102.5, 0, VISUAL), Val5B(notANumber, 0, 0, VISUAL),
+       {Val5B(102.4, 0, 0, VISUAL), Val5B(0, -102.5, 0, VISUAL), Val5B(NOT_A_NUMBER, 0, 0, VISUAL),
         Val5B(3e9, -1e300, 0, VISUAL), Val5B(0, 0, 64, VISUAL), Val5B(0, 0, 0, WObjectState(3))})
     EXPECT_FALSE(read(written(value), Val5B(0, 0, 0, VISUAL)).isValid());
 }
@@ -91,7 +91,7 @@ TEST(SayCode, RealsAreFlooredToTenthsAndRefusedBeyondTheirRange) {
     ASSERT_EQ(read(digits(n), 0.0), (n - 2048.0) / 10);
     ASSERT_EQ(written((n - 2047.5) / 10), digits(n));
   }
-  for (const double d : {204.8, -204.81, -205.0, 1e300, infinity, -infinity, notANumber}) {
+  for (const double d : {204.8, -204.81, -205.0, 1e300, infinity, -infinity, NOT_A_NUMBER}) {
     AudioMsg msg;
     msg << d << true;  // a failure does not stop later values
     EXPECT_FALSE(msg.getState()) << d;
@@ -100,12 +100,12 @@ TEST(SayCode, RealsAreFlooredToTenthsAndRefusedBeyondTheirRange) {
 }
 
 TEST(SayCode, AnglesAreReadByTheSumOfTheirDigits) {
-  EXPECT_EQ(written(Angle(0)) + written(Angle(-pi / 2)) + written(Angle(1)), "aGaqlQ");
+  EXPECT_EQ(written(Angle(0)) + written(Angle(-PI / 2)) + written(Angle(1)), "aGaqlQ");
   for (unsigned low = 0; low < 64; ++low)
     for (unsigned high = 0; high < 64; ++high) {
-      const double turn = std::remainder((low + high) * pi / 32 - pi, 2 * pi);
+      const double turn = std::remainder((low + high) * PI / 32 - PI, 2 * PI);
       const double got = read(digits(low + 64 * high), Angle());
-      ASSERT_NEAR(std::remainder(got - turn, 2 * pi), 0, 1e-12) << low << " " << high;
+      ASSERT_NEAR(std::remainder(got - turn, 2 * PI), 0, 1e-12) << low << " " << high;
     }
 }
 
