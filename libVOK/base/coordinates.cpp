@@ -8,8 +8,6 @@ namespace vok {
 
 namespace {
 
-constexpr double PI = std::numbers::pi;
-
 // The measures of the field are the game's rules, not parameters of the server.
 constexpr double FIELD_HALF_LENGTH = 52.5;
 constexpr double FIELD_HALF_WIDTH = 34.0;

@@ -4,7 +4,19 @@
 // x = -52.5), side lines at y = +-34, metres. Directions are angles from the +x axis in radians.
 #pragma once
 
+#include <numbers>
+
 namespace vok {
+
+inline constexpr double PI = std::numbers::pi;
+
+/// Servers and people speak in degrees, the library computes in radians. Neither is normalised.
+constexpr double toRadians(double degrees) {
+  return degrees * PI / 180;
+}
+constexpr double toDegrees(double radians) {
+  return radians * 180 / PI;
+}
 
 /// An angle in radians, always in (-pi, pi]; every operation normalises its result.
 class Angle {

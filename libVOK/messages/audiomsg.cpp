@@ -255,7 +255,6 @@ AudioMsg& AudioMsg::operator<<(double value) {
 
 /// Rounding may put an angle on the border of two steps into the lower one.
 AudioMsg& AudioMsg::operator<<(const Angle& value) {
-  constexpr double PI = std::numbers::pi;
   const double v = Angle::mod2pi(static_cast<double>(value) + PI);
   const auto n = static_cast<unsigned>(static_cast<int>(std::floor(v * 4096 / (2 * PI))));
   const std::array characters{digit(n), digit(digitsOf(n, 1))};
@@ -305,7 +304,6 @@ AudioMsg& AudioMsg::operator>>(double& value) {
 }
 
 AudioMsg& AudioMsg::operator>>(Angle& value) {
-  constexpr double PI = std::numbers::pi;
   if (const char* characters = take(2)) {
     const int n = (decodeChar(characters[0]) + decodeChar(characters[1])) * 128;
     value = Angle(n * PI / 4096 - PI);

@@ -9,6 +9,7 @@
 #include "asyncinfo.h"
 #include "audiomsg.h"
 #include "coordinates.h"
+#include "pitch.h"
 #include "sensordata.h"
 
 namespace vok {
@@ -20,12 +21,6 @@ template <typename Counter>
 void ageOneCycle(Counter& counter) {
   if (counter < NEVER) ++counter;
 }
-
-/// True for 1..11, the entries of the team arrays that are players.
-constexpr bool isShirtNumber(int number) {
-  return number >= 1 && number <= 11;
-}
-
 struct WPlayer;
 
 struct WObject {

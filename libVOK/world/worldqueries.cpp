@@ -13,7 +13,6 @@ namespace {
 
 using TeamArray = std::array<WPlayer, 12>;
 
-constexpr double PI = std::numbers::pi;
 constexpr double OUR_GOAL_LINE = -52.5;          // x, metres
 constexpr double OUR_PENALTY_AREA_EDGE = -36.0;  // x, metres
 constexpr int MAX_RUN_CYCLES = 2;                // that a defender is taken to have run unseen

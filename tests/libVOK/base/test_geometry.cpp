@@ -13,8 +13,6 @@
 namespace vok {
 namespace {
 
-constexpr double PI = std::numbers::pi;
-
 TEST(Angle, IsNormalisedFromMinusPiExclusiveToPi) {
   for (const double odd : {PI, -PI, 3 * PI}) EXPECT_EQ(Angle::mod2pi(odd), PI) << odd;
   EXPECT_EQ(Angle(3.0) + 0.5, 3.5 - 2 * PI);

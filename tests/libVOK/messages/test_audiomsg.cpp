@@ -19,7 +19,6 @@ using namespace vok;
 
 namespace {
 
-constexpr double PI = std::numbers::pi;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 

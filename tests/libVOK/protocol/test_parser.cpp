@@ -15,7 +15,6 @@ namespace vok::test {
 namespace {
 
 using std::string_view_literals::operator""sv;
-constexpr double PI = std::numbers::pi;
 
 /// The coach of "Alpha", and what it writes.
 class ParserTest : public testing::Test {

@@ -15,8 +15,6 @@
 namespace vok::test {
 namespace {
 
-constexpr double PI = std::numbers::pi;
-
 /// A world of three player types and substitution rings of eleven.
 class World : public testing::Test {
  protected:

@@ -11,8 +11,6 @@
 namespace vok::test {
 namespace {
 
-constexpr double PI = std::numbers::pi;
-
 WPlayer playerAt(Vector2d pos, double bodyDir) {
   WPlayer player(pos, {});
   player.bodyDir = bodyDir;

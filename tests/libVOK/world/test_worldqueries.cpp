@@ -8,8 +8,6 @@
 namespace vok::test {
 namespace {
 
-constexpr double PI = std::numbers::pi;
-
 void put(WPlayer& player, Vector2d pos, int age) {
   player.pos = pos;
   player.age = age;
