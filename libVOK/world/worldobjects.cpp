@@ -11,10 +11,6 @@ namespace vok {
 
 namespace {
 
-constexpr double GOAL_LINE_X = -52.5;
-constexpr double PENALTY_AREA_X = -36.0;
-constexpr double PENALTY_AREA_HALF_WIDTH = 20.16;
-
 double squared(const Vector2d& v) {
   return v * v;
 }
@@ -84,8 +80,8 @@ WBall::WBall(Vector2d pos, Vector2d v) : WMovedObject(pos, v) {
 
 bool WBall::willCrossOurGoalLine(double distance) const {
   const Vector2d end = pos + v * (1 / (1 - decay));
-  if (pos.x <= GOAL_LINE_X || end.x >= GOAL_LINE_X) return false;
-  const double part = (pos.x - GOAL_LINE_X) / (pos.x - end.x);
+  if (pos.x <= -HALF_LENGTH || end.x >= -HALF_LENGTH) return false;
+  const double part = (pos.x + HALF_LENGTH) / (pos.x - end.x);
   return std::fabs(pos.y + (end.y - pos.y) * part) <= distance;
 }
 
@@ -150,7 +146,7 @@ double WPlayer::kickRange() const {
 }
 
 bool WPlayer::ballCatchable(const WBall& ball, Angle catchAngle) const {
-  if (ball.pos.x > PENALTY_AREA_X || std::fabs(ball.pos.y) > PENALTY_AREA_HALF_WIDTH) return false;
+  if (ball.pos.x > -PENALTY_AREA_X || std::fabs(ball.pos.y) > PENALTY_AREA_HALF_WIDTH) return false;
   const double dist = distTo(ball.pos);
   const Angle direction = bodyAngleTo(ball.pos) - catchAngle;
   const double along = dist * std::cos(direction);
