@@ -10,8 +10,8 @@ namespace vok {
 
 namespace {
 
-constexpr std::size_t FIRST_SHIRT = 1;
-constexpr std::size_t LAST_SHIRT = 11;
+constexpr std::size_t FIRST = 1;
+constexpr std::size_t LAST = 11;
 
 // By how many votes a type must lead each other type before it is decided.
 constexpr int MIN_LEAD = 3;
@@ -110,7 +110,7 @@ void DecayTypes::observe(const Worldmodel& world, const Opponents& before, bool 
   wasInPlay_ = inPlay;
   if (!limits_.known) readLimits(world);
 
-  for (std::size_t n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+  for (std::size_t n = FIRST; n <= LAST; ++n) {
     const bool inRow = std::exchange(evidence_[n].inRow, false);
     if (std::exchange(changesSeen_[n], world.otherTypeChanges[n]) != world.otherTypeChanges[n]) {
       forget(n, beliefs, verdicts);
@@ -151,7 +151,7 @@ void DecayTypes::readLimits(const Worldmodel& world) {
 bool DecayTypes::mayHaveTouched(const Worldmodel& world, std::size_t n) const {
   const WPlayer& player = world.otherTeam[n];
   if (isSeen(world.ball) && isCloser(player, world.ball, limits_.ballContact)) return true;
-  for (std::size_t i = FIRST_SHIRT; i <= LAST_SHIRT; ++i) {
+  for (std::size_t i = FIRST; i <= LAST; ++i) {
     const WPlayer& opponent = world.ourTeam[i];
     const WPlayer& mate = world.otherTeam[i];
     if (isSeen(opponent) && isCloser(player, opponent, limits_.contact)) return true;

@@ -12,9 +12,6 @@ namespace vok {
 
 namespace {
 
-constexpr int FIRST_SHIRT = 1;
-constexpr int LAST_SHIRT = 11;
-
 /// Head counts come unchecked from the configuration.
 int saturatedSum(int a, int b) {
   const long sum = static_cast<long>(a) + b;
