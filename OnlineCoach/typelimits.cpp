@@ -207,9 +207,9 @@ void TypeLimits::ask() {
 }
 
 void TypeLimits::takeAnswers() {
-  TypeAnswer answer;
-  while (comm_.typeAnswers.next(answer)) {
-    if (answer.kind == TypeAnswerKind::GIVEN) {
+  for (; !comm_.answers.empty(); comm_.answers.pop()) {
+    const Answer& answer = comm_.answers.front();
+    if (answer.kind == AnswerKind::TYPE_GIVEN) {
       given(answer);
     } else if (!pending_.empty()) {
       refused(answer.kind);
@@ -221,7 +221,7 @@ void TypeLimits::takeAnswers() {
   if (todo_.empty() && (!waitsForServer || world_.playMode == PLAY_MODE_PLAY_ON)) report();
 }
 
-void TypeLimits::given(const TypeAnswer& answer) {
+void TypeLimits::given(const Answer& answer) {
   const Request request{answer.number, answer.type};
   if (!pending_.holds(request)) return;
   while (pending_.front().number != request.number || pending_.front().type != request.type) {
@@ -246,7 +246,7 @@ void TypeLimits::endUnanswered() {
   if (target_[at(request.number)] == request.type) target_[at(request.number)] = -1;
 }
 
-void TypeLimits::refused(TypeAnswerKind reason) {
+void TypeLimits::refused(AnswerKind reason) {
   const Request request = pending_.front();
   pending_.pop();
   ++denied_;
@@ -256,13 +256,14 @@ void TypeLimits::refused(TypeAnswerKind reason) {
   const bool again = ++retries_[at(number)] <= MAX_RETRIES;
   if (!again) target_[at(number)] = -1;
   switch (reason) {
-    case TypeAnswerKind::NO_SUCH_PLAYER:
+    case AnswerKind::NO_SUCH_PLAYER:
       absent_[at(number)] = again;
       return;
-    case TypeAnswerKind::IN_PLAY:
+    case AnswerKind::IN_PLAY:
       if (again) todo_.push(request);
       return;
-    case TypeAnswerKind::NO_SUBSTITUTION_LEFT:
+    case AnswerKind::NO_SUBSTITUTION_LEFT:
+    case AnswerKind::IN_SHOOTOUT:
       target_[at(number)] = -1;
       todo_.clear();
       return;

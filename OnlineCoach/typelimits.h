@@ -69,9 +69,9 @@ class TypeLimits {
   bool planFree(Types& state);
   bool planDetour(int number, Types& state);
   void request(int number, int type);
-  void given(const TypeAnswer& answer);
+  void given(const Answer& answer);
   void endUnanswered();
-  void refused(TypeAnswerKind reason);
+  void refused(AnswerKind reason);
   void askForNextBest(int number);
   int bestLeft(int number) const;
   bool hasRoom(int type, int except) const;

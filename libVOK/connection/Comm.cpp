@@ -198,26 +198,31 @@ void Comm::route(const SensorData& data, bool newCycle, const char* text) {
       store->put(data);
       break;
     case SENSOR_TYPE_OK:
-      typeAnswers.note(text);
+      routeAnswer(data.answer);
       if (SYNCH_MODE && data.think) async->think();
       feignNormalView(VIEW_WIDTH_NARROW);
       break;
     case SENSOR_TYPE_ERROR:
-      typeAnswers.note(text);
+      routeAnswer(data.answer);
       timedCommError() << "received error message from server: " << firstLine(text) << "\n";
       break;
     case SENSOR_TYPE_WARNING:
-      typeAnswers.note(text);
+      routeAnswer(data.answer);
       timedCommError() << "received warning message from server: " << firstLine(text) << "\n";
-      if (std::string_view(text).starts_with("(warning message_not_null_terminated)")) {
-        terminateTexts = true;
-      }
       break;
     case SENSOR_TYPE_STRANGE:
       timedCommError() << "received strange message from server: " << firstLine(text) << "\n";
       break;
     case SENSOR_TYPE_CLANG_VER:
       break;
+  }
+}
+
+void Comm::routeAnswer(const Answer& answer) {
+  if (answer.kind == AnswerKind::TEXT_NOT_TERMINATED) {
+    terminateTexts = true;
+  } else if (answer.kind != AnswerKind::NONE) {
+    answers.push(answer);
   }
 }
 

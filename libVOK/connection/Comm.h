@@ -13,7 +13,7 @@
 #include "audiomgr.h"
 #include "datastore.h"
 #include "mcommand.h"
-#include "typeanswers.h"
+#include "ring.h"
 
 namespace vok {
 
@@ -131,8 +131,8 @@ class Comm {
   std::unique_ptr<SensorDataStore> store;
   std::unique_ptr<AsyncCommInfo> async;
   std::unique_ptr<AudioMgr> audiomgr;
-  TypeAnswers typeAnswers;  ///< to `sendChangePlayer`, for whoever wants to know
-  bool ZELTRAmode;          ///< remote control: no receive time-out, monitor commands go out
+  Ring<Answer, 64> answers;  ///< of the server, until somebody takes them
+  bool ZELTRAmode;           ///< remote control: no receive time-out, monitor commands go out
   bool serverOK = true;
   int reconnectNumber;
   client_type ctype;
@@ -143,6 +143,7 @@ class Comm {
  private:
   void route(const SensorData& data, bool newCycle, const char* text);
   void routeHear(const SensorData& data);
+  void routeAnswer(const Answer& answer);
   void routeSenseBody(const SensorData& data, bool newCycle);
   void feignNormalView(view_width width);
   const char* receiveFirst();

@@ -108,15 +108,15 @@ bool Parser::parseServerString(std::string_view text, SensorData& record) {
   if (timedHead(" (hear ", SENSOR_TYPE_HEAR)) return parseHear();
   if (timedHead(" (sense_body ", SENSOR_TYPE_SENSE_BODY)) return parseSenseBody();
   if (timedHead(" (ok look ", SENSOR_TYPE_EXACT)) return parseExact();
-  if (plainHead("(ok ", SENSOR_TYPE_OK)) return true;
+  if (plainHead("(ok ", SENSOR_TYPE_OK)) return parseAnswer();
   if (plainHead("(change_player_type ", SENSOR_TYPE_PLAYER_CHANGED)) return parsePlayerChanged();
   if (plainHead("(clang", SENSOR_TYPE_CLANG_VER)) return parseClangVersions();
-  if (plainHead("(error ", SENSOR_TYPE_ERROR)) return true;
+  if (plainHead("(error ", SENSOR_TYPE_ERROR)) return parseAnswer();
   if (plainHead("(think)", SENSOR_TYPE_OK)) {
     data_->think = true;
     return true;
   }
-  return plainHead("(warning ", SENSOR_TYPE_WARNING);
+  return plainHead("(warning ", SENSOR_TYPE_WARNING) && parseAnswer();
 }
 
 /// A head with a server time behind it; blanks in it match any white space.

@@ -78,6 +78,8 @@ class Parser {
   bool parseReferee();
   bool parseVoice();
   bool parseCoachMsg();
+  bool parseAnswer();
+  bool parseTypeGiven();
   bool readItems(std::string_view text, std::string_view head, const TokenIndex& index);
   int readToken(const Format& format, const Token& token);
   // The players' own messages.

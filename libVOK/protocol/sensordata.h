@@ -274,6 +274,27 @@ struct PlayerType {
   double effort_min = 0;
 };
 
+/// What the server says to a command of ours, as far as a client acts on it. Most of these answer
+/// "(change_player_type NUMBER TYPE)".
+enum class AnswerKind {
+  NONE,
+  TYPE_GIVEN,
+  TYPE_FULL,  ///< as many players as may have the type
+  NO_SUCH_TYPE,
+  NO_SUCH_PLAYER,
+  IN_PLAY,      ///< changes are for interruptions
+  IN_SHOOTOUT,  ///< and not for penalty shoot-outs, which end the match
+  NO_SUBSTITUTION_LEFT,
+  TEXT_NOT_TERMINATED  ///< the server wants a NUL byte at the end of every text
+};
+
+/// A refusal does not say what it refuses: answers come in the order of the requests.
+struct Answer {
+  AnswerKind kind = AnswerKind::NONE;
+  int number = -1;  ///< of `TYPE_GIVEN`: the player, unchecked
+  int type = -1;    ///< of `TYPE_GIVEN`: its new type, unchecked
+};
+
 /// Room for a heard text or name with its terminator.
 using HeardText = std::array<char, 513>;
 
@@ -342,6 +363,7 @@ struct SensorData {
   std::array<ExactPlayer, 22> exactplayer;
   std::array<ExactGoal, NUM_GOALS> exactgoal;
 
+  Answer answer;       // ok, warning, error
   bool think = false;  ///< "(think)", synchronous mode
 };
 

@@ -196,7 +196,8 @@ TEST_F(WithinLimits, AfterTheKickOffTheMostUsefulChangesAreMade) {
   hear("(warning cannot_sub_while_playon)");
   hear("(warning no_left_of_that_type)");  // of 11:12; 9 is the best that is left
   EXPECT_EQ(cycle(2), "10:11 11:9 ");
-  for (int i = 0; i < 3; ++i) hear("(warning no_subs_left)");
+  hear("(warning cannot_sub_while_penalty_shootouts)");
+  for (int i = 0; i < 2; ++i) hear("(warning no_subs_left)");
   EXPECT_EQ(cycle(3), "");
   EXPECT_EQ(summary(), "5 asked, 0 given, 5 refused");
 }

@@ -1,0 +1,48 @@
+// What the server answers to a command: "(ok ...)", "(warning ...)" and "(error ...)".
+#include <array>
+
+#include "Parser.h"
+
+namespace vok {
+
+namespace {
+
+struct AnswerText {
+  sensor_data_type type;
+  std::string_view rest;  ///< of the text, behind the head
+  AnswerKind kind;
+};
+
+constexpr auto ANSWERS = std::to_array<AnswerText>({
+    {SENSOR_TYPE_WARNING, "max_of_that_type_on_field)", AnswerKind::TYPE_FULL},
+    {SENSOR_TYPE_WARNING, "no_left_of_that_type)", AnswerKind::TYPE_FULL},
+    {SENSOR_TYPE_ERROR, "out_of_range_player_type)", AnswerKind::NO_SUCH_TYPE},
+    {SENSOR_TYPE_WARNING, "no_such_player)", AnswerKind::NO_SUCH_PLAYER},
+    {SENSOR_TYPE_WARNING, "cannot_sub_while_playon)", AnswerKind::IN_PLAY},
+    {SENSOR_TYPE_WARNING, "no_subs_left)", AnswerKind::NO_SUBSTITUTION_LEFT},
+    {SENSOR_TYPE_WARNING, "cannot_sub_while_penalty_shootouts)", AnswerKind::IN_SHOOTOUT},
+    {SENSOR_TYPE_WARNING, "message_not_null_terminated)", AnswerKind::TEXT_NOT_TERMINATED},
+});
+
+}  // namespace
+
+/// Most answers mean nothing to a client.
+bool Parser::parseAnswer() {
+  if (data_->type == SENSOR_TYPE_OK) return parseTypeGiven();
+  for (const AnswerText& row : ANSWERS) {
+    if (row.type == data_->type && msg_.startsWith(row.rest)) data_->answer.kind = row.kind;
+  }
+  return true;
+}
+
+/// "change_player_type 5 3)"
+bool Parser::parseTypeGiven() {
+  Answer answer{AnswerKind::TYPE_GIVEN};
+  if (msg_.literal("change_player_type ") && msg_.integer(answer.number) &&
+      msg_.integer(answer.type)) {
+    data_->answer = answer;
+  }
+  return true;
+}
+
+}  // namespace vok
