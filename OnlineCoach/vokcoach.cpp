@@ -6,16 +6,13 @@
 
 #include "Config.h"
 #include "constants.h"
+#include "playmodes.h"
 
 namespace vok {
 
 namespace {
 
-bool isStandardSituation(play_mode mode) {
-  return mode >= PLAY_MODE_KICK_OFF_US && mode <= PLAY_MODE_GOAL_KICK_THEM;
-}
-
-// While a standard situation lasts, a message is repeated after so many cycles.
+// While a set play lasts, a message is repeated after so many cycles.
 constexpr long REPEAT_CYCLES = 40;
 
 }  // namespace
@@ -56,13 +53,13 @@ void VokCoach::analyze() {
   if (world->playMode == PLAY_MODE_PLAY_ON) otherTeam->Update();
   if (typeLimits != nullptr) followTypes();
 
-  // A message is due when a standard situation begins and from time to time while it lasts.
-  const bool standard = isStandardSituation(world->playMode);
-  if (!standard) lastAumsgTime = -42;
+  // A message is due when a set play begins and from time to time while it lasts.
+  const bool setPlay = isSetPlay(world->playMode);
+  if (!setPlay) lastAumsgTime = -42;
   if (world->playMode != lastPlayMode) {
     lastPlayMode = world->playMode;
-    if (standard) sayMessageNow = true;
-  } else if (standard && world->time - lastAumsgTime > REPEAT_CYCLES) {
+    if (setPlay) sayMessageNow = true;
+  } else if (setPlay && world->time - lastAumsgTime > REPEAT_CYCLES) {
     sayMessageNow = true;
   }
 }

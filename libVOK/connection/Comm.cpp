@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "constants.h"
+#include "playmodes.h"
 
 namespace vok {
 

@@ -8,6 +8,7 @@
 #include "Config.h"
 #include "constants.h"
 #include "ensure.h"
+#include "playmodes.h"
 
 namespace vok {
 
@@ -20,27 +21,6 @@ constexpr int NO_COMMAND_LINE = 709;
 }  // namespace
 
 AsyncCommInfo* AsyncCommInfo::info = nullptr;
-
-bool isStopped(play_mode mode) {
-  switch (mode) {
-    case PLAY_MODE_BEFORE_KICK_OFF:
-    case PLAY_MODE_TIME_OVER:
-    case PLAY_MODE_PAUSE:
-    case PLAY_MODE_PENALTY_KICK_US:
-    case PLAY_MODE_PENALTY_KICK_THEM:
-    case PLAY_MODE_GOAL_US:
-    case PLAY_MODE_GOAL_THEM:
-    case PLAY_MODE_OFFSIDE_US:
-    case PLAY_MODE_OFFSIDE_THEM:
-    case PLAY_MODE_BACKPASS_US:
-    case PLAY_MODE_BACKPASS_THEM:
-    case PLAY_MODE_FREEKICK_FAULT_US:
-    case PLAY_MODE_FREEKICK_FAULT_THEM:
-      return true;
-    default:
-      return false;
-  }
-}
 
 AsyncCommInfo::AsyncCommInfo(const char* teamName, client_type clientType)
     : team(teamName), client(clientType) {

@@ -19,9 +19,6 @@ struct CycleAction {
   double param2 = 0;
 };
 
-/// True for the play modes in which the server's clock is known to stand still.
-bool isStopped(play_mode mode);
-
 /// Fed every parsed datagram; its `act` flag tells the main loop that a cycle is to be run. One
 /// instance a process (the signal handler needs it): a second one is reported and stays unnamed.
 ///

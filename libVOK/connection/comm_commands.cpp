@@ -6,9 +6,11 @@
 #include <cstring>
 #include <iostream>
 #include <numbers>
+#include <string>
 
 #include "Comm.h"
 #include "constants.h"
+#include "playmodes.h"
 
 namespace vok {
 
@@ -22,26 +24,6 @@ using CommandText = std::array<char, COMMAND_SIZE>;
 
 constexpr std::array WIDTH_NAMES = {"narrow", "normal", "wide"};
 constexpr std::array QUALITY_NAMES = {"low", "high"};
-
-// The server's names of the modes that a trainer may set. A name for both sides lacks its side.
-struct ModeName {
-  play_mode mode;
-  const char* name;
-  bool sided;
-};
-
-constexpr auto MODE_NAMES = std::to_array<ModeName>({
-    {PLAY_MODE_BEFORE_KICK_OFF, "before_kick_off", false},
-    {PLAY_MODE_TIME_OVER, "time_over", false},
-    {PLAY_MODE_PLAY_ON, "play_on", false},
-    {PLAY_MODE_KICK_OFF_US, "kick_off_", true},
-    {PLAY_MODE_KICK_IN_US, "kick_in_", true},
-    {PLAY_MODE_FREE_KICK_US, "free_kick_", true},
-    {PLAY_MODE_CORNER_KICK_US, "corner_kick_", true},
-    {PLAY_MODE_GOAL_KICK_US, "goal_kick_", true},
-    {PLAY_MODE_GOAL_US, "goal_", true},
-    {PLAY_MODE_OFFSIDE_US, "offside_", true},
-});
 
 }  // namespace
 
@@ -200,11 +182,9 @@ void Comm::sendTackle(double power) {
 }
 
 void Comm::sendChangeMode(play_mode mode) {
-  for (const ModeName& known : MODE_NAMES) {
-    const bool theirs = known.sided && mode == known.mode + 1;
-    if (mode != known.mode && !theirs) continue;
-    const bool left = (getMySide() == SIDE_LEFT) != theirs;
-    sendFormatted("(change_mode %s%s)", known.name, !known.sided ? "" : left ? "l" : "r");
+  const std::string name(playmodeName(mode, getMySide()));
+  if (isTrainerMode(mode) && !name.empty()) {
+    sendFormatted("(change_mode %s)", name.c_str());
     return;
   }
   timedCommError() << "trying to set unknown play mode: No." << static_cast<int>(mode)

@@ -2,82 +2,9 @@
 
 #include <iostream>
 
+#include "playmodes.h"
+
 namespace vok {
-namespace {
-
-/// A referee's name and its mode: for a name of one side the US value, which belongs to `ours`,
-/// with the THEM value behind it.
-struct PlaymodeName {
-  std::string_view name;
-  play_mode mode;
-  playing_side ours = SIDE_UNKNOWN;
-};
-
-// A name matches by its beginning, so the order matters: "goal_kick_l" stands before "goal_l". A
-// foul is a free kick of the other side.
-constexpr auto PLAYMODE_NAMES = std::to_array<PlaymodeName>({
-    {"before_kick_off", PLAY_MODE_BEFORE_KICK_OFF},
-    {"time_over", PLAY_MODE_TIME_OVER},
-    {"time_up", PLAY_MODE_TIME_OVER},
-    {"play_on", PLAY_MODE_PLAY_ON},
-    {"kick_off_l", PLAY_MODE_KICK_OFF_US, SIDE_LEFT},
-    {"kick_off_r", PLAY_MODE_KICK_OFF_US, SIDE_RIGHT},
-    {"kick_in_l", PLAY_MODE_KICK_IN_US, SIDE_LEFT},
-    {"kick_in_r", PLAY_MODE_KICK_IN_US, SIDE_RIGHT},
-    {"free_kick_l", PLAY_MODE_FREE_KICK_US, SIDE_LEFT},
-    {"free_kick_r", PLAY_MODE_FREE_KICK_US, SIDE_RIGHT},
-    {"foul_r", PLAY_MODE_FREE_KICK_US, SIDE_LEFT},
-    {"foul_l", PLAY_MODE_FREE_KICK_US, SIDE_RIGHT},
-    {"corner_kick_l", PLAY_MODE_CORNER_KICK_US, SIDE_LEFT},
-    {"corner_kick_r", PLAY_MODE_CORNER_KICK_US, SIDE_RIGHT},
-    {"goal_kick_l", PLAY_MODE_GOAL_KICK_US, SIDE_LEFT},
-    {"goal_kick_r", PLAY_MODE_GOAL_KICK_US, SIDE_RIGHT},
-    {"drop_ball", PLAY_MODE_DROP_BALL},
-    {"offside_l", PLAY_MODE_OFFSIDE_US, SIDE_LEFT},
-    {"offside_r", PLAY_MODE_OFFSIDE_US, SIDE_RIGHT},
-    {"half_time", PLAY_MODE_HALF_TIME},
-    {"first_half_over", PLAY_MODE_HALF_TIME},
-    {"time_extended", PLAY_MODE_TIME_EXTENDED},
-    {"pause", PLAY_MODE_PAUSE},
-    {"human_judge", PLAY_MODE_HUMAN_JUDGE},
-    {"goal_l", PLAY_MODE_GOAL_US, SIDE_LEFT},
-    {"goal_r", PLAY_MODE_GOAL_US, SIDE_RIGHT},
-    {"free_kick_fault_l", PLAY_MODE_FREEKICK_FAULT_US, SIDE_LEFT},
-    {"free_kick_fault_r", PLAY_MODE_FREEKICK_FAULT_US, SIDE_RIGHT},
-    {"goalie_catch_ball_l", PLAY_MODE_GOALIE_CATCH_US, SIDE_LEFT},
-    {"goalie_catch_ball_r", PLAY_MODE_GOALIE_CATCH_US, SIDE_RIGHT},
-    {"penalty_kick_l", PLAY_MODE_PENALTY_KICK_US, SIDE_LEFT},
-    {"penalty_kick_r", PLAY_MODE_PENALTY_KICK_US, SIDE_RIGHT},
-    {"foul_charge_l", PLAY_MODE_FOUL_CHARGE_US, SIDE_LEFT},
-    {"foul_charge_r", PLAY_MODE_FOUL_CHARGE_US, SIDE_RIGHT},
-    {"foul_push_l", PLAY_MODE_FOUL_PUSH_US, SIDE_LEFT},
-    {"foul_push_r", PLAY_MODE_FOUL_PUSH_US, SIDE_RIGHT},
-    {"foul_multiple_attack_l", PLAY_MODE_FOUL_MULTIPLE_ATTACK_US, SIDE_LEFT},
-    {"foul_multiple_attack_r", PLAY_MODE_FOUL_MULTIPLE_ATTACK_US, SIDE_RIGHT},
-    {"foul_ballout_l", PLAY_MODE_FOUL_BALLOUT_US, SIDE_LEFT},
-    {"foul_ballout_r", PLAY_MODE_FOUL_BALLOUT_US, SIDE_RIGHT},
-    {"back_pass_l", PLAY_MODE_BACKPASS_US, SIDE_LEFT},
-    {"back_pass_r", PLAY_MODE_BACKPASS_US, SIDE_RIGHT},
-    {"penalty_setup_l", PLAY_MODE_PENALTY_SETUP_US, SIDE_LEFT},
-    {"penalty_setup_r", PLAY_MODE_PENALTY_SETUP_US, SIDE_RIGHT},
-    {"penalty_ready_l", PLAY_MODE_PENALTY_READY_US, SIDE_LEFT},
-    {"penalty_ready_r", PLAY_MODE_PENALTY_READY_US, SIDE_RIGHT},
-    {"penalty_taken_l", PLAY_MODE_PENALTY_TAKEN_US, SIDE_LEFT},
-    {"penalty_taken_r", PLAY_MODE_PENALTY_TAKEN_US, SIDE_RIGHT},
-    {"penalty_miss_l", PLAY_MODE_PENALTY_MISS_US, SIDE_LEFT},
-    {"penalty_miss_r", PLAY_MODE_PENALTY_MISS_US, SIDE_RIGHT},
-    {"penalty_score_l", PLAY_MODE_PENALTY_SCORE_US, SIDE_LEFT},
-    {"penalty_score_r", PLAY_MODE_PENALTY_SCORE_US, SIDE_RIGHT},
-    // Of newer servers.
-    {"indirect_free_kick_l", PLAY_MODE_FREE_KICK_US, SIDE_LEFT},
-    {"indirect_free_kick_r", PLAY_MODE_FREE_KICK_US, SIDE_RIGHT},
-    {"catch_fault_l", PLAY_MODE_FREEKICK_FAULT_US, SIDE_LEFT},
-    {"catch_fault_r", PLAY_MODE_FREEKICK_FAULT_US, SIDE_RIGHT},
-    {"illegal_defense_l", PLAY_MODE_FREEKICK_FAULT_US, SIDE_LEFT},
-    {"illegal_defense_r", PLAY_MODE_FREEKICK_FAULT_US, SIDE_RIGHT},
-});
-
-}  // namespace
 
 Parser::Parser(const char* teamName, client_type ctype, int minVer, int maxVer)
     : team_(teamName),
@@ -165,13 +92,9 @@ bool Parser::parseClangVersions() {
 }
 
 play_mode Parser::parsePlaymode(std::string_view name, playing_side side) {
-  for (const PlaymodeName& row : PLAYMODE_NAMES) {
-    if (!name.starts_with(row.name)) continue;
-    if (row.ours == SIDE_UNKNOWN || row.ours == side) return row.mode;
-    return static_cast<play_mode>(row.mode + 1);
-  }
-  std::cerr << "Unknown Playmode: " << firstLine(name) << "\n";
-  return PLAY_MODE_UNKNOWN;
+  const play_mode mode = playmodeByName(name, side);
+  if (mode == PLAY_MODE_UNKNOWN) std::cerr << "Unknown Playmode: " << firstLine(name) << "\n";
+  return mode;
 }
 
 ObjectType Parser::determineObject(std::string_view name) {

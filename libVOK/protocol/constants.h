@@ -7,7 +7,8 @@
 
 #include <array>
 
-#include "sensordata.h"
+#include "pitch.h"
+#include "protocol.h"
 
 namespace vok {
 
@@ -45,10 +46,10 @@ inline bool FORBID_KICK_OFF_OFFSIDE = true;
 inline bool SYNCH_MODE = false;  ///< the server waits for "(done)"
 inline bool USE_OFFSIDE = true;
 inline double CKICK_MARGIN = 1.0;
-inline double GOAL_WIDTH = 14.02;          ///< metres
-inline double OFFSIDE_KICK_MARGIN = 9.15;  ///< metres
-inline int HALF_TIME_IN_CYCLES = 0;        ///< from the defaults, see ConstantsInit
-inline double OFFSIDE_ACTIVE_AREA = 2.5;   ///< metres
+inline double GOAL_WIDTH = 2 * GOAL_HALF_WIDTH;          ///< metres
+inline double OFFSIDE_KICK_MARGIN = FREE_KICK_DISTANCE;  ///< metres
+inline int HALF_TIME_IN_CYCLES = 0;                      ///< from the defaults, see ConstantsInit
+inline double OFFSIDE_ACTIVE_AREA = 2.5;                 ///< metres
 
 // Penalty shoot-out
 inline int PENALTY_BEFORE_SETUP_WAIT = 30;
@@ -163,8 +164,7 @@ inline PlayerParams playerParams;
 int numPlayerTypes();
 int numSubsMax();
 
-// Positions of the goals' centres and of the landmarks in the server's frame (x towards the right
-// goal, y towards the bottom line, metres). The posts' flags stand at the default goal width.
+// The places of goals and flags (landmarks.h), by kind.
 inline std::array<double, NUM_GOALS> goal_x{};
 inline std::array<double, NUM_GOALS> goal_y{};
 inline std::array<double, NUM_FLAGS> flag_x{};

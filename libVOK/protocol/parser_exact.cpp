@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "Parser.h"
+#include "landmarks.h"
 
 namespace vok {
 
@@ -65,68 +66,6 @@ void setMotion(const ObjectNumbers& numbers, ExactObject& object) {
 bool isTeamLetter(char c) {
   return isLetter(c) || isDigit(c) || c == '-' || c == '_';
 }
-
-struct FlagName {
-  std::string_view name;
-  flag_type flag;
-};
-
-// A name matches by its beginning: longer names before their beginnings.
-constexpr auto FLAG_NAMES = std::to_array<FlagName>({
-    {"f t l 50", FLAG_TOP_LEFT_50},
-    {"f t l 40", FLAG_TOP_LEFT_40},
-    {"f t l 30", FLAG_TOP_LEFT_30},
-    {"f t l 20", FLAG_TOP_LEFT_20},
-    {"f t l 10", FLAG_TOP_LEFT_10},
-    {"f t 0", FLAG_TOP_0},
-    {"f t r 10", FLAG_TOP_RIGHT_10},
-    {"f t r 20", FLAG_TOP_RIGHT_20},
-    {"f t r 30", FLAG_TOP_RIGHT_30},
-    {"f t r 40", FLAG_TOP_RIGHT_40},
-    {"f t r 50", FLAG_TOP_RIGHT_50},
-    {"f b l 50", FLAG_BOTTOM_LEFT_50},
-    {"f b l 40", FLAG_BOTTOM_LEFT_40},
-    {"f b l 30", FLAG_BOTTOM_LEFT_30},
-    {"f b l 20", FLAG_BOTTOM_LEFT_20},
-    {"f b l 10", FLAG_BOTTOM_LEFT_10},
-    {"f b 0", FLAG_BOTTOM_0},
-    {"f b r 10", FLAG_BOTTOM_RIGHT_10},
-    {"f b r 20", FLAG_BOTTOM_RIGHT_20},
-    {"f b r 30", FLAG_BOTTOM_RIGHT_30},
-    {"f b r 40", FLAG_BOTTOM_RIGHT_40},
-    {"f b r 50", FLAG_BOTTOM_RIGHT_50},
-    {"f l t 30", FLAG_LEFT_TOP_30},
-    {"f l t 20", FLAG_LEFT_TOP_20},
-    {"f l t 10", FLAG_LEFT_TOP_10},
-    {"f l 0", FLAG_LEFT_0},
-    {"f l b 10", FLAG_LEFT_BOTTOM_10},
-    {"f l b 20", FLAG_LEFT_BOTTOM_20},
-    {"f l b 30", FLAG_LEFT_BOTTOM_30},
-    {"f r t 30", FLAG_RIGHT_TOP_30},
-    {"f r t 20", FLAG_RIGHT_TOP_20},
-    {"f r t 10", FLAG_RIGHT_TOP_10},
-    {"f r 0", FLAG_RIGHT_0},
-    {"f r b 10", FLAG_RIGHT_BOTTOM_10},
-    {"f r b 20", FLAG_RIGHT_BOTTOM_20},
-    {"f r b 30", FLAG_RIGHT_BOTTOM_30},
-    {"f p l t", FLAG_P_LEFT_TOP},
-    {"f p l c", FLAG_P_LEFT_CENTER},
-    {"f p l b", FLAG_P_LEFT_BOTTOM},
-    {"f p r t", FLAG_P_RIGHT_TOP},
-    {"f p r c", FLAG_P_RIGHT_CENTER},
-    {"f p r b", FLAG_P_RIGHT_BOTTOM},
-    {"f g l t", FLAG_GOAL_LEFT_TOP},
-    {"f g l b", FLAG_GOAL_LEFT_BOTTOM},
-    {"f g r t", FLAG_GOAL_RIGHT_TOP},
-    {"f g r b", FLAG_GOAL_RIGHT_BOTTOM},
-    {"f l t", FLAG_TOP_LEFT},
-    {"f c t", FLAG_TOP_CENTER},
-    {"f r t", FLAG_TOP_RIGHT},
-    {"f l b", FLAG_BOTTOM_LEFT},
-    {"f c b", FLAG_BOTTOM_CENTER},
-    {"f r b", FLAG_BOTTOM_RIGHT},
-    {"f c", FLAG_CENTER},
-});
 
 }  // namespace
 
@@ -214,34 +153,19 @@ void Parser::parsePlayer(std::string_view name, team_number& playerTeam, int& nu
 }
 
 void Parser::parseGoal(std::string_view name, goal_type& which, team_number& goalTeam) const {
-  which = GOAL_UNKNOWN;
+  which = goalByName(name);
   goalTeam = TEAM_UNKNOWN;
-  if (name.starts_with("g l")) which = GOAL_LEFT;
-  if (name.starts_with("g r")) which = GOAL_RIGHT;
   if (which == GOAL_UNKNOWN) return;
   const bool isOurs = side_ == (which == GOAL_LEFT ? SIDE_LEFT : SIDE_RIGHT);
   goalTeam = isOurs ? TEAM_US : TEAM_THEM;
 }
 
 void Parser::parseFlag(std::string_view name, SensorFlag& flag) {
-  flag.which = FLAG_UNKNOWN;
-  for (const FlagName& row : FLAG_NAMES) {
-    if (!name.starts_with(row.name)) continue;
-    flag.which = row.flag;
-    return;
-  }
+  flag.which = flagByName(name);
 }
 
 void Parser::parseLine(std::string_view name, SensorLine& line) {
-  struct LineName {
-    std::string_view name;
-    line_type line;
-  };
-  constexpr auto LINE_NAMES = std::to_array<LineName>(
-      {{"l t", LINE_TOP}, {"l l", LINE_LEFT}, {"l r", LINE_RIGHT}, {"l b", LINE_BOTTOM}});
-  line.which = LINE_UNKNOWN;
-  for (const LineName& row : LINE_NAMES)
-    if (name.starts_with(row.name)) line.which = row.line;
+  line.which = lineByName(name);
 }
 
 }  // namespace vok

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <numbers>
 
+#include "playmodes.h"
 #include "worldmodel.h"
 
 namespace vok {
@@ -75,16 +76,7 @@ int Worldmodel::otherTeamInCorridor(const Vector2d& source, const Vector2d& targ
 }
 
 double Worldmodel::ourOffsideLine(int maxAge) const {
-  switch (playMode) {
-    case PLAY_MODE_BEFORE_KICK_OFF:
-    case PLAY_MODE_KICK_OFF_US:
-    case PLAY_MODE_KICK_OFF_THEM:
-    case PLAY_MODE_GOAL_US:
-    case PLAY_MODE_GOAL_THEM:
-      return 0.0;
-    default:
-      break;
-  }
+  if (isInOwnHalves(playMode)) return 0.0;
   const int maxRun = std::min(maxAge / 2, MAX_RUN_CYCLES);
   double last = 0.0;
   double secondLast = 0.0;

@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "constants.h"
+#include "playmodes.h"
 #include "worldmodel.h"
 
 namespace vok {
@@ -96,17 +97,11 @@ void Worldmodel::catchBall() {
 
 void Worldmodel::move() {
   const Vector2d offset = action.pos - my.pos;
-  switch (playMode) {
-    case PLAY_MODE_FREE_KICK_US:
-      if (my.isGoalie != GOALIE_TRUE) return;
-      if (my.ballKickable(ball)) ball.pos += offset;
-      break;
-    case PLAY_MODE_BEFORE_KICK_OFF:
-    case PLAY_MODE_GOAL_US:
-    case PLAY_MODE_GOAL_THEM:
-      break;
-    default:
-      return;
+  if (playMode == PLAY_MODE_FREE_KICK_US) {
+    if (my.isGoalie != GOALIE_TRUE) return;
+    if (my.ballKickable(ball)) ball.pos += offset;
+  } else if (!allowsPlacing(playMode)) {
+    return;
   }
   my.pos = action.pos;
   my.v = {};

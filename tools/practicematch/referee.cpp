@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string_view>
+
+#include "playmodes.h"
 
 namespace vok::practice {
 
@@ -20,28 +21,27 @@ constexpr double OFFSIDE_ACTIVE_AREA = 2.5;
 constexpr double AREA_X = 36;  // penalty area
 constexpr double AREA_Y = 20.16;
 
+// The clock of a server stands in more modes than a client may count on: this one's does at a foul,
+// for which isStopped() is false.
 struct ModeFacts {
-  std::string_view name;
-  bool ofSide;       ///< the name ends in the side's letter
+  play_mode heard;   ///< as the side itself hears it
   bool clockStands;  ///< for so many cycles, or until time is over
   int wait;
-  bool setPlay;
 };
 
 // In the order of Mode.
-constexpr std::array<ModeFacts, 12> FACTS = {
-    {{"before_kick_off", false, true, KICK_OFF_WAIT, false},
-     {"kick_off", true, false, 0, true},
-     {"play_on", false, false, 0, false},
-     {"kick_in", true, false, 0, true},
-     {"corner_kick", true, false, 0, true},
-     {"goal_kick", true, false, 0, true},
-     {"free_kick", true, false, 0, true},
-     {"indirect_free_kick", true, false, 0, true},
-     {"goal", true, true, AFTER_GOAL_WAIT, false},
-     {"offside", true, true, AFTER_FOUL_WAIT, false},
-     {"foul_charge", true, true, AFTER_FOUL_WAIT, false},
-     {"time_over", false, true, GAME_OVER_WAIT, false}}};
+constexpr std::array<ModeFacts, 12> FACTS = {{{PLAY_MODE_BEFORE_KICK_OFF, true, KICK_OFF_WAIT},
+                                              {PLAY_MODE_KICK_OFF_US, false, 0},
+                                              {PLAY_MODE_PLAY_ON, false, 0},
+                                              {PLAY_MODE_KICK_IN_US, false, 0},
+                                              {PLAY_MODE_CORNER_KICK_US, false, 0},
+                                              {PLAY_MODE_GOAL_KICK_US, false, 0},
+                                              {PLAY_MODE_FREE_KICK_US, false, 0},
+                                              {PLAY_MODE_FREE_KICK_US, false, 0},
+                                              {PLAY_MODE_GOAL_US, true, AFTER_GOAL_WAIT},
+                                              {PLAY_MODE_OFFSIDE_US, true, AFTER_FOUL_WAIT},
+                                              {PLAY_MODE_FOUL_CHARGE_US, true, AFTER_FOUL_WAIT},
+                                              {PLAY_MODE_TIME_OVER, true, GAME_OVER_WAIT}}};
 
 const ModeFacts& factsOf(Mode mode) {
   return FACTS[static_cast<std::size_t>(mode)];
@@ -88,7 +88,7 @@ bool Referee::clockStands() const {
 }
 
 bool Referee::setPlay() const {
-  return factsOf(current_).setPlay;
+  return isSetPlay(factsOf(current_).heard);
 }
 
 bool Referee::finished() const {
@@ -96,8 +96,9 @@ bool Referee::finished() const {
 }
 
 std::string Referee::modeName() const {
-  std::string name(factsOf(current_).name);
-  if (factsOf(current_).ofSide) name += std::string("_") + letter(currentSide_);
+  const playing_side side = currentSide_ == Side::Left ? SIDE_LEFT : SIDE_RIGHT;
+  std::string name(playmodeName(factsOf(current_).heard, side));
+  if (current_ == Mode::IndirectFreeKick) name.insert(0, "indirect_");
   if (current_ == Mode::Goal) name += "_" + std::to_string(goals(currentSide_));
   return name;
 }

@@ -10,6 +10,7 @@
 #include <tuple>
 #include <vector>
 
+#include "playmodes.h"
 #include "support/server.h"
 #include "support/world.h"
 
