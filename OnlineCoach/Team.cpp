@@ -39,7 +39,7 @@ bool divisible(double spread) {
 }  // namespace
 
 bool Team::counts(int k) const {
-  return k != world->otherGoalieNo && world->otherTeam[static_cast<std::size_t>(k)].age < MAX_AGE;
+  return k != world->otherGoalieNo && world->otherTeam[k].age < MAX_AGE;
 }
 
 void Team::CalcTeamCOG() {
@@ -48,7 +48,7 @@ void Team::CalcTeamCOG() {
   long n = 0;
   for (int k = 0; k < OPPONENTS; ++k) {
     if (!counts(k)) continue;
-    const Vector2d pos = world->otherTeam[static_cast<std::size_t>(k)].pos;
+    const Vector2d pos = world->otherTeam[k].pos;
     sum += pos;
     sumOfSquares += squares(pos);
     ++n;
@@ -78,8 +78,7 @@ void Team::changeBank() {
   afor = 1 - afor;
 }
 
-void Team::addSample(int opponent) {
-  const auto k = static_cast<std::size_t>(opponent);
+void Team::addSample(int k) {
   ++NPos[static_cast<std::size_t>(formation)][k];
   const Vector2d fromCentre = world->otherTeam[k].pos - TeamCOG;
   const Vector2d p = {fromCentre.x / TeamVar.x, fromCentre.y / TeamVar.y};
@@ -120,8 +119,7 @@ Vector2d Team::valueIfKnown(const PerOpponent<Vector2d>& values, int k,
     std::cerr << "Team::" << operation << " invalid player no : " << k << "\n";
     return {};
   }
-  const auto index = static_cast<std::size_t>(k);
-  return NPos[static_cast<std::size_t>(formation)][index] > 1 ? values[index] : Vector2d{};
+  return NPos[static_cast<std::size_t>(formation)][k] > 1 ? values[k] : Vector2d{};
 }
 
 void Team::GetDefensePlayer(int& first, int& second) const {
@@ -129,9 +127,8 @@ void Team::GetDefensePlayer(int& first, int& second) const {
   double firstX = NO_BOUND;
   double secondX = NO_BOUND;
   for (int k = 0; k < OPPONENTS; ++k) {
-    const auto index = static_cast<std::size_t>(k);
-    if (aNPos[static_cast<std::size_t>(afor)][index] <= 2) continue;
-    const double x = aPos[index].x;
+    if (aNPos[static_cast<std::size_t>(afor)][k] <= 2) continue;
+    const double x = aPos[k].x;
     if (x > firstX) {
       second = first;
       secondX = firstX;

@@ -35,7 +35,7 @@ class Team {
   void GetDefensePlayer(int& first, int& second) const;
 
   template <typename T>
-  using PerOpponent = std::array<T, 12>;
+  using PerOpponent = Squad<T>;
 
   const Worldmodel* world;  ///< not owned
   int formation = 0;        ///< slot of the counts per formation

@@ -57,7 +57,7 @@ void VokCoach::readAgentConf() {
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
     for (const WishKey& item : WISH_KEYS) {
       std::snprintf(key.data(), key.size(), item.pattern, n);
-      desiredType[static_cast<std::size_t>(n)].*item.wish = Config::getValueAsDouble(key.data());
+      desiredType[n].*item.wish = Config::getValueAsDouble(key.data());
     }
   }
 }
@@ -91,7 +91,7 @@ void VokCoach::chooseWithinLimits() {
 void VokCoach::followTypes() {
   typeLimits->takeAnswers();
   for (int n = 1; n <= LAST_PLAYER; ++n) {
-    plType[static_cast<std::size_t>(n)] = typeLimits->typeOf(n);
+    plType[n] = typeLimits->typeOf(n);
   }
 }
 
@@ -116,7 +116,7 @@ void VokCoach::choosePlayerType(int playerNumber) {
 }
 
 double VokCoach::calcUtility(int playerNumber, int type) const {
-  const DesiredType& wish = desiredType[static_cast<std::size_t>(playerNumber)];
+  const DesiredType& wish = desiredType[playerNumber];
   const WPlayerType& actual = world->playerType[static_cast<std::size_t>(type)];
   const double decay = closeness(wish.decay_inertia_delta + PLAYER_DECAY, actual.playerDecay, 0.2);
   const double kick =
@@ -129,7 +129,7 @@ double VokCoach::calcUtility(int playerNumber, int type) const {
 }
 
 void VokCoach::doSub(int playerNumber, int type) {
-  plType[static_cast<std::size_t>(playerNumber)] = type;
+  plType[playerNumber] = type;
   if (type != DEFAULT_TYPE) --numPlType[static_cast<std::size_t>(type)];
   comm->sendChangePlayer(playerNumber, type);
 }
@@ -145,7 +145,7 @@ void VokCoach::printStats() const {
   const std::size_t types = std::min(static_cast<std::size_t>(numPlTypes), known);
   for (std::size_t type = 0; type < types; ++type) report("1 ", world->playerType[type]);
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
-    report("2 Player ", n, " has type ", plType[static_cast<std::size_t>(n)]);
+    report("2 Player ", n, " has type ", plType[n]);
   }
 }
 

@@ -70,7 +70,7 @@ double TypeLimits::utility(int number, int type) const {
 }
 
 int TypeLimits::typeOf(int number) const {
-  return std::max(world_.ourTeam[at(number)].type, DEFAULT_TYPE);
+  return std::max(world_.ourTeam[number].type, DEFAULT_TYPE);
 }
 
 bool TypeLimits::isAnnounced(int type) const {
@@ -194,7 +194,7 @@ void TypeLimits::request(int number, int type) {
 
 void TypeLimits::ask() {
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
-    if (!absent_[at(n)] || world_.ourTeam[at(n)].age != 0) continue;
+    if (!absent_[at(n)] || world_.ourTeam[n].age != 0) continue;
     absent_[at(n)] = false;
     todo_.push({n, target_[at(n)]});
   }
@@ -232,7 +232,7 @@ void TypeLimits::given(const Answer& answer) {
   if (target_[at(request.number)] != request.type) return;  // a detour
   target_[at(request.number)] = -1;
 
-  WPlayer& player = world_.ourTeam[at(request.number)];
+  WPlayer& player = world_.ourTeam[request.number];
   if (player.type == request.type) return;
   player.setType(world_.playerType[at(request.type)]);
   player.type = request.type;

@@ -89,7 +89,7 @@ void VokCoach::sayMessage() {
   const int kicker = calcPlayerForKickUs();
   AudioMsg message(0, static_cast<unsigned>(world->time), true);
   message << true << *world;
-  message << tactical->playerType.data();
+  message << tactical->playerType.slots.data();
   message << Int3B(static_cast<unsigned>(kicker));
   int foremost = 3;
   int second = 9;
@@ -118,7 +118,7 @@ int VokCoach::calcPlayerForKickUs() const {
   double bound = 10000.0;
   for (int n = 1; n <= 11; ++n) {
     if (!tactical->ourTeamMidfield(n)) continue;
-    const double dist = world->ourTeam[static_cast<std::size_t>(n)].distTo(world->ball.pos);
+    const double dist = world->ourTeam[n].distTo(world->ball.pos);
     if (dist < bound) {
       bound = dist;
       nearest = n;

@@ -1,7 +1,6 @@
 // The team's coach: what it computes every cycle, what it says, and the types it gives.
 #pragma once
 
-#include <array>
 #include <memory>
 #include <vector>
 
@@ -73,13 +72,13 @@ class VokCoach : public Onlinecoach {
   std::unique_ptr<PositionEval> positionEval;
   std::unique_ptr<Team> otherTeam;
   std::unique_ptr<TypeLimits> typeLimits;  ///< null unless "types_withinLimits"
-  std::array<DesiredType, 12> desiredType;
+  Squad<DesiredType> desiredType;
   unsigned numSubs = 0;
   bool initDone = false;
   int numPlTypes = 0;
   std::vector<int> numPlType;  ///< by type: how many more players may get it
   /// By shirt number: the types asked for; with `typeLimits` those that the players have.
-  std::array<int, 12> plType{};
+  Squad<int> plType;
 
  private:
   void refillBudget();

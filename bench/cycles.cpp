@@ -63,7 +63,7 @@ void typesFromDecay(benchmark::State& state, bool known) {
   setEntry("tac_typesFromDecay", "0");
   auto& verdicts = match.coach->tactical->playerType;
   for (int i = 0; i < 600; ++i) match.feed(match.views.next());
-  if (std::count(verdicts.begin(), verdicts.end(), -1) > 2) {
+  if (std::count(verdicts.begin(), verdicts.end(), -1) > 1) {
     return state.SkipWithError("types are missing");
   }
   for (auto _ : state) {
@@ -101,7 +101,7 @@ void synchronous(benchmark::State& state) {
 /// As the coach puts its messages together, stamped.
 AudioMsg compose(VokCoach& coach) {
   AudioMsg message(0, static_cast<unsigned>(coach.world->time), true);
-  message << true << *coach.world << coach.tactical->playerType.data();
+  message << true << *coach.world << coach.tactical->playerType.slots.data();
   message << Int3B(static_cast<unsigned>(coach.calcPlayerForKickUs()));
   int foremost = 3;
   int second = 9;

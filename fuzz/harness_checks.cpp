@@ -57,12 +57,12 @@ void Match::checkWorld() const {
     agesFit = agesFit && std::all_of(ages->begin(), ages->end(), isAge);
 
   int places = 0;
-  for (std::size_t n = 1; n <= 11; ++n) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     for (const WPlayer* player : {&world.ourTeam[n], &world.otherTeam[n]}) {
       agesFit = agesFit && isAge(player->age) && isAge(player->bodyAge) &&
                 isAge(player->cyclesSinceTackle);
       require(isAngle(player->bodyDir) && isAngle(player->faceDir), "angles are normalised");
-      require(player->number == static_cast<int>(n), "players keep their numbers");
+      require(player->number == n, "players keep their numbers");
       require(player->type >= -1 && player->type < std::max(types, 1), "types were announced");
     }
     require(isShirtOrNone(world.ourTeam[n].tacticalNo), "tactical numbers are in range");
@@ -79,7 +79,7 @@ void Match::checkWorld() const {
 
 void Match::checkPlans() const {
   const int types = static_cast<int>(coach_->world->playerType.size());
-  for (std::size_t n = 1; n <= 11; ++n) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     require(coach_->tactical->playerType[n] >= -1 && coach_->tactical->playerType[n] < types,
             "inferred types are in range");
   }
@@ -161,7 +161,7 @@ void Match::checkView(long time) const {
   for (const bool ours : {true, false}) {
     for (int n = 1; n <= 11; ++n) {
       const Placed p = placed(ours, n);
-      const WPlayer& player = (ours ? world.ourTeam : world.otherTeam)[static_cast<std::size_t>(n)];
+      const WPlayer& player = (ours ? world.ourTeam : world.otherTeam)[n];
       require(player.pos == turned * Vector2d(p.x, p.y) &&
                   player.v == turned * Vector2d(p.vx, p.vy) &&
                   player.bodyDir == Angle(p.degrees * std::numbers::pi / 180) &&

@@ -40,9 +40,9 @@ void printNews(const vok::Worldmodel& world, unsigned sayTime, unsigned kicker) 
             << numberOr(world.otherGoalieNo, "unknown") << "\n  ball   ";
   printPosition(world.ball.pos);
   std::cout << "\n  no          ours        theirs   type\n";
-  for (std::size_t n = 1; n <= 11; ++n) {
+  for (int n = 1; n <= 11; ++n) {
     std::cout << std::setw(4) << n << "  ";
-    if (static_cast<int>(n) == world.my.number) {
+    if (n == world.my.number) {
       // Of itself the model keeps what the player's own senses tell.
       std::cout << std::setw(14) << "myself";
     } else {

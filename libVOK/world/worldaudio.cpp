@@ -100,7 +100,7 @@ AudioMsg& operator<<(AudioMsg& aum, const Worldmodel& world) {
   if (!aum.isCoachMsg()) return aum;
   aum << code(world.ourGoalieNo) << code(world.otherGoalieNo);
   aum << world.ball.pos.x << world.ball.pos.y;
-  for (std::size_t n = 1; n <= 11; ++n) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     aum << world.ourTeam[n].pos.x << world.ourTeam[n].pos.y;
     aum << world.otherTeam[n].pos.x << world.otherTeam[n].pos.y;
   }
@@ -121,13 +121,13 @@ bool Worldmodel::feedbackAudio(AudioMsg& audioMsg) {
 
   if (!takePosition(audioMsg, ball)) return false;
   ball.v = {};
-  for (std::size_t n = 1; n <= 11; ++n) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     if (!takePosition(audioMsg, ourTeam[n])) return false;
     if (!takePosition(audioMsg, otherTeam[n])) return false;
   }
-  if (isShirtNumber(my.number)) ourTeam[static_cast<std::size_t>(my.number)] = my;
+  if (isShirtNumber(my.number)) ourTeam[my.number] = my;
 
-  for (std::size_t n = 1; n <= 11; ++n) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     const int type = readCode(audioMsg);
     if (!audioMsg.getState()) return false;
     otherTeam[n].type = type < static_cast<int>(playerType.size()) ? type : -1;
@@ -151,7 +151,7 @@ void Worldmodel::encodeAudio(MessageType msgType, char* msg, const WBall& combal
 
 void Worldmodel::decodeAudio(const char* msg, int sender, double senderDir) {
   if (!isShirtNumber(sender) || sender == my.number) return;
-  WPlayer& speaker = ourTeam[static_cast<std::size_t>(sender)];
+  WPlayer& speaker = ourTeam[sender];
 
   const int type = readNumber(msg) % TYPES;
   const int fields = readNumber(msg) / TYPES;

@@ -16,13 +16,12 @@ namespace vok {
 
 namespace {
 
-constexpr double GOAL_X = 52.5;
 constexpr double BENCH_X = 3.0;  ///< spacing of the players not yet seen
 constexpr double BENCH_Y = -37.0;
 constexpr std::size_t PLAYER_MESSAGE_LENGTH = 10;
 
 int configuredTeamSize(const char* key) {
-  return std::clamp(Config::getValueAsInt(key), 0, 11);
+  return std::clamp(Config::getValueAsInt(key), 0, LAST_SHIRT);
 }
 
 std::size_t subsRingSize() {
@@ -46,8 +45,8 @@ void writeMoved(std::ostream& out, const WMovedObject& object) {
       << ") (age " << object.age << ")";
 }
 
-void writeTeam(std::ostream& out, const char* name, const std::array<WPlayer, 12>& team) {
-  for (std::size_t n = 1; n < team.size(); ++n) {
+void writeTeam(std::ostream& out, const char* name, const Squad<WPlayer>& team) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     out << "\n (" << name << " " << n << " ";
     writeMoved(out, team[n]);
     out << " (body " << team[n].bodyDir << ") (type " << team[n].type << ")"
@@ -66,8 +65,8 @@ std::string snapshotText(const Worldmodel& world) {
 Worldmodel::Worldmodel(Comm* connection)
     : maxPlayersOurTeam(configuredTeamSize("world_maxPlayersOurTeam")),
       maxPlayersOtherTeam(configuredTeamSize("world_maxPlayersOtherTeam")),
-      ourGoal(Vector2d(-GOAL_X, 0)),
-      otherGoal(Vector2d(GOAL_X, 0)),
+      ourGoal(Vector2d(-HALF_LENGTH, 0)),
+      otherGoal(Vector2d(HALF_LENGTH, 0)),
       playerType(static_cast<std::size_t>(numPlayerTypes()), WPlayerType::fromDefaults()),
       ourSubs(subsRingSize()),
       otherSubs(subsRingSize()),
@@ -75,11 +74,10 @@ Worldmodel::Worldmodel(Comm* connection)
   vAge.fill(NEVER);
   aOppAge.fill(NEVER);
   aOurAge.fill(NEVER);
-  for (int n = 1; n <= 11; ++n) {
-    const auto entry = static_cast<std::size_t>(n);
-    ourTeam[entry].number = otherTeam[entry].number = n;
-    ourTeam[entry].pos = {-BENCH_X * n, BENCH_Y};
-    otherTeam[entry].pos = {BENCH_X * n, BENCH_Y};
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+    ourTeam[n].number = otherTeam[n].number = n;
+    ourTeam[n].pos = {-BENCH_X * n, BENCH_Y};
+    otherTeam[n].pos = {BENCH_X * n, BENCH_Y};
   }
   if (comm == nullptr) return;
   my.number = comm->getMyNumber();
@@ -210,12 +208,12 @@ bool Worldmodel::adjustExact(const SensorData& data) {
 
 void Worldmodel::adjustOurPlayer(const ExactPlayer& seen) {
   if (seen.goalie == GOALIE_TRUE && ourGoalieNo == -1) adjustTacticalNumbers(seen.number);
-  takePlayer(ourTeam[static_cast<std::size_t>(seen.number)], seen);
+  takePlayer(ourTeam[seen.number], seen);
 }
 
 void Worldmodel::adjustOtherPlayer(const ExactPlayer& seen) {
   if (seen.goalie == GOALIE_TRUE && otherGoalieNo == -1) setOtherGoalie(seen.number);
-  takePlayer(otherTeam[static_cast<std::size_t>(seen.number)], seen);
+  takePlayer(otherTeam[seen.number], seen);
 }
 
 void Worldmodel::takePlayer(WPlayer& player, const ExactPlayer& seen) const {
@@ -240,24 +238,24 @@ Vector2d Worldmodel::toOurFrame(double x, double y) const {
 void Worldmodel::adjustTacticalNumbers(int newOurGoalieNo) {
   if (!isShirtNumber(newOurGoalieNo)) return;
   ourGoalieNo = newOurGoalieNo;
-  for (int n = 1; n <= 11; ++n) {
-    WPlayer& player = ourTeam[static_cast<std::size_t>(n)];
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+    WPlayer& player = ourTeam[n];
     player.isGoalie = GOALIE_FALSE;
     player.tacticalNo = n < ourGoalieNo ? n + 1 : n;
   }
-  WPlayer& goalie = ourTeam[static_cast<std::size_t>(ourGoalieNo)];
+  WPlayer& goalie = ourTeam[ourGoalieNo];
   goalie.isGoalie = GOALIE_TRUE;
   goalie.tacticalNo = 1;
 
   if (!isShirtNumber(my.number)) return;
-  const WPlayer& me = ourTeam[static_cast<std::size_t>(my.number)];
+  const WPlayer& me = ourTeam[my.number];
   my.isGoalie = me.isGoalie;
   my.tacticalNo = me.tacticalNo;
 }
 
 void Worldmodel::setOtherGoalie(int number) {
-  for (int n = 1; n <= 11; ++n) {
-    otherTeam[static_cast<std::size_t>(n)].isGoalie = n == number ? GOALIE_TRUE : GOALIE_FALSE;
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+    otherTeam[n].isGoalie = n == number ? GOALIE_TRUE : GOALIE_FALSE;
   }
   otherGoalieNo = number;
 }
@@ -287,14 +285,13 @@ void Worldmodel::changePlayer(const SensorData& data) {
   const bool ours = data.ourTeamChanged || (ownChangesWithoutComma && data.announcedType != -1);
   const int type = ours && !data.ourTeamChanged ? data.announcedType : data.heteroType;
   if (!isShirtNumber(number) || type < -1 || type >= static_cast<int>(playerType.size())) return;
-  const auto entry = static_cast<std::size_t>(number);
 
   if (!ours) {
-    int& changes = otherTypeChanges[entry];
+    int& changes = otherTypeChanges[number];
     if (data.announcedType == -1 && changes < std::numeric_limits<int>::max()) ++changes;
     // What an opponent can do is inferred elsewhere; until then it plays with the default.
-    otherTeam[entry].setType(WPlayerType::fromDefaults());
-    otherTeam[entry].type = type;
+    otherTeam[number].setType(WPlayerType::fromDefaults());
+    otherTeam[number].type = type;
     record(otherSubs, numOtherSubs, {number, time});
     return;
   }
@@ -305,8 +302,8 @@ void Worldmodel::changePlayer(const SensorData& data) {
               << ", but I don't know that type!\n";
     return;
   }
-  ourTeam[entry].setType(playerType[id]);
-  ourTeam[entry].type = type;
+  ourTeam[number].setType(playerType[id]);
+  ourTeam[number].type = type;
   if (my.number == number) {
     my.setType(playerType[id]);
     my.type = type;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "audiomsg.h"
+#include "pitch.h"
 #include "sensordata.h"
 #include "worldobjects.h"
 
@@ -78,8 +79,8 @@ class Worldmodel {
   void writeToStream(std::ostream& out) const;
 
   WPlayer my;  ///< the client itself; a coach's is a dummy with number 0 on the centre spot
-  std::array<WPlayer, 12> ourTeam;
-  std::array<WPlayer, 12> otherTeam;
+  Squad<WPlayer> ourTeam;
+  Squad<WPlayer> otherTeam;
   int ourGoalieNo = -1;
   int otherGoalieNo = -1;
   int maxPlayersOurTeam;
@@ -105,7 +106,7 @@ class Worldmodel {
   int numOtherSubs = 0;
   /// Announced changes of each opponent. The ring above also holds our own players' changes that
   /// came without a comma.
-  std::array<int, 12> otherTypeChanges{};
+  Squad<int> otherTypeChanges;
   /// Take those changes for what they are, ours.
   bool ownChangesWithoutComma = false;
   // Command counters as the server reported them.

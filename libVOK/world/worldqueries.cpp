@@ -12,39 +12,37 @@ namespace vok {
 
 namespace {
 
-using TeamArray = std::array<WPlayer, 12>;
+using TeamArray = Squad<WPlayer>;
 
-constexpr double OUR_GOAL_LINE = -52.5;          // x, metres
-constexpr double OUR_PENALTY_AREA_EDGE = -36.0;  // x, metres
-constexpr int MAX_RUN_CYCLES = 2;                // that a defender is taken to have run unseen
+constexpr int MAX_RUN_CYCLES = 2;  // that a defender is taken to have run unseen
 constexpr int LOOK_DIRECTIONS = 16;
 constexpr int OLD_LOOK = 7;  // cycles
 
 /// Ranks are small, so each one is a scan of its own: nothing is sorted, nothing allocated.
 int closestTo(const TeamArray& team, const Vector2d& target, int maxAge, int index) {
-  if (index <= 0 || index >= 12) return -1;
+  if (!isShirtNumber(index)) return -1;
 
-  std::array<bool, 12> sorted{};
+  Squad<bool> sorted;
   int closest = -1;
   for (int rank = 1; rank <= index; ++rank) {
     closest = -1;
     double smallest = 0;
-    for (std::size_t i = 1; i < team.size(); ++i) {
-      if (sorted[i] || team[i].age > maxAge) continue;
-      const Vector2d way = team[i].pos - target;
+    for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+      if (sorted[n] || team[n].age > maxAge) continue;
+      const Vector2d way = team[n].pos - target;
       if (closest != -1 && way * way >= smallest) continue;
-      closest = static_cast<int>(i);
+      closest = n;
       smallest = way * way;
     }
     if (closest == -1) return -1;
-    sorted[static_cast<std::size_t>(closest)] = true;
+    sorted[closest] = true;
   }
   return closest;
 }
 
 int countInCorridor(const TeamArray& team, const Vector2d& source, const Vector2d& target, double d,
                     Angle alpha, int maxAge) {
-  const auto found = std::count_if(team.begin() + 1, team.end(), [&](const WPlayer& player) {
+  const auto found = std::count_if(team.begin(), team.end(), [&](const WPlayer& player) {
     return player.age <= maxAge && player.inCorridor(source, target, d, alpha);
   });
   return static_cast<int>(found);
@@ -52,7 +50,7 @@ int countInCorridor(const TeamArray& team, const Vector2d& source, const Vector2
 
 /// The ball's x less a distance (metres), but in our half.
 double behindBall(const WBall& ball, double distance) {
-  return std::min(0.0, std::max(OUR_GOAL_LINE, ball.pos.x - distance));
+  return std::min(0.0, std::max(-HALF_LENGTH, ball.pos.x - distance));
 }
 
 }  // namespace
@@ -80,8 +78,7 @@ double Worldmodel::ourOffsideLine(int maxAge) const {
   const int maxRun = std::min(maxAge / 2, MAX_RUN_CYCLES);
   double last = 0.0;
   double secondLast = 0.0;
-  for (std::size_t i = 1; i < otherTeam.size(); ++i) {
-    const WPlayer& defender = otherTeam[i];
+  for (const WPlayer& defender : otherTeam) {
     if (defender.age > maxAge) continue;
     const double x = defender.pos.x - defender.vmax * std::min(maxRun, defender.age);
     secondLast = std::max(secondLast, std::min(last, x));
@@ -103,15 +100,15 @@ double Worldmodel::otherOffsideLine(int maxAge) const {
     case PLAY_MODE_GOAL_KICK_THEM:
       return 0.0;
     case PLAY_MODE_GOAL_KICK_US:
-      return OUR_PENALTY_AREA_EDGE;
+      return -PENALTY_AREA_X;
     default:
       break;
   }
   double last = 0.0;
   double secondLast = 0.0;
-  for (std::size_t i = 1; i < ourTeam.size(); ++i) {
-    if (ourTeam[i].age > maxAge) continue;
-    const double x = ourTeam[i].pos.x;
+  for (const WPlayer& defender : ourTeam) {
+    if (defender.age > maxAge) continue;
+    const double x = defender.pos.x;
     secondLast = std::min(secondLast, std::max(last, x));
     last = std::min(last, x);
   }

@@ -33,7 +33,7 @@ void Worldmodel::simCycle() {
   collideWithBall();
   simStamina();
   ageAll();
-  if (isShirtNumber(my.number)) ourTeam[static_cast<std::size_t>(my.number)] = my;
+  if (isShirtNumber(my.number)) ourTeam[my.number] = my;
 }
 
 void Worldmodel::applyAction() {
@@ -110,7 +110,7 @@ void Worldmodel::move() {
 void Worldmodel::moveAll() {
   my.simulate();
   ball.simulate();
-  for (std::size_t n = 1; n <= 11; ++n) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     ourTeam[n].simulate();
     otherTeam[n].simulate();
   }
@@ -148,7 +148,7 @@ void Worldmodel::simStamina() {
 
   // Pessimistic for us, who are taken to dash all the time, optimistic for them, who rest.
   const double tired = EFFORT_DEC_THR * STAMINA_MAX;
-  for (std::size_t n = 1; n <= 11; ++n) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     WPlayer& ours = ourTeam[n];
     WPlayer& theirs = otherTeam[n];
     ours.stamina =
@@ -163,7 +163,7 @@ void Worldmodel::ageAll() {
   ageOneCycle(ball.age);
   ageOneCycle(ourGoal.age);
   ageOneCycle(otherGoal.age);
-  for (std::size_t n = 1; n <= 11; ++n) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     for (WPlayer* player : {&ourTeam[n], &otherTeam[n]}) {
       ageOneCycle(player->age);
       ageOneCycle(player->bodyAge);

@@ -139,7 +139,7 @@ double withinSides(double y) {
 /// The player's tactical number where it has a place, else -1.
 int placeNumber(const Worldmodel& world, int n) {
   if (n < 2 || n > 11) return -1;
-  const int number = world.ourTeam[static_cast<std::size_t>(n)].tacticalNo;
+  const int number = world.ourTeam[n].tacticalNo;
   return number >= FIRST_PLACE && number <= LAST_PLACE ? number : -1;
 }
 
@@ -307,7 +307,7 @@ int PositionEval::GetPlayerWatchNo(const Worldmodel* world, int n, int k) const 
   const int watched = own.Watches[static_cast<std::size_t>(k)];
   if (watched == -1) return -1;
   for (int shirt = 1; shirt <= 11; ++shirt) {
-    if (world->ourTeam[static_cast<std::size_t>(shirt)].tacticalNo == watched) return shirt;
+    if (world->ourTeam[shirt].tacticalNo == watched) return shirt;
   }
   return -1;
 }

@@ -10,9 +10,6 @@ namespace vok {
 
 namespace {
 
-constexpr std::size_t FIRST = 1;
-constexpr std::size_t LAST = 11;
-
 // By how many votes a type must lead each other type before it is decided.
 constexpr int MIN_LEAD = 3;
 // Contradicting steps that undo a verdict. Even one is a rare accident.
@@ -100,7 +97,7 @@ struct DecayTypes::Step {
 };
 
 DecayTypes::DecayTypes(std::size_t types) {
-  for (auto& ofPlayer : tracks_) ofPlayer.resize(types);
+  for (auto& ofPlayer : tracks_.slots) ofPlayer.resize(types);
 }
 
 void DecayTypes::observe(const Worldmodel& world, const Opponents& before, bool nextCycle,
@@ -110,7 +107,7 @@ void DecayTypes::observe(const Worldmodel& world, const Opponents& before, bool 
   wasInPlay_ = inPlay;
   if (!limits_.known) readLimits(world);
 
-  for (std::size_t n = FIRST; n <= LAST; ++n) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     const bool inRow = std::exchange(evidence_[n].inRow, false);
     if (std::exchange(changesSeen_[n], world.otherTypeChanges[n]) != world.otherTypeChanges[n]) {
       forget(n, beliefs, verdicts);
@@ -133,7 +130,7 @@ void DecayTypes::observe(const Worldmodel& world, const Opponents& before, bool 
 }
 
 void DecayTypes::readLimits(const Worldmodel& world) {
-  if (world.playerType.size() != tracks_.front().size()) return;
+  if (world.playerType.size() != tracks_[FIRST_SHIRT].size()) return;
   double speed = PLAYER_SPEED_MAX;
   double size = PLAYER_SIZE;
   for (const WPlayerType& type : world.playerType) {
@@ -148,10 +145,10 @@ void DecayTypes::readLimits(const Worldmodel& world) {
   limits_.ballContact = size + BALL_SIZE + CONTACT_ROOM;
 }
 
-bool DecayTypes::mayHaveTouched(const Worldmodel& world, std::size_t n) const {
+bool DecayTypes::mayHaveTouched(const Worldmodel& world, int n) const {
   const WPlayer& player = world.otherTeam[n];
   if (isSeen(world.ball) && isCloser(player, world.ball, limits_.ballContact)) return true;
-  for (std::size_t i = FIRST; i <= LAST; ++i) {
+  for (int i = FIRST_SHIRT; i <= LAST_SHIRT; ++i) {
     const WPlayer& opponent = world.ourTeam[i];
     const WPlayer& mate = world.otherTeam[i];
     if (isSeen(opponent) && isCloser(player, opponent, limits_.contact)) return true;
@@ -161,8 +158,8 @@ bool DecayTypes::mayHaveTouched(const Worldmodel& world, std::size_t n) const {
 }
 
 /// A verdict is held against every further step; a change may have been missed.
-void DecayTypes::verify(const Worldmodel& world, std::size_t n, const Step& step,
-                        TypeBeliefs& beliefs, Verdicts& verdicts) {
+void DecayTypes::verify(const Worldmodel& world, int n, const Step& step, TypeBeliefs& beliefs,
+                        Verdicts& verdicts) {
   const auto& types = world.playerType;
   const auto verdict = static_cast<std::size_t>(verdicts[n]);
   if (step.follow(types[verdict].playerDecay, tracks_[n][verdict])) return;
@@ -176,7 +173,7 @@ void DecayTypes::verify(const Worldmodel& world, std::size_t n, const Step& step
 
 /// Gives the types that the step fits a vote each, when it tells anything: it fits some type and
 /// excludes at least half of them. A player that hardly moves fits all.
-bool DecayTypes::count(const Worldmodel& world, std::size_t n, const Step& step,
+bool DecayTypes::count(const Worldmodel& world, int n, const Step& step,
                        std::vector<PlayerTypeData>& beliefs) {
   auto& ofTypes = tracks_[n];
   std::size_t fitting = 0;
@@ -196,8 +193,7 @@ bool DecayTypes::count(const Worldmodel& world, std::size_t n, const Step& step,
 }
 
 /// The type that is left when the evidence has ruled out all others.
-void DecayTypes::decide(const Worldmodel& world, std::size_t n, TypeBeliefs& beliefs,
-                        Verdicts& verdicts) {
+void DecayTypes::decide(const Worldmodel& world, int n, TypeBeliefs& beliefs, Verdicts& verdicts) {
   auto& votes = beliefs[n];
   const int steps = evidence_[n].steps;
   int most = 0;
@@ -223,7 +219,7 @@ void DecayTypes::decide(const Worldmodel& world, std::size_t n, TypeBeliefs& bel
 
 /// Decides between types of the same decay: a full dash of this one is too weak for what the
 /// opponent did, or others have it already, as many as may.
-bool DecayTypes::isUnlikelyTwin(const Worldmodel& world, std::size_t n, std::size_t type,
+bool DecayTypes::isUnlikelyTwin(const Worldmodel& world, int n, std::size_t type,
                                 const Verdicts& verdicts) const {
   const WPlayerType& twin = world.playerType[type];
   const double fullDash = MAXPOWER * twin.dashPowerRate * twin.effortMax;
@@ -234,11 +230,11 @@ bool DecayTypes::isUnlikelyTwin(const Worldmodel& world, std::size_t n, std::siz
   return static_cast<double>(wearers) >= playerParams.pt_max;
 }
 
-void DecayTypes::endTracks(std::size_t n) {
+void DecayTypes::endTracks(int n) {
   for (Track& track : tracks_[n]) track.holds = false;
 }
 
-void DecayTypes::forget(std::size_t n, TypeBeliefs& beliefs, Verdicts& verdicts) {
+void DecayTypes::forget(int n, TypeBeliefs& beliefs, Verdicts& verdicts) {
   evidence_[n] = {};
   verdicts[n] = -1;
   std::fill(beliefs[n].begin(), beliefs[n].end(), PlayerTypeData{});

@@ -9,7 +9,6 @@
 // together, show the decay as one long step does, and so tell types apart that are nearly the same.
 #pragma once
 
-#include <array>
 #include <vector>
 
 #include "playertypedata.h"
@@ -19,8 +18,8 @@ namespace vok {
 
 class DecayTypes {
  public:
-  using Opponents = std::array<WPlayer, 12>;
-  using Verdicts = std::array<int, 12>;
+  using Opponents = Squad<WPlayer>;
+  using Verdicts = Squad<int>;
 
   /// For so many types, those of the world and of the beliefs.
   explicit DecayTypes(std::size_t types);
@@ -65,20 +64,20 @@ class DecayTypes {
   struct Step;
 
   void readLimits(const Worldmodel& world);
-  bool mayHaveTouched(const Worldmodel& world, std::size_t n) const;
-  void verify(const Worldmodel& world, std::size_t n, const Step& step, TypeBeliefs& beliefs,
+  bool mayHaveTouched(const Worldmodel& world, int n) const;
+  void verify(const Worldmodel& world, int n, const Step& step, TypeBeliefs& beliefs,
               Verdicts& verdicts);
-  bool count(const Worldmodel& world, std::size_t n, const Step& step,
+  bool count(const Worldmodel& world, int n, const Step& step,
              std::vector<PlayerTypeData>& beliefs);
-  void decide(const Worldmodel& world, std::size_t n, TypeBeliefs& beliefs, Verdicts& verdicts);
-  bool isUnlikelyTwin(const Worldmodel& world, std::size_t n, std::size_t type,
+  void decide(const Worldmodel& world, int n, TypeBeliefs& beliefs, Verdicts& verdicts);
+  bool isUnlikelyTwin(const Worldmodel& world, int n, std::size_t type,
                       const Verdicts& verdicts) const;
-  void endTracks(std::size_t n);
-  void forget(std::size_t n, TypeBeliefs& beliefs, Verdicts& verdicts);
+  void endTracks(int n);
+  void forget(int n, TypeBeliefs& beliefs, Verdicts& verdicts);
 
-  std::array<Evidence, 12> evidence_;
-  std::array<std::vector<Track>, 12> tracks_;  ///< by shirt number and type
-  std::array<int, 12> changesSeen_{};
+  Squad<Evidence> evidence_;
+  Squad<std::vector<Track>> tracks_;  ///< by shirt number and type
+  Squad<int> changesSeen_;
   Limits limits_;
   bool wasInPlay_ = false;
 };

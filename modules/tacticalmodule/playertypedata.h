@@ -1,8 +1,9 @@
 // What is believed of the opponents' heterogeneous types.
 #pragma once
 
-#include <array>
 #include <vector>
+
+#include "pitch.h"
 
 namespace vok {
 
@@ -16,6 +17,6 @@ struct PlayerTypeData {
 };
 
 /// By shirt number, then by type id.
-using TypeBeliefs = std::array<std::vector<PlayerTypeData>, 12>;
+using TypeBeliefs = Squad<std::vector<PlayerTypeData>>;
 
 }  // namespace vok

@@ -109,8 +109,8 @@ bool TacticalModule::ourTeamOffender(int n) const {
 /// True when the player's tactical number is above `behind` and at most `upTo`.
 bool TacticalModule::placeWithin(int n, long behind, long upTo) const {
   ensure(n >= 1 && n <= 11, "tacticalmodule");
-  if (n < FIRST_SHIRT || n > LAST_SHIRT) return false;
-  const int place = world->ourTeam[static_cast<std::size_t>(n)].tacticalNo;
+  if (!isShirtNumber(n)) return false;
+  const int place = world->ourTeam[n].tacticalNo;
   return place != -1 && place > behind && place <= upTo;
 }
 
@@ -122,7 +122,7 @@ bool TacticalModule::feedbackWorld() {
     return true;
   }
   for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
-    ageOneCycle(playerPassInfo[static_cast<std::size_t>(n)].age);
+    ageOneCycle(playerPassInfo[n].age);
   }
   for (TacticalAction* action : {&reportedTAction, &audioTAction}) {
     action->state = TA_UNKNOWN;
@@ -147,15 +147,14 @@ void TacticalModule::determineOtherPlayerTypes() {
       }
     }
   }
-  std::copy(world->otherTeam.begin() + FIRST_SHIRT, world->otherTeam.end(),
-            oldPlayer.begin() + FIRST_SHIRT);
+  oldPlayer = world->otherTeam;
   oldTime = world->time;
   oldNumSubs = world->numOtherSubs;
 }
 
 int TacticalModule::otherPlayerType(int n) const {
-  if (n < FIRST_SHIRT || n > LAST_SHIRT) return -1;
-  return playerType[static_cast<std::size_t>(n)];
+  if (!isShirtNumber(n)) return -1;
+  return playerType[n];
 }
 
 /// Looks back at most once around the ring of changes.
@@ -171,15 +170,13 @@ bool TacticalModule::substitutedSinceLastCall(int n) const {
 }
 
 void TacticalModule::forgetType(int n) {
-  const auto player = static_cast<std::size_t>(n);
-  playerType[player] = -1;
-  std::fill(playerTypeData[player].begin(), playerTypeData[player].end(), PlayerTypeData{});
+  playerType[n] = -1;
+  std::fill(playerTypeData[n].begin(), playerTypeData[n].end(), PlayerTypeData{});
 }
 
 void TacticalModule::excludeTypes(int n) {
-  const auto player = static_cast<std::size_t>(n);
-  auto& beliefs = playerTypeData[player];
-  const ObservedMotion motion(oldPlayer[player], world->otherTeam[player]);
+  auto& beliefs = playerTypeData[n];
+  const ObservedMotion motion(oldPlayer[n], world->otherTeam[n]);
   const std::size_t known = std::min(beliefs.size(), world->playerType.size());
   for (std::size_t type = 0; type < known; ++type) {
     if (beliefs[type].state == PTS_UNKNOWN && motion.excludes(world->playerType[type])) {
@@ -190,13 +187,12 @@ void TacticalModule::excludeTypes(int n) {
 
 /// The last type that is left is the player's.
 void TacticalModule::decideType(int n) {
-  const auto player = static_cast<std::size_t>(n);
-  auto& beliefs = playerTypeData[player];
+  auto& beliefs = playerTypeData[n];
   const auto possible = [](const PlayerTypeData& belief) { return belief.state != PTS_IMPOSSIBLE; };
   if (std::count_if(beliefs.begin(), beliefs.end(), possible) != 1) return;
   const auto left = std::find_if(beliefs.begin(), beliefs.end(), possible);
   left->state = PTS_SURE;
-  playerType[player] = static_cast<int>(left - beliefs.begin());
+  playerType[n] = static_cast<int>(left - beliefs.begin());
 }
 
 }  // namespace vok

@@ -5,8 +5,6 @@
 // no player.
 #pragma once
 
-#include <array>
-
 #include "decaytypes.h"
 #include "grade.h"
 #include "playertypedata.h"
@@ -107,11 +105,11 @@ class TacticalModule {
   int firstDangerousOpponent = -1;
   int secondDangerousOpponent = -1;
   int thirdDangerousOpponent = -1;
-  std::array<PlayerPassInfo, 12> playerPassInfo;
-  std::array<long, 12> ourTeamReachBallTime{};
-  std::array<long, 12> otherTeamReachBallTime{};
-  std::array<Vector2d, 12> ourTeamReachBallPos;
-  std::array<Vector2d, 12> otherTeamReachBallPos;
+  Squad<PlayerPassInfo> playerPassInfo;
+  Squad<long> ourTeamReachBallTime;
+  Squad<long> otherTeamReachBallTime;
+  Squad<Vector2d> ourTeamReachBallPos;
+  Squad<Vector2d> otherTeamReachBallPos;
   int attentionTo = -1;
   long cyclesSinceLastMessage = NEVER;
   bool communicateAction = false;
@@ -121,13 +119,13 @@ class TacticalModule {
   AdvSkills* skills;        ///< not owned
   TacticalAction audioTAction;
   TacticalAction reportedTAction;
-  std::array<WPlayer, 12> oldPlayer;  ///< the opponents at the previous call
-  long oldTime = -2;                  ///< cycle of the previous call
-  int oldNumSubs = 0;                 ///< the opponents' changes up to the previous call
-  TypeBeliefs playerTypeData;         ///< opponents' beliefs by type id
-  std::array<int, 12> playerType;     ///< the opponents' types, -1 while unknown
-  bool typesFromDecay;                ///< configured
-  DecayTypes decayTypes;              ///< the inference that is then used
+  Squad<WPlayer> oldPlayer;    ///< the opponents at the previous call
+  long oldTime = -2;           ///< cycle of the previous call
+  int oldNumSubs = 0;          ///< the opponents' changes up to the previous call
+  TypeBeliefs playerTypeData;  ///< opponents' beliefs by type id
+  Squad<int> playerType;       ///< the opponents' types, -1 while unknown
+  bool typesFromDecay;         ///< configured
+  DecayTypes decayTypes;       ///< the inference that is then used
 
  private:
   bool placeWithin(int n, long behind, long upTo) const;

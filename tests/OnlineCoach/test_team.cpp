@@ -22,13 +22,14 @@ class Opponents : public testing::Test {
     stand({14, 14, 6, 6});
   }
 
-  void put(std::size_t n, Vector2d pos, int age) {
-    world->otherTeam.at(n).pos = pos;
-    world->otherTeam.at(n).age = age;
+  void put(int n, Vector2d pos, int age) {
+    world->otherTeam[n].pos = pos;
+    world->otherTeam[n].age = age;
   }
 
   void stand(const std::array<double, 4>& x, int age = 19) {
-    for (std::size_t i = 0; i < 4; ++i) put(2 + i, {x.at(i), i % 2 == 0 ? 2.0 : -2.0}, age);
+    for (int i = 0; i < 4; ++i)
+      put(2 + i, {x.at(static_cast<std::size_t>(i)), i % 2 == 0 ? 2.0 : -2.0}, age);
   }
 
   void update(long upTo) {

@@ -145,8 +145,8 @@ TEST_F(WithinLimits, EachPlayerGetsItsOwnBestTypeAndARefusedOneTheBestThatIsLeft
   hear("(ok change_player_type 11 1)");  // its announcement is lost
   EXPECT_EQ(cycle(0), "");
   EXPECT_EQ(summary(), "12 asked, 10 given, 2 refused");
-  for (std::size_t n = 2; n <= 11; ++n) {
-    const int type = n == 3 ? 2 : n == 11 ? 1 : static_cast<int>(n) + 1;
+  for (int n = 2; n <= 11; ++n) {
+    const int type = n == 3 ? 2 : n == 11 ? 1 : n + 1;
     EXPECT_EQ(coach->plType[n], type);
     EXPECT_EQ(coach->world->ourTeam[n].type, type);
     EXPECT_EQ(coach->world->ourTeam[n].extraStamina, type);
@@ -249,7 +249,7 @@ TEST_F(WithinLimits, APracticeMatchGivesAllThatIsAskedFor) {
   EXPECT_EQ(summary(), "10 asked, 10 given, 0 refused");
   EXPECT_EQ(std::tuple(report.typesAsked, report.typesGiven), std::tuple(10, 10));
   for (const practice::Player& p : match.state().team(settings.coachSide)) {
-    EXPECT_EQ(coach->plType[static_cast<std::size_t>(p.number)], p.type) << p.number;
+    EXPECT_EQ(coach->plType[p.number], p.type) << p.number;
   }
 }
 

@@ -10,7 +10,7 @@
 namespace vok::test {
 namespace {
 
-constexpr std::size_t OPPONENT = 7;
+constexpr int OPPONENT = 7;
 
 class TypesFromDecay : public testing::Test {
  protected:

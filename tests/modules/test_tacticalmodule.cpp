@@ -33,15 +33,15 @@ class Tactics : public testing::Test {
   }
 
   // An opponent's beliefs when it has moved by so much in so many cycles.
-  std::string move(std::size_t opponent, double way, int cycles = 1) {
+  std::string move(int opponent, double way, int cycles = 1) {
     world->time += cycles;
-    world->otherTeam.at(opponent).pos.x += way;
+    world->otherTeam[opponent].pos.x += way;
     tactical.feedbackWorld();
     return beliefs(opponent);
   }
 
-  std::string observe(std::size_t opponent, const Motion& motion) {
-    WPlayer& player = world->otherTeam.at(opponent);
+  std::string observe(int opponent, const Motion& motion) {
+    WPlayer& player = world->otherTeam[opponent];
     player.v = {motion.oldSpeed, 0};
     player.bodyDir = motion.turnFrom;
     tactical.feedbackWorld();
@@ -50,9 +50,9 @@ class Tactics : public testing::Test {
     return move(opponent, motion.way);
   }
 
-  std::string beliefs(std::size_t opponent) const {
+  std::string beliefs(int opponent) const {
     std::string text;
-    for (const PlayerTypeData& belief : tactical.playerTypeData.at(opponent)) {
+    for (const PlayerTypeData& belief : tactical.playerTypeData[opponent]) {
       text += "-!."[belief.state];
     }
     return text;
@@ -120,7 +120,7 @@ TEST_F(Tactics, OnlyUninterruptedPlayRefinesAndTheSnapshotIsAlwaysOfTheCycleBefo
 }
 
 TEST_F(Tactics, ASubstitutionForgetsOneOpponentsType) {
-  for (const std::size_t n : {7U, 8U}) EXPECT_EQ(observe(n, MOTIONS[8]), "--!");
+  for (const int n : {7, 8}) EXPECT_EQ(observe(n, MOTIONS[8]), "--!");
   world->otherSubs = std::vector<Substitution>(14, {8, 0});  // none of 8's is new
   world->otherSubs[0] = {7, world->time};
   world->numOtherSubs = 15;  // round the ring, the last one at its begin

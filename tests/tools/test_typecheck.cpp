@@ -33,13 +33,13 @@ class TypeCheck : public testing::Test {
 
 TEST_F(TypeCheck, AllOpponentsAreKnownSoonAndNoVerdictIsEverWrong) {
   follow(true);
-  for (std::size_t n = 1; n <= 11; ++n) {
+  for (int n = 1; n <= 11; ++n) {
     EXPECT_TRUE(findings[n].isRight()) << n << " " << findings[n].verdict;
     EXPECT_EQ(findings[n].wrongOnTheWay, 0) << n;
     EXPECT_LE(findings[n].playOn, 30) << n;
   }
   follow(false);
-  for (std::size_t n = 1; n <= 11; ++n) EXPECT_EQ(findings[n].verdict, -1) << n;
+  for (int n = 1; n <= 11; ++n) EXPECT_EQ(findings[n].verdict, -1) << n;
 }
 
 TEST_F(TypeCheck, AWrongTruthShows) {

@@ -31,7 +31,7 @@ Pitch::Pitch() : world_(nullptr), tactical_(&world_, nullptr), eval_(nullptr, nu
 std::optional<SettledTeam> Pitch::settle(Vector2d ball, std::optional<double> offside) {
   world_.ball.pos = ball;
   // The second-last opponent makes the line; the unseen others count for nothing.
-  for (const std::size_t n : {1U, 2U}) {
+  for (const int n : {1, 2}) {
     world_.otherTeam[n].age = 0;
     world_.otherTeam[n].pos.x =
         offside.value_or(std::clamp(ball.x + GUARD, 0.0, PENALTY_AREA_EDGE));

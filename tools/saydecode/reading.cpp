@@ -77,7 +77,7 @@ void printNews(std::ostream& out, const CoachNews& news) {
   out << "  ball     ";
   printPosition(out, world.ball.pos);
   out << "\n  no             ours         theirs   type\n";
-  for (std::size_t n = 1; n <= 11; ++n) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     out << "  " << std::setw(2) << n << "     ";
     printPosition(out, world.ourTeam[n].pos);
     out << " ";
@@ -89,15 +89,15 @@ void printNews(std::ostream& out, const CoachNews& news) {
 FieldDrawing draw(const CoachNews& news, const AudioMsg& msg) {
   const Worldmodel& world = news.world;
   FieldDrawing drawing;
-  for (unsigned n = 1; n <= 11; ++n) {
-    const int number = static_cast<int>(n);
-    const bool named = n == news.opponents / 12 || n == news.opponents % 12;
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+    const auto number = static_cast<unsigned>(n);
+    const bool named = number == news.opponents / 12 || number == news.opponents % 12;
     const int type = world.otherTeam[n].type;
-    drawing.players.push_back({world.otherTeam[n].pos, false, number, number == world.otherGoalieNo,
+    drawing.players.push_back({world.otherTeam[n].pos, false, n, n == world.otherGoalieNo,
                                named ? Ring::DASHED : Ring::NONE,
                                type == -1 ? "" : "type " + std::to_string(type)});
-    drawing.players.push_back({world.ourTeam[n].pos, true, number, number == world.ourGoalieNo,
-                               n == news.kicker ? Ring::SOLID : Ring::NONE, ""});
+    drawing.players.push_back({world.ourTeam[n].pos, true, n, n == world.ourGoalieNo,
+                               number == news.kicker ? Ring::SOLID : Ring::NONE, ""});
   }
   drawing.ball = world.ball.pos;
   std::ostringstream caption;

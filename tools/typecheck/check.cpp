@@ -59,8 +59,7 @@ class Observer {
   }
 
  private:
-  void follow(int number, const Worldmodel& world, int verdict) {
-    const auto n = static_cast<std::size_t>(number);
+  void follow(int n, const Worldmodel& world, int verdict) {
     Finding& finding = findings_[n];
     const WPlayer& player = world.otherTeam[n];
     if (changes_[n] != world.otherTypeChanges[n]) {
@@ -73,10 +72,10 @@ class Observer {
       if (player.distTo(places_[n]) >= MOVED) ++finding.moved;
     }
     places_[n] = player.pos;
-    finding.trueType = truth_.typeAt(side_, number, world.time);
+    finding.trueType = truth_.typeAt(side_, n, world.time);
     // A change is announced a little before the cycle in which the truth has it, or after.
     const bool wrong = verdict != -1 && verdict != finding.trueType &&
-                       verdict != truth_.typeAt(side_, number, world.time - 1);
+                       verdict != truth_.typeAt(side_, n, world.time - 1);
     if (wrong && verdict != reported_[n]) ++finding.wrongOnTheWay;
     finding.verdict = reported_[n] = verdict;
   }
@@ -84,9 +83,9 @@ class Observer {
   const Truth& truth_;
   playing_side side_;
   Findings& findings_;
-  std::array<int, 12> reported_{};
-  std::array<int, 12> changes_{};
-  std::array<Vector2d, 12> places_;
+  Squad<int> reported_;
+  Squad<int> changes_;
+  Squad<Vector2d> places_;
   long lastTime_ = -1;
 };
 

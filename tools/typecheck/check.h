@@ -1,11 +1,11 @@
 // Runs the inference of the opponents' types over a recorded match and compares it with the truth.
 #pragma once
 
-#include <array>
 #include <istream>
 #include <string>
 #include <vector>
 
+#include "pitch.h"
 #include "recording.h"
 #include "sensordata.h"
 
@@ -44,7 +44,7 @@ struct Finding {
   bool isWrong() const { return verdict != -1 && verdict != trueType; }
 };
 
-using Findings = std::array<Finding, 12>;
+using Findings = Squad<Finding>;  ///< by shirt number
 
 /// What the coach of `team` on `side` finds out. False with the reason when the recording is none
 /// of that coach.

@@ -88,7 +88,7 @@ void printType(int type) {
 
 void print(const Findings& findings) {
   std::cout << "  number     true  verdict  play-on    moved    wrong\n";
-  for (std::size_t n = 1; n < findings.size(); ++n) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     const Finding& finding = findings[n];
     std::cout << std::setw(8) << n;
     printType(finding.trueType);
@@ -99,10 +99,10 @@ void print(const Findings& findings) {
   int right = 0;
   int wrong = 0;
   int onTheWay = 0;
-  for (std::size_t n = 1; n < findings.size(); ++n) {
-    right += findings[n].isRight() ? 1 : 0;
-    wrong += findings[n].isWrong() ? 1 : 0;
-    onTheWay += findings[n].wrongOnTheWay;
+  for (const Finding& finding : findings) {
+    right += finding.isRight() ? 1 : 0;
+    wrong += finding.isWrong() ? 1 : 0;
+    onTheWay += finding.wrongOnTheWay;
   }
   std::cout << "  " << right << " of 11 right, " << wrong << " wrong, " << 11 - right - wrong
             << " unknown; " << onTheWay << " wrong on the way\n";

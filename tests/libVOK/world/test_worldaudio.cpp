@@ -128,7 +128,7 @@ TEST_F(WorldAudio, SpeakerIsWhereHeSaysOrWhereHisVoiceMeetsHisDistance) {
   world.decodeAudio(".bqQKk... ", 2, 0);  // our own words
   world.my.pos = {-70, 4};
   world.decodeAudio(".bqQKk... ", 10, 0);  // the line meets it twice ahead of us
-  for (std::size_t n = 1; n <= 11; ++n)
+  for (int n = 1; n <= 11; ++n)
     EXPECT_EQ(world.ourTeam[n].age, n == 6 || n == 8 ? 0 : int{NEVER}) << n;
 }
 

@@ -75,7 +75,7 @@ TEST_F(World, FirstGoalieSetsTheTacticalNumbers) {
   for (const char* who : {"\"Alpha\" 5", "\"Alpha\" 1", "\"Beta\" 3", "\"Beta\" 4"})
     view(++time, "((p " + std::string(who) + " goalie) 0 0)");
   const int expected[] = {-1, 2, 3, 4, 5, 1, 6, 7, 8, 9, 10, 11};
-  for (std::size_t n = 0; n <= 11; ++n) EXPECT_EQ(world.ourTeam[n].tacticalNo, expected[n]) << n;
+  for (int n = 0; n <= 11; ++n) EXPECT_EQ(world.ourTeam[n].tacticalNo, expected[n]) << n;
   EXPECT_EQ(world.otherGoalieNo, 3);
   EXPECT_EQ(world.otherTeam[9].isGoalie, GOALIE_FALSE);
 }
@@ -200,7 +200,7 @@ TEST_F(World, EveryCounterGrowsByACycleUpToNever) {
     longs.insert(longs.end(), {&ring->front(), &ring->back()});
   std::vector<int*> ages = {&my.age, &my.cyclesSinceTackle, &ball.age, &world.ourGoal.age,
                             &world.otherGoal.age};
-  for (const std::size_t n : {1U, 11U}) {
+  for (const int n : {1, 11}) {
     for (WPlayer* p : {&world.ourTeam[n], &world.otherTeam[n]})
       ages.insert(ages.end(), {&p->age, &p->bodyAge, &p->cyclesSinceTackle});
   }
