@@ -228,12 +228,12 @@ TEST_F(WithinLimits, AnswersThatNeverComeAreCounted) {
 }
 
 TEST_F(WithinLimits, APracticeMatchGivesAllThatIsAskedFor) {
-  practice::MatchSettings settings;
-  settings.coachSide = practice::Side::Right;
+  practicematch::MatchSettings settings;
+  settings.coachSide = practicematch::Side::Right;
   settings.coachTeam = "Alpha";
-  practice::Match match(settings);
-  practice::Report report;
-  practice::CoachDesk desk(match, report, true);
+  practicematch::Match match(settings);
+  practicematch::Report report;
+  practicematch::CoachDesk desk(match, report, true);
   start(match.checkIn());
   for (Lines texts; match.modeName() != "play_on";) {
     match.cycle(texts);
@@ -248,7 +248,7 @@ TEST_F(WithinLimits, APracticeMatchGivesAllThatIsAskedFor) {
   }
   EXPECT_EQ(summary(), "10 asked, 10 given, 0 refused");
   EXPECT_EQ(std::tuple(report.typesAsked, report.typesGiven), std::tuple(10, 10));
-  for (const practice::Player& p : match.state().team(settings.coachSide)) {
+  for (const practicematch::Player& p : match.state().team(settings.coachSide)) {
     EXPECT_EQ(coach->plType[p.number], p.type) << p.number;
   }
 }

@@ -8,13 +8,12 @@
 #include "audiomsg.h"
 #include "coachdesk.h"
 #include "match.h"
-#include "options.h"
 #include "playerport.h"
 #include "recording.h"
 #include "support/server.h"
 
 using namespace vok;
-using namespace vok::practice;
+using namespace vok::practicematch;
 
 namespace {
 
@@ -207,23 +206,9 @@ TEST(PracticePlayers, AreLetInOnceAndGivenUpWhenTheyStaySilent) {
   EXPECT_TRUE(port.allDone()) << "nobody is waited for any longer";
 }
 
-TEST(PracticeOptions, AreReadAndAWrongOneIsNamed) {
-  const std::pair<std::vector<const char*>, std::string> cases[] = {
-      {{"", "--cycles", "600", "--side", "r", "--types", "1"}, ""},
-      {{"", "--cycles", "10x"}, "--cycles cannot be \"10x\": "},
-      {{"", "--cycles", "1"}, "--cycles cannot be \"1\": "},
-      {{"", "--synch", "--step", "10"}, "--synch does not go with --step"}};
-  for (const auto& [arguments, problem] : cases) {
-    std::string error;
-    const auto options = readOptions(static_cast<int>(arguments.size()), arguments.data(), error);
-    EXPECT_EQ(options.has_value(), problem.empty());
-    EXPECT_TRUE(error.starts_with(problem)) << error;
-  }
-}
-
 TEST(PracticeReplay, TakesARecordingAndRefusesOtherFiles) {
   std::istringstream good("14\t(init r ok)\n15\t(server_param (synch_mode 1))\n");
-  Recording recording;
+  vok::tools::Recording recording;
   std::string error;
   EXPECT_TRUE(recording.read(good, error)) << error;
   EXPECT_TRUE(recording.synchronous());

@@ -25,7 +25,7 @@ class TypeCheck : public testing::Test {
   }
 
   test::StderrCapture errors;
-  Recording capture;
+  tools::Recording capture;
   Truth truth;
   Findings findings;
   std::string error;

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace vok {
+namespace vok::tools {
 namespace {
 
 // Metres. The frame has the field's proportions and leaves room for the goals, the benches beyond
@@ -157,4 +157,4 @@ void writeSheet(std::ostream& out, const std::vector<FieldDrawing>& drawings) {
   out << "</svg>\n";
 }
 
-}  // namespace vok
+}  // namespace vok::tools

@@ -11,7 +11,7 @@
 
 #include "coordinates.h"
 
-namespace vok {
+namespace vok::tools {
 
 enum class Ring { NONE, SOLID, DASHED };
 
@@ -54,4 +54,4 @@ std::ostream& operator<<(std::ostream& out, const FieldDrawing& drawing);
 /// Writes several as one picture, row by row; one alone as above.
 void writeSheet(std::ostream& out, const std::vector<FieldDrawing>& drawings);
 
-}  // namespace vok
+}  // namespace vok::tools

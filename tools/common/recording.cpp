@@ -1,10 +1,9 @@
 #include "recording.h"
 
 #include <charconv>
-#include <istream>
 #include <string_view>
 
-namespace vok {
+namespace vok::tools {
 
 namespace {
 
@@ -70,4 +69,4 @@ std::string Recording::team() const {
   return {};
 }
 
-}  // namespace vok
+}  // namespace vok::tools

@@ -1,11 +1,12 @@
 // A recorded match: what a server sent to a coach.
 #pragma once
 
-#include <iosfwd>
+#include <fstream>
+#include <iostream>
 #include <string>
 #include <vector>
 
-namespace vok {
+namespace vok::tools {
 
 struct RecordedText {
   double milliseconds;  ///< since the recording began
@@ -26,4 +27,15 @@ struct Recording {
   std::string lastTime() const;
 };
 
-}  // namespace vok
+/// Reads a whole file, standard input for "-". False, with the reason in `error`, when it cannot be
+/// opened or the content's own `read` refuses it.
+template <typename Content>
+bool readFile(const std::string& name, Content& content, std::string& error) {
+  if (name == "-") return content.read(std::cin, error);
+  std::ifstream file(name);
+  if (file) return content.read(file, error);
+  error = "cannot be opened";
+  return false;
+}
+
+}  // namespace vok::tools

@@ -248,18 +248,4 @@ std::vector<Finding> check(const ConfigFile& file, const Keys& keys) {
   return Checker(file, keys).run();
 }
 
-std::string printable(std::string_view text) {
-  constexpr std::string_view DIGITS = "0123456789abcdef";
-  std::string shown;
-  for (const char c : text) {
-    if (c >= ' ' && c <= '~') {
-      shown += c;
-    } else {
-      const auto byte = static_cast<unsigned char>(c);
-      shown += {'\\', 'x', DIGITS[byte / 16], DIGITS[byte % 16]};
-    }
-  }
-  return shown;
-}
-
 }  // namespace vok::confcheck

@@ -3,7 +3,6 @@
 
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "keys.h"
@@ -27,8 +26,5 @@ struct ConfigFile {
 
 /// Everything about the file that was read last, in the order of its lines, what is missing last.
 std::vector<Finding> check(const ConfigFile& file, const Keys& keys);
-
-/// Foreign text for the terminal: printable, one line.
-std::string printable(std::string_view text);
 
 }  // namespace vok::confcheck

@@ -3,9 +3,11 @@
 #include <array>
 #include <iostream>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "check.h"
+#include "commandline.h"
+#include "printable.h"
 
 using namespace vok;
 using namespace vok::confcheck;
@@ -13,20 +15,29 @@ using namespace vok::confcheck;
 namespace {
 
 constexpr int SOMETHING_FOUND = 1;
-constexpr int BAD_ARGUMENT = 2;
 
-constexpr std::string_view USAGE =
-    "usage: confcheck FILE\n"
-    "       confcheck --keys\n"
-    "\n"
-    "  FILE    a configuration of the coach; - is standard input\n"
-    "  --keys  print every key that the coach asks for instead\n"
-    "\n"
-    "Prints one line for each thing found: keys that are missing or that nothing asks\n"
-    "for, keys defined twice, values that end the coach, that it reads only in part, or\n"
-    "that make no sense; and a summary.\n"
-    "\n"
-    "Exit status: 0, 1 when something is found, 2 for bad arguments or an unreadable file.\n";
+struct Options {
+  std::string file;
+  bool keys = false;
+};
+
+tools::Tool commandLine(Options& options) {
+  return {
+      "confcheck",
+      "FILE | --keys",
+      "Prints one line for each thing found: keys that are missing or that nothing asks\n"
+      "for, keys defined twice, values that end the coach, that it reads only in part, or\n"
+      "that make no sense; and a summary.\n",
+      {{"FILE", "", "a configuration of the coach; - is standard input", tools::text(options.file)},
+       {"--keys", "", "print every key that the coach asks for instead",
+        tools::flag(options.keys)}},
+      "Exit status: 0; 1 when something is found; 2 for a wrong argument or an\n"
+      "unreadable file.\n"};
+}
+
+int fail(const std::string& reason) {
+  return tools::fail("confcheck", reason);
+}
 
 /// Keeps standard error shut: what the coach says of itself here is not for the user.
 class Silence {
@@ -39,11 +50,6 @@ class Silence {
  private:
   std::streambuf* before_ = std::cerr.rdbuf(nullptr);
 };
-
-int fail(const std::string& reason) {
-  std::cerr << "confcheck: " << reason << "\n";
-  return BAD_ARGUMENT;
-}
 
 void print(const Keys& keys) {
   constexpr std::array<const char*, 3> KINDS = {"whole number", "number", "two numbers"};
@@ -74,15 +80,10 @@ void print(const std::string& fileName, const std::vector<Finding>& findings,
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string argument = argc == 2 ? argv[1] : "--";
-  if (argument == "--help") {
-    std::cout << USAGE;
-    return 0;
-  }
-  const bool listKeys = argument == "--keys";
-  if (!listKeys && argument.starts_with("--")) {
+  Options options;
+  if (const auto status = readCommandLine(commandLine(options), argc, argv)) return *status;
+  if (options.keys != options.file.empty())
     return fail("wants one FILE, or --keys; --help tells more");
-  }
 
   Keys keys;
   ConfigFile file;
@@ -91,14 +92,16 @@ int main(int argc, char** argv) {
   {
     const Silence silence;
     keys = keysOfCoach();
-    if (!listKeys) readable = file.read(argument == "-" ? "/dev/stdin" : argument.c_str());
-    if (!listKeys && readable) findings = check(file, keys);
+    if (!options.keys) {
+      readable = file.read(options.file == "-" ? "/dev/stdin" : options.file.c_str());
+      if (readable) findings = check(file, keys);
+    }
   }
-  if (!readable) return fail(argument + ": cannot be read");
-  if (listKeys) {
+  if (!readable) return fail(options.file + ": cannot be read");
+  if (options.keys) {
     print(keys);
   } else {
-    print(argument, findings, file.lines.size());
+    print(options.file, findings, file.lines.size());
   }
   if (!std::cout.flush()) return fail("cannot write to standard output");
   return findings.empty() ? 0 : SOMETHING_FOUND;

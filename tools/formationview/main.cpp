@@ -5,47 +5,25 @@
 #include <iostream>
 #include <sstream>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "Config.h"
+#include "commandline.h"
 #include "fielddrawing.h"
 #include "options.h"
 #include "settled.h"
 
 using namespace vok;
+using namespace vok::formationview;
+using tools::DrawnPlayer;
+using tools::FieldDrawing;
 
 namespace {
 
-constexpr std::string_view HELP =
-    R"(Usage: formationview [OPTION...] [CONFIGURATION]
+constexpr int NOTHING_DRAWN = 1;
 
-Draws the places and areas of responsibility that a configuration's formations
-give the ten field players in play once the ball has rested for long. Writes one
-SVG with one picture for every ball position.
-
-  -f FILE           the configuration (default agent.conf)
-  --out FILE        write there instead of to standard output
-  --form-def N      defensive half of formation N (0 to 2), not StartFormationDef
-  --form-off N      offensive half of formation N (0 to 2), not StartFormationOff
-  --ball X,Y        the ball there (default 0,0); may be given several times
-  --ball X,Y:X,Y:N  the ball at N places from the one to the other
-  --offside X       our offside line, 0 to 52.5 (default 15 m in front of the
-                    ball, at least 0 and at most 36); a ball in front of it moves it
-  --help            show this
-
-Metres; our goal is on the left at x = -52.5, y grows downwards. The numbers are
-tactical numbers; blue is defence, amber midfield, red attack, by the head counts
-of the configuration. Thin lines bound the band that the team occupies, the
-dashed line is our offside line.
-
-Ends with status 1 after one line when something given is wrong, and, as the coach
-does, with status 10 when a key of the configuration is missing or malformed.
-)";
-
-int fail(const std::string& reason) {
-  std::cerr << "formationview: " << reason << "\n";
-  return 1;
+int fail(const std::string& reason, int status = tools::BAD_ARGUMENT) {
+  return tools::fail("formationview", reason, status);
 }
 
 struct RoleColours {
@@ -82,7 +60,7 @@ FieldDrawing draw(const SettledTeam& team, Vector2d ball) {
 
 int write(const std::vector<FieldDrawing>& drawings, const std::string& fileName) {
   if (fileName.empty()) {
-    writeSheet(std::cout, drawings);
+    tools::writeSheet(std::cout, drawings);
     return std::cout.flush() ? 0 : fail("cannot write to standard output");
   }
   std::ofstream file(fileName);
@@ -94,11 +72,9 @@ int write(const std::vector<FieldDrawing>& drawings, const std::string& fileName
 
 int main(int argc, char** argv) {
   Options options;
-  if (const auto reason = parse({argv + 1, argv + argc}, options)) return fail(*reason);
-  if (options.help) {
-    std::cout << HELP;
-    return 0;
-  }
+  if (const auto status = readCommandLine(commandLine(options), argc, argv)) return *status;
+  if (options.configFile.empty()) options.configFile = "agent.conf";
+  if (options.balls.empty()) options.balls.emplace_back();
   if (!Config::readFile(options.configFile.c_str())) {
     return fail("cannot read the configuration '" + options.configFile + "'");
   }
@@ -109,7 +85,7 @@ int main(int argc, char** argv) {
   std::vector<FieldDrawing> drawings;
   for (const Vector2d ball : options.balls) {
     const auto team = pitch.settle(ball, options.offside);
-    if (!team) return fail("the formation's values are too large to draw");
+    if (!team) return fail("the formation's values are too large to draw", NOTHING_DRAWN);
     drawings.push_back(draw(*team, ball));
   }
   return write(drawings, options.outFile);

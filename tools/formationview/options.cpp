@@ -1,27 +1,23 @@
 #include "options.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <string_view>
 
+#include "pitch.h"
 #include "scanner.h"
 
-namespace vok {
+namespace vok::formationview {
 namespace {
 
-constexpr double HALF_LENGTH = 52.5;  // of the field, metres
-constexpr double HALF_WIDTH = 34;
+constexpr int LAST_FORMATION = 2;
 constexpr int MAX_PICTURES = 100;
-
-using Reason = std::optional<std::string>;
 
 bool readPoint(Scanner& text, Vector2d& point) {
   return text.real(point.x) && text.literal(',') && text.real(point.y) &&
          std::abs(point.x) <= HALF_LENGTH && std::abs(point.y) <= HALF_WIDTH;
 }
 
-/// A point, or two and how many positions the way between them has.
+/// A point, or two points and how many positions the way between them has.
 bool readSweep(Scanner text, Vector2d& from, Vector2d& to, int& count) {
   if (!readPoint(text, from)) return false;
   to = from;
@@ -31,86 +27,61 @@ bool readSweep(Scanner text, Vector2d& from, Vector2d& to, int& count) {
          count >= 2 && text.rest().empty();
 }
 
-Reason takeBall(Options& options, const std::string& value) {
+bool takeBall(std::vector<Vector2d>& balls, const std::string& value) {
   Vector2d from;
   Vector2d to;
   int count = 0;
-  if (!readSweep(Scanner(value), from, to, count)) {
-    return "--ball needs X,Y or X,Y:X,Y:COUNT with |X| <= 52.5, |Y| <= 34 and COUNT >= 2, not '" +
-           value + "'";
-  }
-  if (count > MAX_PICTURES - static_cast<int>(options.balls.size())) {
-    return "more than " + std::to_string(MAX_PICTURES) + " ball positions";
-  }
+  if (!readSweep(Scanner(value), from, to, count)) return false;
+  if (count > MAX_PICTURES - static_cast<int>(balls.size())) return false;
   for (int i = 0; i < count; ++i) {
     const double share = static_cast<double>(i) / std::max(count - 1, 1);
-    options.balls.push_back(from + share * (to - from));
+    balls.push_back(from + share * (to - from));
   }
-  return std::nullopt;
+  return true;
 }
 
-Reason takeOffside(Options& options, const std::string& value) {
-  Scanner text(value);
-  double x = 0;
-  if (!text.real(x) || !text.rest().empty() || x < 0 || x > HALF_LENGTH) {
-    return "--offside needs an x from 0 to 52.5, not '" + value + "'";
-  }
-  options.offside = x;
-  return std::nullopt;
+/// Whether the file is the first one that is named.
+bool takeConfiguration(std::string& file, const std::string& value) {
+  if (!file.empty() || value.empty()) return false;
+  file = value;
+  return true;
 }
-
-Reason takeFormation(std::optional<int>& formation, const std::string& value) {
-  if (value != "0" && value != "1" && value != "2") {
-    return "a formation is 0, 1 or 2, not '" + value + "'";
-  }
-  formation = value[0] - '0';
-  return std::nullopt;
-}
-
-Reason takeName(std::string& name, const char* what, const std::string& value) {
-  if (value.empty()) return std::string(what) + " needs a name";
-  name = value;
-  return std::nullopt;
-}
-
-struct OptionRow {
-  std::string_view name;
-  Reason (*take)(Options&, const std::string& value);
-};
-
-constexpr auto ROWS = std::to_array<OptionRow>({
-    {"-f", [](Options& o,
-              const std::string& v) { return takeName(o.configFile, "the configuration", v); }},
-    {"--out", [](Options& o, const std::string& v) { return takeName(o.outFile, "--out", v); }},
-    {"--form-def", [](Options& o, const std::string& v) { return takeFormation(o.formDef, v); }},
-    {"--form-off", [](Options& o, const std::string& v) { return takeFormation(o.formOff, v); }},
-    {"--ball", takeBall},
-    {"--offside", takeOffside},
-});
 
 }  // namespace
 
-std::optional<std::string> parse(const std::vector<std::string>& arguments, Options& options) {
-  bool named = false;  // the configuration
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const std::string& argument = arguments[i];
-    if (argument == "--help") {
-      options.help = true;
-      return std::nullopt;
-    }
-    const bool bare = !argument.starts_with("-");
-    const std::string_view name = bare ? std::string_view("-f") : std::string_view(argument);
-    const auto* const row =
-        std::find_if(ROWS.begin(), ROWS.end(),
-                     [name](const OptionRow& candidate) { return candidate.name == name; });
-    if (row == ROWS.end()) return "unknown option '" + argument + "'";
-    if (!bare && ++i == arguments.size()) return argument + " needs a value";
-    if (name == "-f" && named) return "more than one configuration: '" + arguments[i] + "'";
-    named = named || name == "-f";
-    if (Reason reason = row->take(options, arguments[i])) return reason;
-  }
-  if (options.balls.empty()) options.balls.emplace_back();
-  return std::nullopt;
+tools::Tool commandLine(Options& options) {
+  using tools::number;
+  const auto configuration = [&options](const std::string& value) {
+    return takeConfiguration(options.configFile, value);
+  };
+  return {
+      "formationview",
+      "[OPTION...] [CONFIGURATION]",
+      "Draws the places and areas of responsibility that a configuration's formations\n"
+      "give the ten field players in play once the ball has rested for long. Writes one\n"
+      "SVG with one picture for every ball position.\n",
+      {{"CONFIGURATION", "", "one file (default agent.conf)", configuration},
+       {"-f", "FILE", "the same one file, as an option", configuration},
+       {"--out", "FILE", "write there instead of to standard output", tools::text(options.outFile)},
+       {"--form-def", "N", "defensive half of formation N (0 to 2), not StartFormationDef",
+        number(options.formDef, 0, LAST_FORMATION)},
+       {"--form-off", "N", "offensive half of formation N (0 to 2), not StartFormationOff",
+        number(options.formOff, 0, LAST_FORMATION)},
+       {"--ball", "X,Y[:X,Y:N]",
+        "the ball at this place on the field (default 0,0), or at N places, 2 or more, from the "
+        "one to the other; may be given several times, for at most 100 places",
+        [&options](const std::string& value) { return takeBall(options.balls, value); }},
+       {"--offside", "X",
+        "our offside line, from 0 to their goal line (default 15 m in front of the ball, but at "
+        "least 0 and outside their penalty area); a ball in front of it moves it",
+        number(options.offside, 0.0, HALF_LENGTH)}},
+      "Metres, with the centre spot at 0,0: our goal is on the left, y grows downwards.\n"
+      "The numbers are tactical numbers; blue is defence, amber midfield, red attack, by\n"
+      "the head counts of the configuration. Thin lines bound the band that the team\n"
+      "occupies, the dashed line is our offside line.\n\n"
+      "Exit status: 0; 1 when the formation's values are too large to draw; 2 for a wrong\n"
+      "argument or a file that cannot be read or written; as with the coach, 10 when a key\n"
+      "of the configuration is missing or malformed.\n"};
 }
 
-}  // namespace vok
+}  // namespace vok::formationview

@@ -5,22 +5,22 @@
 #include <string>
 #include <vector>
 
+#include "commandline.h"
 #include "coordinates.h"
 
-namespace vok {
+namespace vok::formationview {
 
 /// What is not given is the configuration's or follows from the ball.
 struct Options {
-  bool help = false;
-  std::string configFile = "agent.conf";
-  std::string outFile;  ///< empty: standard output
+  std::string configFile;  ///< empty: agent.conf
+  std::string outFile;     ///< empty: standard output
   std::optional<int> formDef;
   std::optional<int> formOff;
-  std::optional<double> offside;
-  std::vector<Vector2d> balls;  ///< at least one once read, all on the field
+  std::optional<double> offside;  ///< x, metres
+  std::vector<Vector2d> balls;    ///< all on the field; empty when none was given
 };
 
-/// The reason when the command line is wrong.
-std::optional<std::string> parse(const std::vector<std::string>& arguments, Options& options);
+/// What reads a command line into the options, which must live as long.
+tools::Tool commandLine(Options& options);
 
-}  // namespace vok
+}  // namespace vok::formationview

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace vok {
+namespace vok::formationview {
 namespace {
 
 constexpr double GUARD = 15;              // metres that opponents keep between the ball and them
@@ -65,4 +65,4 @@ Role Pitch::roleOf(int n) const {
   return tactical_.ourTeamMidfield(n) ? Role::MIDFIELD : Role::ATTACK;
 }
 
-}  // namespace vok
+}  // namespace vok::formationview

@@ -8,7 +8,7 @@
 #include "tacticalmodule.h"
 #include "worldmodel.h"
 
-namespace vok {
+namespace vok::formationview {
 
 enum class Role { DEFENCE, MIDFIELD, ATTACK };
 
@@ -48,4 +48,4 @@ class Pitch {
   PositionEval eval_;
 };
 
-}  // namespace vok
+}  // namespace vok::formationview

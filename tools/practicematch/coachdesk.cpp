@@ -7,7 +7,7 @@
 
 #include "audiomsg.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 namespace {
 
@@ -187,4 +187,4 @@ void CoachDesk::viewSent() {
   if (balls_.size() > VIEWS_KEPT) balls_.pop_front();
 }
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

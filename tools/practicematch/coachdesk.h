@@ -12,7 +12,7 @@
 #include "report.h"
 #include "session.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 /// The server's rules for freeform messages: their form, when, and how many.
 class SayRules {
@@ -69,4 +69,4 @@ class CoachDesk {
   std::deque<std::pair<long, Vector2d>> balls_;  ///< of the last views, with their times
 };
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <random>
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 class Dice {
  public:
@@ -21,4 +21,4 @@ class Dice {
   std::mt19937_64 engine_;
 };
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <utility>
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 namespace {
 
@@ -204,4 +204,4 @@ void Match::appendPlayer(std::string& text, const Player& p) const {
   text += ')';
 }
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -11,7 +11,7 @@
 #include "referee.h"
 #include "world.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 struct MatchSettings {
   int cycles = 6000;
@@ -70,4 +70,4 @@ class Match {
   std::array<int, 2> substitutions_{};
 };
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

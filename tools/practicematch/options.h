@@ -1,4 +1,4 @@
-// The command line.
+// The command line of practicematch.
 #pragma once
 
 #include <optional>
@@ -6,7 +6,7 @@
 
 #include "match.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 struct Options {
   MatchSettings match;
@@ -20,12 +20,9 @@ struct Options {
   int waitSeconds = 60;
   bool lenient = false;
   bool quiet = false;
-  bool help = false;
 };
 
-/// Nothing, and one line in `error`, when an argument is wrong.
-std::optional<Options> readOptions(int count, const char* const* arguments, std::string& error);
+/// Reads a command line. A value is the exit status of a program that ends here.
+std::optional<int> readOptions(int argc, char** argv, Options& options);
 
-std::string helpText();
-
-}  // namespace vok::practice
+}  // namespace vok::practicematch

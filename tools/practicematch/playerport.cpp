@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 namespace {
 
@@ -167,4 +167,4 @@ void PlayerPort::endCycle() {
   std::erase_if(clients_, [](const Client& c) { return c.missedInRow == MAX_MISSED_IN_ROW; });
 }
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -11,7 +11,7 @@
 #include "match.h"
 #include "session.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 class PlayerPort {
  public:
@@ -63,4 +63,4 @@ class PlayerPort {
   Clock::time_point nextSenses_;
 };
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 namespace {
 
@@ -246,4 +246,4 @@ const Player* Players::bestMate(const World& world, const Player& p, bool setPla
   return best;
 }
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

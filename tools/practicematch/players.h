@@ -7,7 +7,7 @@
 #include "referee.h"
 #include "world.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 class Players {
  public:
@@ -35,4 +35,4 @@ class Players {
   Side control_ = Side::Left;  ///< the team that touched the ball last
 };
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 namespace {
 
@@ -162,4 +162,4 @@ std::string serverParamText(int halfTimeCycles, bool synch, int port) {
   return text;
 }
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -7,7 +7,7 @@
 
 #include "dice.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 /// One type; metres and cycles. Starts as the default type, id 0.
 struct HeteroType {
@@ -36,4 +36,4 @@ std::string serverParamText(int halfTimeCycles, bool synch, int port);
 /// Six significant digits, as the server writes every real number.
 void appendNumber(std::string& text, double number);
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

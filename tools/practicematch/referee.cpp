@@ -5,7 +5,7 @@
 
 #include "playmodes.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 namespace {
 
@@ -299,4 +299,4 @@ bool Referee::offsidePlace(const World& world, Side attacker, Vector2d place) {
   return way * place.x > std::max({0.0, lastButOne, way * world.ball.pos.x});
 }
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -7,7 +7,7 @@
 
 #include "world.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 enum class Mode {
   BeforeKickOff,
@@ -90,4 +90,4 @@ class Referee {
   std::array<bool, 12> offside_{};  ///< by number: stood offside at the last touch of its side
 };
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -6,7 +6,7 @@
 #include <ostream>
 #include <string_view>
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 namespace {
 
@@ -130,4 +130,4 @@ void Report::printTypes(std::ostream& out, const Match& match) const {
   out << '\n';
 }
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

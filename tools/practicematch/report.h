@@ -9,7 +9,7 @@
 
 #include "match.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 /// Why a session ended.
 enum class Ending { Stayed, LeftEarly, Silent, NotAnswering, NoEye, Interrupted };
@@ -44,4 +44,4 @@ struct Report {
   void printTypes(std::ostream& out, const Match& match) const;
 };
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -8,7 +8,7 @@
 #include "playerport.h"
 #include "report.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 namespace {
 
@@ -172,7 +172,7 @@ class MatchService {
 
 class RecordingService {
  public:
-  RecordingService(const Options& options, Session& session, const Recording& played)
+  RecordingService(const Options& options, Session& session, const tools::Recording& played)
       : recording_(played),
         counter_{session},
         inStep_(options.speed == 0 && recording_.synchronous()),
@@ -189,7 +189,7 @@ class RecordingService {
     StatusLine status;
     const auto start = Clock::now();
     int sent = 0;
-    for (const RecordedText& entry : recording_.texts) {
+    for (const tools::RecordedText& entry : recording_.texts) {
       if (!inStep_)
         waitUntil(start +
                   std::chrono::duration_cast<Clock::duration>(
@@ -242,7 +242,7 @@ class RecordingService {
     ++counter_.report.commands[std::string(kind)];
   }
 
-  const Recording& recording_;
+  const tools::Recording& recording_;
   Counter counter_;
   bool inStep_;
   double speed_;
@@ -299,7 +299,7 @@ int serveMatch(const Options& options, Session& session) {
   return report.ending == Ending::Stayed ? 0 : 1;
 }
 
-int serveRecording(const Options& options, const Recording& recording, Session& session) {
+int serveRecording(const Options& options, const tools::Recording& recording, Session& session) {
   if (!waitForCoach(options, session, options.team, recording.team())) return 1;
   RecordingService service(options, session, recording);
   const Report& report = service.run();
@@ -307,4 +307,4 @@ int serveRecording(const Options& options, const Recording& recording, Session& 
   return report.ending == Ending::Stayed ? 0 : 1;
 }
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

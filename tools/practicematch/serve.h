@@ -5,10 +5,10 @@
 #include "recording.h"
 #include "session.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 /// Each waits for a coach, serves it, prints the report and returns the exit status.
 int serveMatch(const Options& options, Session& session);
-int serveRecording(const Options& options, const Recording& recording, Session& session);
+int serveRecording(const Options& options, const tools::Recording& recording, Session& session);
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

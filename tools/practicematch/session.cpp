@@ -11,7 +11,7 @@
 #include <cerrno>
 #include <cstring>
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 namespace {
 
@@ -160,4 +160,4 @@ std::optional<Command> Session::receive(Clock::time_point deadline) {
   return std::nullopt;
 }
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 using Clock = std::chrono::steady_clock;
 
@@ -91,4 +91,4 @@ inline bool sameAddress(const sockaddr_in& a, const sockaddr_in& b) {
 /// The team's name in "(init NAME (version N))"; nothing when the text is no such command.
 std::optional<std::string> initTeam(std::string_view text);
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -5,7 +5,7 @@
 #include <numbers>
 #include <utility>
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 namespace {
 
@@ -155,4 +155,4 @@ void World::separate() {
   }
 }
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

@@ -12,7 +12,7 @@
 #include "dice.h"
 #include "playertypes.h"
 
-namespace vok::practice {
+namespace vok::practicematch {
 
 inline constexpr double HALF_LENGTH = 52.5;
 inline constexpr double HALF_WIDTH = 34;
@@ -106,4 +106,4 @@ double distance(Vector2d a, Vector2d b);
 /// Direction from one point to another in degrees.
 double direction(Vector2d from, Vector2d to);
 
-}  // namespace vok::practice
+}  // namespace vok::practicematch

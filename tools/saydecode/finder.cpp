@@ -3,7 +3,7 @@
 #include <istream>
 #include <string>
 
-namespace vok {
+namespace vok::saydecode {
 namespace {
 
 constexpr std::size_t CODE_SIZE = 64;        ///< characters that messages are made of
@@ -60,4 +60,4 @@ void readMessages(std::istream& in, const std::function<void(const AudioMsg&, lo
   endRun();
 }
 
-}  // namespace vok
+}  // namespace vok::saydecode

@@ -8,7 +8,7 @@
 
 #include "audiomsg.h"
 
-namespace vok {
+namespace vok::saydecode {
 
 /// The messages in a run of characters of the code, first to last, unread. Anything with a valid
 /// checksum is one when it fills the run, and a coach's also within it. A damaged one is
@@ -18,4 +18,4 @@ std::vector<AudioMsg> findMessages(std::string_view run);
 /// Reads to the end, in constant memory, and calls `found` with each message and its line (from 1).
 void readMessages(std::istream& in, const std::function<void(const AudioMsg&, long)>& found);
 
-}  // namespace vok
+}  // namespace vok::saydecode

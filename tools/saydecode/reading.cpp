@@ -8,7 +8,7 @@
 #include "Config.h"
 #include "constants.h"
 
-namespace vok {
+namespace vok::saydecode {
 namespace {
 
 std::string numberOr(int number, int none, const char* nobody) {
@@ -86,18 +86,18 @@ void printNews(std::ostream& out, const CoachNews& news) {
   }
 }
 
-FieldDrawing draw(const CoachNews& news, const AudioMsg& msg) {
+tools::FieldDrawing draw(const CoachNews& news, const AudioMsg& msg) {
   const Worldmodel& world = news.world;
-  FieldDrawing drawing;
+  tools::FieldDrawing drawing;
   for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     const auto number = static_cast<unsigned>(n);
     const bool named = number == news.opponents / 12 || number == news.opponents % 12;
     const int type = world.otherTeam[n].type;
     drawing.players.push_back({world.otherTeam[n].pos, false, n, n == world.otherGoalieNo,
-                               named ? Ring::DASHED : Ring::NONE,
+                               named ? tools::Ring::DASHED : tools::Ring::NONE,
                                type == -1 ? "" : "type " + std::to_string(type)});
     drawing.players.push_back({world.ourTeam[n].pos, true, n, n == world.ourGoalieNo,
-                               number == news.kicker ? Ring::SOLID : Ring::NONE, ""});
+                               number == news.kicker ? tools::Ring::SOLID : tools::Ring::NONE, ""});
   }
   drawing.ball = world.ball.pos;
   std::ostringstream caption;
@@ -108,4 +108,4 @@ FieldDrawing draw(const CoachNews& news, const AudioMsg& msg) {
   return drawing;
 }
 
-}  // namespace vok
+}  // namespace vok::saydecode

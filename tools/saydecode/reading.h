@@ -7,7 +7,7 @@
 #include "fielddrawing.h"
 #include "worldmodel.h"
 
-namespace vok {
+namespace vok::saydecode {
 
 /// The content of a coach's message.
 struct CoachNews {
@@ -25,6 +25,6 @@ std::optional<CoachNews> readNews(AudioMsg msg);
 void printHeader(std::ostream& out, const AudioMsg& msg);
 void printNews(std::ostream& out, const CoachNews& news);
 /// The picture of a message; the kicker and the two opponents are marked.
-FieldDrawing draw(const CoachNews& news, const AudioMsg& msg);
+tools::FieldDrawing draw(const CoachNews& news, const AudioMsg& msg);
 
-}  // namespace vok
+}  // namespace vok::saydecode

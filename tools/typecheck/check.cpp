@@ -27,7 +27,7 @@ playing_side otherSide(playing_side side) {
 }
 
 /// The first texts of a recording: the answer to the check-in and the two parameter messages.
-bool checkIn(Comm& comm, const Recording& capture, playing_side side, std::string& error) {
+bool checkIn(Comm& comm, const tools::Recording& capture, playing_side side, std::string& error) {
   const auto& texts = capture.texts;
   const std::string init = std::string("(init ") + (side == SIDE_LEFT ? 'l' : 'r') + " ok)";
   if (texts.size() < 3 || texts[0].text != init) {
@@ -124,8 +124,8 @@ int Truth::typeAt(playing_side side, int number, long time) const {
   return type;
 }
 
-bool check(const Recording& capture, const Truth& truth, const std::string& team, playing_side side,
-           bool fromDecay, Findings& findings, std::string& error) {
+bool check(const tools::Recording& capture, const Truth& truth, const std::string& team,
+           playing_side side, bool fromDecay, Findings& findings, std::string& error) {
   for (const char* key : NEEDED_KEYS) setEntry(key, "0");
   setEntry("tac_typesFromDecay", fromDecay ? "1" : "0");
 

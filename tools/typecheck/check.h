@@ -48,7 +48,7 @@ using Findings = Squad<Finding>;  ///< by shirt number
 
 /// What the coach of `team` on `side` finds out. False with the reason when the recording is none
 /// of that coach.
-bool check(const Recording& capture, const Truth& truth, const std::string& team, playing_side side,
-           bool fromDecay, Findings& findings, std::string& error);
+bool check(const tools::Recording& capture, const Truth& truth, const std::string& team,
+           playing_side side, bool fromDecay, Findings& findings, std::string& error);
 
 }  // namespace vok::typecheck

@@ -1,14 +1,13 @@
 // Runs the inference of the opponents' types over a recorded match, from the decay of their speed
 // and without it, and compares its verdicts with the truth.
 #include <algorithm>
-#include <fstream>
 #include <iomanip>
 #include <iostream>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "check.h"
+#include "commandline.h"
 
 using namespace vok;
 using namespace vok::typecheck;
@@ -16,18 +15,6 @@ using namespace vok::typecheck;
 namespace {
 
 constexpr int WRONG_VERDICT = 1;
-constexpr int BAD_ARGUMENT = 2;
-
-constexpr std::string_view USAGE =
-    "usage: typecheck CAPTURE TRUTH --team NAME --side l|r\n"
-    "\n"
-    "  CAPTURE      a recorded match: milliseconds, tab, text; - is standard input\n"
-    "  TRUTH        time, side, shirt number and type of each player\n"
-    "  --team NAME  the coach's team\n"
-    "  --side l|r   its side; the opponents are the other one's\n"
-    "\n"
-    "Exit status: 0, 1 when a verdict from the decay is wrong at the end, 2 for bad arguments\n"
-    "or unreadable files.\n";
 
 struct Options {
   std::string capture;
@@ -36,45 +23,31 @@ struct Options {
   playing_side side = SIDE_UNKNOWN;
 };
 
-bool readSide(std::string_view letter, playing_side& side) {
+bool readSide(const std::string& letter, playing_side& side) {
   if (letter == "l") side = SIDE_LEFT;
   if (letter == "r") side = SIDE_RIGHT;
   return letter == "l" || letter == "r";
 }
 
-bool readOptions(int argc, char** argv, Options& options) {
-  std::vector<std::string> files;
-  for (int i = 1; i < argc; ++i) {
-    const std::string word = argv[i];
-    const bool hasValue = i + 1 < argc;
-    if (word == "--team" && hasValue) {
-      options.team = argv[++i];
-    } else if (word == "--side" && hasValue) {
-      if (!readSide(argv[++i], options.side)) return false;
-    } else if (word.starts_with("--")) {
-      return false;
-    } else {
-      files.push_back(word);
-    }
-  }
-  if (files.size() != 2 || options.team.empty() || options.side == SIDE_UNKNOWN) return false;
-  options.capture = files[0];
-  options.truth = files[1];
-  return true;
+tools::Tool commandLine(Options& options) {
+  return {
+      "typecheck",
+      "CAPTURE TRUTH --team NAME --side l|r",
+      "Runs the inference of the opponents' player types over a recorded match, from the\n"
+      "decay of their speed and without it, and compares its verdicts with the truth.\n",
+      {{"CAPTURE", "", "a recorded match: lines of milliseconds, tab and text; - is standard input",
+        tools::text(options.capture), true},
+       {"TRUTH", "", "lines of time, side (l or r), shirt number and type of each player",
+        tools::text(options.truth), true},
+       {"--team", "NAME", "the coach's team", tools::text(options.team), true},
+       {"--side", "l|r", "its side, l or r; the opponents are the other one's",
+        [&options](const std::string& value) { return readSide(value, options.side); }, true}},
+      "Exit status: 0; 1 when a verdict from the decay is wrong at the end; 2 for a wrong\n"
+      "argument or an unreadable file.\n"};
 }
 
-template <typename Content>
-bool readFile(const std::string& name, Content& content) {
-  std::string error = "cannot be read";
-  bool ok = false;
-  if (name == "-") {
-    ok = content.read(std::cin, error);
-  } else {
-    std::ifstream file(name);
-    ok = file && content.read(file, error);
-  }
-  if (!ok) std::cerr << "typecheck: " << name << ": " << error << "\n";
-  return ok;
+int fail(const std::string& reason) {
+  return tools::fail("typecheck", reason);
 }
 
 void printType(int type) {
@@ -112,25 +85,19 @@ void print(const Findings& findings) {
 
 int main(int argc, char** argv) {
   Options options;
-  if (argc == 2 && std::string_view(argv[1]) == "--help") {
-    std::cout << USAGE;
-    return 0;
-  }
-  if (!readOptions(argc, argv, options)) {
-    std::cerr << "typecheck: wants CAPTURE TRUTH --team NAME --side l|r; --help tells more\n";
-    return BAD_ARGUMENT;
-  }
-  Recording capture;
+  if (const auto status = readCommandLine(commandLine(options), argc, argv)) return *status;
+  tools::Recording capture;
   Truth truth;
-  if (!readFile(options.capture, capture) || !readFile(options.truth, truth)) return BAD_ARGUMENT;
+  std::string error;
+  if (!tools::readFile(options.capture, capture, error))
+    return fail(options.capture + ": " + error);
+  if (!tools::readFile(options.truth, truth, error)) return fail(options.truth + ": " + error);
 
   int status = 0;
   for (const bool fromDecay : {true, false}) {
     Findings findings;
-    std::string error;
     if (!check(capture, truth, options.team, options.side, fromDecay, findings, error)) {
-      std::cerr << "typecheck: " << error << "\n";
-      return BAD_ARGUMENT;
+      return fail(error);
     }
     std::cout << "tac_typesFromDecay = " << (fromDecay ? 1 : 0)
               << " (cycles of play on until the verdict, those of them in which it moved)\n";
@@ -139,9 +106,6 @@ int main(int argc, char** argv) {
                                       [](const Finding& finding) { return finding.isWrong(); });
     if (fromDecay && anyWrong) status = WRONG_VERDICT;
   }
-  if (!std::cout.flush()) {
-    std::cerr << "typecheck: cannot write to standard output\n";
-    return BAD_ARGUMENT;
-  }
+  if (!std::cout.flush()) return fail("cannot write to standard output");
   return status;
 }

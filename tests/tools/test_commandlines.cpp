@@ -1,0 +1,98 @@
+// The command lines of all tools, which one table reads.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "support/server.h"
+
+namespace vok::test {
+namespace {
+
+const char* const TOOLS[] = {"confcheck", "formationview", "practicematch", "saydecode",
+                             "typecheck"};
+
+/// Runs a tool with arguments for the shell: its status, and what it wrote on both streams.
+std::pair<int, std::string> run(const std::string& toolAndArguments) {
+  return runCommand(VOK_BIN_DIR "/" + toolAndArguments + " </dev/null");
+}
+
+TEST(CommandLines, HelpAndVersionAreShownByEveryTool) {
+  std::ifstream file(VOK_SOURCE_DIR "/CMakeLists.txt");
+  std::stringstream project;
+  project << file.rdbuf();
+  for (const std::string tool : TOOLS) {
+    const auto [status, help] = run(tool + " --help");
+    EXPECT_EQ(status, 0) << tool;
+    EXPECT_TRUE(help.starts_with("Usage: " + tool + " ")) << help;
+    for (const std::string& line : lines(help)) EXPECT_LE(line.size(), 84U) << line;
+    const auto [versionStatus, version] = run(tool + " --version");
+    EXPECT_EQ(versionStatus, 0) << tool;
+    ASSERT_TRUE(version.starts_with(tool + " (VOK) ") && version.ends_with('\n')) << version;
+    const std::string number = version.substr(tool.size() + 7, version.size() - tool.size() - 8);
+    EXPECT_EQ(count(project.str(), "project(VOK VERSION " + number + " "), 1U) << number;
+  }
+}
+
+TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
+  const std::string shipped = SHIPPED_CONFIG;
+  const ChangedConfig huge("Form0_def_PosX", "Form0_def_PosX = 1e308, 2, 2, 8, 32");
+  struct Case {
+    std::string arguments, line;  ///< how the line goes on behind "TOOL: "
+    int status = 2;
+  };
+  std::vector<Case> cases = {
+      {"confcheck", "wants one FILE, or --keys"},
+      {"confcheck a b", "unexpected argument 'b'"},
+      {"confcheck --keys a", "wants one FILE, or --keys"},
+      {"confcheck no/such", "no/such: cannot be read"},
+      {"confcheck " VOK_SOURCE_DIR, VOK_SOURCE_DIR ": cannot be read"},
+      {"formationview no/such", "cannot read the configuration 'no/such'"},
+      {"formationview -f", "-f needs a value"},
+      {"formationview --ball", "--ball needs a value"},
+      {"formationview -f a b", "CONFIGURATION cannot be 'b'"},
+      {"formationview -x", "unknown option '-x'"},
+      {"formationview " + shipped + " --out no/such/file", "cannot write 'no/such/file'"},
+      {"formationview " + huge.path, "the formation's values are too large to draw", 1},
+      {"practicematch --quiet=1", "--quiet has no value"},
+      {"practicematch --seed", "--seed needs a value"},
+      {"practicematch a", "unexpected argument 'a'"},
+      {"practicematch --synch --step 10", "--synch does not go with --step"},
+      {"practicematch --speed 2", "--speed goes only with --replay"},
+      {"practicematch --replay x --types 3", "--types does not go with --replay"},
+      {"practicematch --replay no/such", "--replay no/such: cannot be opened"},
+      {"saydecode '--a\x1b'", "unknown option '--a\\x1b'"},
+      {"saydecode --svg", "--svg needs a value"},
+      {"saydecode --svg no/such/file -- a", "no message found", 1},
+      {"typecheck --team", "--team needs a value"},
+      {"typecheck a b --side l", "--team is missing"},
+      {"typecheck no/such b --team A --side l", "no/such: cannot be opened"},
+  };
+  for (const std::string tool : TOOLS)
+    cases.push_back({tool + " --bogus", "unknown option '--bogus'"});
+  const std::pair<std::string, Lines> wrongValues[] = {
+      {"formationview --ball", {"1,2,3", "nan,0", "0,0:1,1:1", "0,0:1,1:101", "52.6,0", "0,-34.1"}},
+      {"formationview --form-def", {"3", "-1", "x", "1x"}},
+      {"formationview --offside", {"-0.1", "52.6", "nan"}},
+      {"practicematch --cycles", {"1", "100001", "10x", "''"}},
+      {"practicematch --team", {"'a b'", "sixteen-letters-"}},
+      {"typecheck --side", {"x"}},
+  };
+  for (const auto& [option, values] : wrongValues) {
+    for (const std::string& value : values) {
+      const bool bare = value.starts_with('\'');
+      cases.push_back({option + " " + value, option.substr(option.find("--")) + " cannot be " +
+                                                 (bare ? value : "'" + value + "'")});
+    }
+  }
+  for (const auto& [arguments, line, status] : cases) {
+    const auto [ended, output] = run(arguments);
+    EXPECT_EQ(ended, status) << arguments;
+    EXPECT_EQ(count(output, "\n"), 1U) << output;
+    EXPECT_TRUE(output.starts_with(arguments.substr(0, arguments.find(' ')) + ": " + line))
+        << output;
+  }
+}
+
+}  // namespace
+}  // namespace vok::test
