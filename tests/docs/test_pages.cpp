@@ -11,8 +11,10 @@
 
 #include "Parser.h"
 #include "asyncinfo.h"
+#include "mcommand.h"
 #include "playmodes.h"
 #include "support/server.h"
+#include "support/world.h"
 
 namespace vok::test {
 namespace {
@@ -139,6 +141,38 @@ TEST(ServerMessagesPage, QuotesOnlyDiagnosticsThatExist) {
       EXPECT_NE(sources.find(piece), std::string::npos) << "\"" << piece << "\" of " << line;
     }
   }
+}
+
+TEST(MonitorCommandsPage, ShowsWhatTheLibraryWrites) {
+  const Vector2d a(1, -2);
+  const Vector2d b(0.25, 34);
+  const std::vector<MCommand> commands = {MLog("hello", 7),
+                                          MMarker(a, "here\"there", 5),
+                                          MDPosition(a, 5),
+                                          MDCircle(a, 9.15, true, MDot, 5),
+                                          MDLine(a, b, MSolid, 5),
+                                          MDVLine(10.5, MDash, 20),
+                                          MDBox(a, b, MDashDot, 5),
+                                          MDCorridor(a, b, 2, Angle(0.5), MDashDotDot, 5),
+                                          MDLabel(a, "free text", 5),
+                                          MStop(),
+                                          MDropBall({1.0 / 3, -52.123456}),
+                                          MFreekickUs(a),
+                                          MFreekickThem(a),
+                                          MSetPlayer(true, 11, a, Angle(-1)),
+                                          MELog(3, 42, "pass", "to", "7", "a \"good\" one", 9)};
+  const std::string page = fileText(ROOT + "docs/monitor-commands.md");
+  Lines written;
+  for (const MCommand& command : commands) written.push_back(command.encoded);
+  EXPECT_EQ(all(page, "\n\\| `M[^|]*\\|[^|]*\\| `(.*?)` \\|"), written);
+
+  Worldmodel world = newWorld();
+  world.playMode = PLAY_MODE_FREE_KICK_US;
+  world.adjust(
+      parsed("(see_global 42 ((g l) -52.5 0) ((b) -20.5 -3 0.25 0) "
+             "((p \"Alpha\" 1 goalie) -50 0.5 0 0.1 90 0) "
+             "((p \"Alpha\" 2) -35.5 -9 0.2 0.1 -45 0))"));
+  EXPECT_TRUE(MSnapshot(world).encoded.starts_with(block(page, "snapshot")));
 }
 
 }  // namespace
