@@ -165,7 +165,7 @@ TEST_F(PracticeDesk, ComparesWhatACoachSaysWithTheViewOfThatTime) {
             std::tuple(4, 2, 1));
   EXPECT_EQ(report.lastTypes[4], 7);
   EXPECT_EQ(report.lastTypesUnknown, 10);
-  EXPECT_EQ(report.lastTypesRight, match.state().team(Side::Right)[3].type == 7 ? 1 : 0);
+  EXPECT_EQ(report.lastTypesRight, match.state().team(Side::Right)[4].type == 7 ? 1 : 0);
 }
 
 TEST(PracticePlayers, AreLetInOnceAndGivenUpWhenTheyStaySilent) {

@@ -1,9 +1,12 @@
 #include "fielddrawing.h"
 
 #include <algorithm>
+#include <cmath>
 #include <ostream>
 #include <string>
 #include <string_view>
+
+#include "pitch.h"
 
 namespace vok::tools {
 namespace {
@@ -11,7 +14,8 @@ namespace {
 // Metres. The frame has the field's proportions and leaves room for the goals, the benches beyond
 // the upper side line and the caption.
 constexpr double FRAME_X = 59.0;
-constexpr double FRAME_Y = FRAME_X * 68 / 105;
+constexpr double FRAME_Y = FRAME_X * HALF_WIDTH / HALF_LENGTH;
+constexpr double GRASS_Y = 39;  // a little beyond the frame
 constexpr double PLAYER_RADIUS = 1.35;
 
 // Pixels of a picture alone and of one among others.
@@ -20,25 +24,67 @@ constexpr int HEIGHT = 680;
 constexpr int SHEET_WIDTH = 630;
 constexpr int SHEET_HEIGHT = 408;
 
-// The field's picture never changes. The arcs before the penalty areas are the parts of the
-// circles of 9.15 m around the penalty spots (11 m) outside the areas (16.5 m).
-constexpr std::string_view FIELD = R"(<rect x='-59' y='-39' width='118' height='78' fill='#2e6b34'/>
-<g fill='none' stroke='#e8f0e8' stroke-width='0.2'>
-<rect x='-52.5' y='-34' width='105' height='68' fill='#37803f'/>
-<line x1='0' y1='-34' x2='0' y2='34'/>
-<circle r='9.15'/>
-<rect x='-52.5' y='-20.16' width='16.5' height='40.32'/>
-<rect x='36' y='-20.16' width='16.5' height='40.32'/>
-<rect x='-52.5' y='-9.16' width='5.5' height='18.32'/>
-<rect x='47' y='-9.16' width='5.5' height='18.32'/>
-<path d='M-36,-7.31 A9.15,9.15 0 0 1 -36,7.31 M36,-7.31 A9.15,9.15 0 0 0 36,7.31'/>
-<path d='M-52.5,-33 A1,1 0 0 0 -51.5,-34 M52.5,-33 A1,1 0 0 1 51.5,-34'/>
-<path d='M-52.5,33 A1,1 0 0 1 -51.5,34 M52.5,33 A1,1 0 0 0 51.5,34'/>
-<rect x='-54.94' y='-7.01' width='2.44' height='14.02' fill='#1d4421'/>
-<rect x='52.5' y='-7.01' width='2.44' height='14.02' fill='#1d4421'/>
-</g>
-<g fill='#e8f0e8'><circle r='0.35'/><circle cx='-41.5' r='0.35'/><circle cx='41.5' r='0.35'/></g>
-)";
+// What pitch.h does not fix because nothing but the picture needs it, in metres.
+constexpr double PENALTY_SPOT_X = HALF_LENGTH - 11;
+constexpr double GOAL_DEPTH = 2.44;
+constexpr double CORNER_RADIUS = 1;
+constexpr double SPOT_RADIUS = 0.35;
+
+/// A rectangle that the x axis halves, from `x` on; `look` is further attributes.
+void drawBox(std::ostream& out, double x, double length, double halfWidth, const char* look = "") {
+  out << "<rect x='" << x << "' y='" << -halfWidth << "' width='" << length << "' height='"
+      << 2 * halfWidth << "'" << look << "/>\n";
+}
+
+/// The same box at both ends of the pitch, `x` and `x` + `length` being those of the right one.
+void drawBoxes(std::ostream& out, double x, double length, double halfWidth,
+               const char* look = "") {
+  drawBox(out, -x - length, length, halfWidth, look);
+  drawBox(out, x, length, halfWidth, look);
+}
+
+/// An arc, and its mirror image in the other half.
+void drawArcs(std::ostream& out, Vector2d from, Vector2d to, double radius, bool clockwise) {
+  const auto drawOne = [&](double side, bool sweep) {
+    out << "M" << side * from.x << "," << from.y << " A" << radius << "," << radius << " 0 0 "
+        << sweep << " " << side * to.x << "," << to.y;
+  };
+  out << "<path d='";
+  drawOne(1, clockwise);
+  out << " ";
+  drawOne(-1, !clockwise);
+  out << "'/>\n";
+}
+
+/// Half the chord that the front of a penalty area cuts from the circle around the penalty spot,
+/// to the centimetre.
+double penaltyArcHalfWidth() {
+  constexpr double DEPTH = PENALTY_SPOT_X - PENALTY_AREA_X;
+  const double chord = std::sqrt(FREE_KICK_DISTANCE * FREE_KICK_DISTANCE - DEPTH * DEPTH);
+  return std::round(100 * chord) / 100;
+}
+
+void drawPitch(std::ostream& out) {
+  drawBox(out, -FRAME_X, 2 * FRAME_X, GRASS_Y, " fill='#2e6b34'");
+  out << "<g fill='none' stroke='#e8f0e8' stroke-width='0.2'>\n";
+  drawBox(out, -HALF_LENGTH, 2 * HALF_LENGTH, HALF_WIDTH, " fill='#37803f'");
+  out << "<line x1='0' y1='" << -HALF_WIDTH << "' x2='0' y2='" << HALF_WIDTH << "'/>\n"
+      << "<circle r='" << FREE_KICK_DISTANCE << "'/>\n";
+  drawBoxes(out, PENALTY_AREA_X, PENALTY_AREA_LENGTH, PENALTY_AREA_HALF_WIDTH);
+  drawBoxes(out, HALF_LENGTH - GOAL_AREA_LENGTH, GOAL_AREA_LENGTH, GOAL_AREA_HALF_WIDTH);
+  const double chord = penaltyArcHalfWidth();
+  drawArcs(out, {-PENALTY_AREA_X, -chord}, {-PENALTY_AREA_X, chord}, FREE_KICK_DISTANCE, true);
+  for (const double side : {-1.0, 1.0}) {
+    drawArcs(out, {-HALF_LENGTH, side * (HALF_WIDTH - CORNER_RADIUS)},
+             {-HALF_LENGTH + CORNER_RADIUS, side * HALF_WIDTH}, CORNER_RADIUS, side > 0);
+  }
+  drawBoxes(out, HALF_LENGTH, GOAL_DEPTH, GOAL_HALF_WIDTH, " fill='#1d4421'");
+  out << "</g>\n<g fill='#e8f0e8'><circle r='" << SPOT_RADIUS << "'/>";
+  for (const double x : {-PENALTY_SPOT_X, PENALTY_SPOT_X}) {
+    out << "<circle cx='" << x << "' r='" << SPOT_RADIUS << "'/>";
+  }
+  out << "</g>\n";
+}
 
 Vector2d intoFrame(Vector2d pos) {
   constexpr double INSET = PLAYER_RADIUS + 0.2;
@@ -95,13 +141,14 @@ void drawArea(std::ostream& out, const DrawnArea& area) {
 
 void drawLine(std::ostream& out, const DrawnLine& line) {
   const double x = intoFrame({line.x, 0}).x;
-  out << "<line x1='" << x << "' y1='-34' x2='" << x << "' y2='34' stroke='" << line.colour
+  out << "<line x1='" << x << "' y1='" << -HALF_WIDTH << "' x2='" << x << "' y2='" << HALF_WIDTH
+      << "' stroke='" << line.colour
       << (line.dashed ? "' stroke-dasharray='1.2 0.8'/>\n" : "'/>\n");
 }
 
 /// The frame's content, in metres.
 void drawField(std::ostream& out, const FieldDrawing& drawing) {
-  out << FIELD;
+  drawPitch(out);
   if (!drawing.areas.empty()) {
     out << "<g fill-opacity='0.14' stroke-opacity='0.8' stroke-width='0.2'>\n";
     for (const DrawnArea& area : drawing.areas) drawArea(out, area);

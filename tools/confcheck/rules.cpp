@@ -6,6 +6,8 @@
 #include <sstream>
 #include <string_view>
 
+#include "pitch.h"
+
 namespace vok::confcheck {
 
 namespace {
@@ -21,11 +23,11 @@ struct Rule {
 constexpr auto RULES = std::to_array<Rule>({
     {"async_waitForSeeTime", "",
      [](double n) { return n >= 0 && n <= 90 && std::fmod(n, 10) == 0; }, "0, 10, ... or 90"},
-    {"world_maxPlayers", "", [](double n) { return n >= 0 && n <= 11; }, "0 to 11"},
+    {"world_maxPlayers", "", [](double n) { return n >= 0 && n <= LAST_SHIRT; }, "0 to 11"},
     {"our", "", [](double n) { return n >= 0 && n <= 10; }, "0 to 10"},
     {"Form", "_tact", [](double n) { return n == 0 || n == 1 || n == 2 || n == 4; },
      "0, 1, 2 or 4"},
-    {"Form", "_Watch", [](double n) { return n == -1 || (n >= 1 && n <= 11); },
+    {"Form", "_Watch", [](double n) { return n == -1 || (n >= FIRST_SHIRT && n <= LAST_SHIRT); },
      "a tactical number or -1"},
     {"player", "_weight", [](double n) { return n >= 0; }, "0 or more"},
 });

@@ -6,10 +6,9 @@
 namespace vok::formationview {
 namespace {
 
-constexpr double GUARD = 15;              // metres that opponents keep between the ball and them
-constexpr double PENALTY_AREA_EDGE = 36;  // x, metres
-constexpr int MAX_CYCLES = 1000;          // the slowest way, the back line's over 44 m, takes 177
-constexpr int OFFSIDE_MAX_AGE = 20;       // cycles, as the positions ask
+constexpr double GUARD = 15;         // metres that opponents keep between the ball and them
+constexpr int MAX_CYCLES = 1000;     // the slowest way, the back line's over 44 m, takes 177
+constexpr int OFFSIDE_MAX_AGE = 20;  // cycles, as the positions ask
 
 bool samePlaces(const PositionEval& eval, const std::array<PlayerPos, 10>& places) {
   return std::equal(
@@ -33,17 +32,16 @@ std::optional<SettledTeam> Pitch::settle(Vector2d ball, std::optional<double> of
   // The second-last opponent makes the line; the unseen others count for nothing.
   for (const int n : {1, 2}) {
     world_.otherTeam[n].age = 0;
-    world_.otherTeam[n].pos.x =
-        offside.value_or(std::clamp(ball.x + GUARD, 0.0, PENALTY_AREA_EDGE));
+    world_.otherTeam[n].pos.x = offside.value_or(std::clamp(ball.x + GUARD, 0.0, PENALTY_AREA_X));
   }
   runUntilSettled();
 
   SettledTeam team{{}, eval_.GetMinX(), eval_.GetMaxX(), world_.ourOffsideLine(OFFSIDE_MAX_AGE)};
-  for (int n = 2; n <= 11; ++n) {
-    SettledPlace& place = team.places[static_cast<std::size_t>(n - 2)];
-    place = {n, roleOf(n), eval_.GetPlayerPosition(&world_, n), {}, {}};
+  for (int n = 2; n <= LAST_SHIRT; ++n) {
+    SettledPlace place = {n, roleOf(n), eval_.GetPlayerPosition(&world_, n), {}, {}};
     eval_.GetPlayerArea(&world_, n, place.lo, place.hi);
     if (!isFinite(place.pos) || !isFinite(place.lo) || !isFinite(place.hi)) return std::nullopt;
+    team.places.push_back(place);
   }
   return team;
 }

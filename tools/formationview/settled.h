@@ -1,8 +1,8 @@
 // Where a team stands in play once the ball has rested for long.
 #pragma once
 
-#include <array>
 #include <optional>
+#include <vector>
 
 #include "positioneval.h"
 #include "tacticalmodule.h"
@@ -21,8 +21,8 @@ struct SettledPlace {
 };
 
 struct SettledTeam {
-  std::array<SettledPlace, 10> places;
-  double minX;  ///< the band that the team occupies
+  std::vector<SettledPlace> places;  ///< of the ten field players
+  double minX;                       ///< the band that the team occupies
   double maxX;
   double offsideLine;  ///< ours
 };

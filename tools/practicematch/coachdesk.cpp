@@ -91,7 +91,7 @@ std::optional<CoachMessage> decodeCoachMessage(const std::string& text, Side sid
   message >> worldFollows >> goalie >> goalie >> x >> y;
   decoded.ball = forward(side) * Vector2d(x, y);
   for (int i = 0; i < 4 * 11; ++i) message >> x;
-  for (std::size_t number = 1; number <= 11; ++number) {
+  for (int number = FIRST_SHIRT; number <= LAST_SHIRT; ++number) {
     NodaChar type(0);
     message >> type;
     decoded.opponentTypes[number] = type - 1;
@@ -167,7 +167,7 @@ void CoachDesk::compare(const std::string& text) {
   report_.lastTypes = message->opponentTypes;
   report_.lastTypesRight = report_.lastTypesUnknown = 0;
   for (const Player& p : match_.state().team(other(match_.settings().coachSide))) {
-    const int told = report_.lastTypes[static_cast<std::size_t>(p.number)];
+    const int told = report_.lastTypes[p.number];
     if (told == p.type) ++report_.lastTypesRight;
     if (told == -1) ++report_.lastTypesUnknown;
   }

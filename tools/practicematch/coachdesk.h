@@ -28,7 +28,7 @@ class SayRules {
 struct CoachMessage {
   long time = 0;
   Vector2d ball;
-  std::array<int, 12> opponentTypes{};  ///< by number, -1 unknown
+  Squad<int> opponentTypes;  ///< -1 unknown
 };
 
 /// Nothing unless it is a coach's message that is complete and has a valid checksum.

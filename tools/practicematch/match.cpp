@@ -82,7 +82,7 @@ void Match::voices(std::vector<std::string>& texts) {
   if (referee_.mode() == Mode::BeforeKickOff || referee_.mode() == Mode::TimeOver) return;
   if (!voiceDice_.chance(0.09)) return;
   const Side side = voiceDice_.chance(0.5) ? Side::Left : Side::Right;
-  const int number = voiceDice_.whole(1, 11);
+  const int number = voiceDice_.whole(FIRST_SHIRT, LAST_SHIRT);
   std::string text = "(hear " + std::to_string(time()) + " (p \"" + name(side) + "\" " +
                      std::to_string(number) + (number == 1 ? " goalie" : "") + ") \"p";
   text += std::to_string(number) + letter(side) + std::to_string(time() % 1000) + "\")";
@@ -105,11 +105,11 @@ bool Match::typeFree(Side side, int type, const Player* except) const {
 
 std::string_view Match::refusal(Side side, int number, int type) const {
   if (type < 0 || type >= set_.types) return "(error out_of_range_player_type)";
-  if (number < 1 || number > 11) return "(warning no_such_player)";
+  if (!isShirtNumber(number)) return "(warning no_such_player)";
   const bool before = !referee_.kickedOff();
   if (!before && playOn()) return "(warning cannot_sub_while_playon)";
   if (!before && substitutions_[index(side)] >= MAX_SUBSTITUTIONS) return "(warning no_subs_left)";
-  const Player& p = world_.team(side)[static_cast<std::size_t>(number - 1)];
+  const Player& p = world_.team(side)[number];
   if (typeFree(side, type, &p)) return {};
   return before ? "(warning max_of_that_type_on_field)" : "(warning no_left_of_that_type)";
 }
@@ -120,7 +120,7 @@ void Match::changeType(int number, int type, std::vector<std::string>& answers) 
     answers.emplace_back(refused);
     return;
   }
-  Player& p = world_.team(set_.coachSide)[static_cast<std::size_t>(number - 1)];
+  Player& p = world_.team(set_.coachSide)[number];
   world_.setType(p, type);
   p.typeChosen = true;
   if (referee_.kickedOff()) ++substitutions_[index(set_.coachSide)];
@@ -152,7 +152,7 @@ bool Match::otherCoachChanges(std::vector<std::string>& texts) {
       if (p == nullptr && !candidate.goalie() && !candidate.typeChosen) p = &candidate;
     }
   } else {
-    p = &world_.team(side)[static_cast<std::size_t>(otherCoachDice_.whole(1, 10))];
+    p = &world_.team(side)[otherCoachDice_.whole(FIRST_SHIRT + 1, LAST_SHIRT)];
   }
   if (p == nullptr) return false;
   for (int type = set_.types - 1; type > 0; --type) {
@@ -178,7 +178,11 @@ void Match::giveFreeTypes(Side side, std::vector<std::string>& texts) {
 }
 
 void Match::view(std::string& text) const {
-  text = "(see_global " + std::to_string(time()) + " ((g r) 52.5 0) ((g l) -52.5 0) ((b)";
+  text = "(see_global " + std::to_string(time()) + " ((g r) ";
+  appendNumber(text, HALF_LENGTH);
+  text += " 0) ((g l) ";
+  appendNumber(text, -HALF_LENGTH);
+  text += " 0) ((b)";
   const Mover& ball = world_.ball;
   for (const double number : {ball.pos.x, ball.pos.y, ball.vel.x, ball.vel.y}) {
     text += ' ';

@@ -35,7 +35,7 @@ std::vector<tools::Option> matchOptions(Options& o) {
       {"--types", "N", "player types, the default one included, 1 to 100 (default 18)",
        number(o.match.types, 1, 100)},
       {"--pt-max", "N", "players of one type in a team, 1 to 11 (default 1)",
-       number(o.match.ptMax, 1, 11)},
+       number(o.match.ptMax, 1, LAST_SHIRT)},
       {"--step", "MS", "real time, a cycle every 1 to 10000 ms; the clock waits for nobody",
        number(o.stepMs, 1, 10000)},
       {"--player-port", "N", "lets players in there that hear the coach, 0 to 65535 (default none)",

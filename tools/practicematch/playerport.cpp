@@ -75,7 +75,7 @@ void PlayerPort::letIn(std::string_view text, const sockaddr_in& from) {
 
 /// 0 when none is.
 int PlayerPort::freeNumber(bool goalie) const {
-  for (int number = goalie ? 1 : 2; number <= (goalie ? 1 : 11); ++number) {
+  for (int number = goalie ? 1 : 2; number <= (goalie ? 1 : LAST_SHIRT); ++number) {
     if (std::none_of(clients_.begin(), clients_.end(),
                      [=](const Client& c) { return c.number == number; })) {
       return number;
@@ -117,7 +117,7 @@ void PlayerPort::sendSenses() {
   nextSenses_ = Clock::now() + SENSES_AT_LEAST_EVERY;
   for (const Client& client : clients_) {
     const Team& ours = match_.state().team(match_.settings().coachSide);
-    const Player& p = ours[static_cast<std::size_t>(client.number - 1)];
+    const Player& p = ours[client.number];
     const double course =
         p.vel.x == 0 && p.vel.y == 0 ? 0 : normalDegrees(direction({}, p.vel) - p.body - p.neck);
     ownSocket_.send("(sense_body " + std::to_string(match_.time()) +

@@ -119,18 +119,19 @@ Vector2d Players::formationPlace(const World& world, const Referee& referee, con
   struct Home {
     double x, y, follow, deepest, highest;
   };
-  static constexpr std::array<Home, 11> HOMES = {{{-50, 0, 0.03, -51, -46},
-                                                  {-30, -6, 0.55, -45, 5},
-                                                  {-30, 6, 0.55, -45, 5},
-                                                  {-28, -21, 0.6, -44, 15},
-                                                  {-28, 21, 0.6, -44, 15},
-                                                  {-13, 0, 0.65, -38, 25},
-                                                  {-8, -15, 0.7, -34, 32},
-                                                  {-8, 15, 0.7, -34, 32},
-                                                  {6, -22, 0.75, -18, 48},
-                                                  {6, 22, 0.75, -18, 48},
-                                                  {8, 0, 0.75, -15, 48}}};
-  const Home& home = HOMES[static_cast<std::size_t>(p.number - 1)];
+  static constexpr Squad<Home> HOMES = {{{{},
+                                          {-50, 0, 0.03, -51, -46},
+                                          {-30, -6, 0.55, -45, 5},
+                                          {-30, 6, 0.55, -45, 5},
+                                          {-28, -21, 0.6, -44, 15},
+                                          {-28, 21, 0.6, -44, 15},
+                                          {-13, 0, 0.65, -38, 25},
+                                          {-8, -15, 0.7, -34, 32},
+                                          {-8, 15, 0.7, -34, 32},
+                                          {6, -22, 0.75, -18, 48},
+                                          {6, 22, 0.75, -18, 48},
+                                          {8, 0, 0.75, -15, 48}}}};
+  const Home& home = HOMES[p.number];
   const double way = forward(p.side);
   const Vector2d ball = way * world.ball.pos;
   Vector2d place(home.x + home.follow * ball.x + (p.side == control_ && !p.goalie() ? 8 : 0),
@@ -200,7 +201,7 @@ Vector2d Players::chooseKick(const World& world, const Player& p, bool setPlay) 
   const double way = forward(p.side);
   const Vector2d ball = world.ball.pos;
   const Vector2d goal(way * HALF_LENGTH, dice_.between(-8, 8));
-  const bool ownArea = way * ball.x < -HALF_LENGTH + 16.5 && std::abs(ball.y) < 20;
+  const bool ownArea = way * ball.x < -PENALTY_AREA_X && std::abs(ball.y) < 20;
 
   // A goalie that is hurried by a shot can only turn it aside, past the post.
   if (p.goalie() && !setPlay && world.ball.vel.getLength() > 1 && dice_.chance(0.75)) {

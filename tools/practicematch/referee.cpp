@@ -16,32 +16,28 @@ constexpr int DROP_BALL_TIME = 100;
 constexpr int GAME_OVER_WAIT = 50;
 constexpr int SHORTEST_SET_PLAY = 10;
 constexpr int LONGEST_PATIENCE = 40;
-constexpr double KICK_DISTANCE = 9.15;  // opponents keep it at set plays
 constexpr double OFFSIDE_ACTIVE_AREA = 2.5;
-constexpr double AREA_X = 36;  // penalty area
-constexpr double AREA_Y = 20.16;
 
-// The clock of a server stands in more modes than a client may count on: this one's does at a foul,
-// for which isStopped() is false.
+// When a server stops its clock is its own business, and not what isStopped() tells a client: this
+// one's stands at a foul, too.
 struct ModeFacts {
-  play_mode heard;   ///< as the side itself hears it
-  bool clockStands;  ///< for so many cycles, or until time is over
-  int wait;
+  play_mode heard;  ///< as the side itself hears it
+  int standstill;   ///< cycles until the clock runs again; 0 when it does not stop
 };
 
 // In the order of Mode.
-constexpr std::array<ModeFacts, 12> FACTS = {{{PLAY_MODE_BEFORE_KICK_OFF, true, KICK_OFF_WAIT},
-                                              {PLAY_MODE_KICK_OFF_US, false, 0},
-                                              {PLAY_MODE_PLAY_ON, false, 0},
-                                              {PLAY_MODE_KICK_IN_US, false, 0},
-                                              {PLAY_MODE_CORNER_KICK_US, false, 0},
-                                              {PLAY_MODE_GOAL_KICK_US, false, 0},
-                                              {PLAY_MODE_FREE_KICK_US, false, 0},
-                                              {PLAY_MODE_FREE_KICK_US, false, 0},
-                                              {PLAY_MODE_GOAL_US, true, AFTER_GOAL_WAIT},
-                                              {PLAY_MODE_OFFSIDE_US, true, AFTER_FOUL_WAIT},
-                                              {PLAY_MODE_FOUL_CHARGE_US, true, AFTER_FOUL_WAIT},
-                                              {PLAY_MODE_TIME_OVER, true, GAME_OVER_WAIT}}};
+constexpr std::array<ModeFacts, 12> FACTS = {{{PLAY_MODE_BEFORE_KICK_OFF, KICK_OFF_WAIT},
+                                              {PLAY_MODE_KICK_OFF_US, 0},
+                                              {PLAY_MODE_PLAY_ON, 0},
+                                              {PLAY_MODE_KICK_IN_US, 0},
+                                              {PLAY_MODE_CORNER_KICK_US, 0},
+                                              {PLAY_MODE_GOAL_KICK_US, 0},
+                                              {PLAY_MODE_FREE_KICK_US, 0},
+                                              {PLAY_MODE_FREE_KICK_US, 0},
+                                              {PLAY_MODE_GOAL_US, AFTER_GOAL_WAIT},
+                                              {PLAY_MODE_OFFSIDE_US, AFTER_FOUL_WAIT},
+                                              {PLAY_MODE_FOUL_CHARGE_US, AFTER_FOUL_WAIT},
+                                              {PLAY_MODE_TIME_OVER, GAME_OVER_WAIT}}};
 
 const ModeFacts& factsOf(Mode mode) {
   return FACTS[static_cast<std::size_t>(mode)];
@@ -53,16 +49,16 @@ double sign(double number) {
 
 /// Whether a point lies in the penalty area that `side` defends.
 bool inArea(Side side, Vector2d p) {
-  return -forward(side) * p.x > AREA_X && std::abs(p.y) < AREA_Y;
+  return -forward(side) * p.x > PENALTY_AREA_X && std::abs(p.y) < PENALTY_AREA_HALF_WIDTH;
 }
 
 /// Opponents of a set play that stand too near are moved out.
 void clearAround(World& world, Side opponents) {
   for (Player& p : world.team(opponents)) {
     Vector2d away = p.pos - world.ball.pos;
-    if (away.getLength() >= KICK_DISTANCE) continue;
+    if (away.getLength() >= FREE_KICK_DISTANCE) continue;
     if (away.getLength() == 0) away = {-forward(opponents), 0};
-    p.pos = world.ball.pos + away.stretch(KICK_DISTANCE + 0.5);
+    p.pos = world.ball.pos + away.stretch(FREE_KICK_DISTANCE + 0.5);
     p.pos.x = std::clamp(p.pos.x, -HALF_LENGTH - 2, HALF_LENGTH + 2);
     p.pos.y = std::clamp(p.pos.y, -HALF_WIDTH - 2, HALF_WIDTH + 2);
     p.vel = {};
@@ -84,7 +80,7 @@ Player* nearestToBall(World& world, Side side, bool goalieToo) {
 }  // namespace
 
 bool Referee::clockStands() const {
-  return factsOf(current_).clockStands;
+  return factsOf(current_).standstill > 0;
 }
 
 bool Referee::setPlay() const {
@@ -150,7 +146,8 @@ bool Referee::resume(World& world, std::vector<std::string>& calls) {
     change(Mode::PlayOn, currentSide_, world, calls);
     return false;
   }
-  if (!clockStands() || current_ == Mode::TimeOver || cyclesInMode_ < factsOf(current_).wait) {
+  if (!clockStands() || current_ == Mode::TimeOver ||
+      cyclesInMode_ < factsOf(current_).standstill) {
     return false;
   }
   const Side offender = currentSide_;
@@ -166,7 +163,8 @@ bool Referee::resume(World& world, std::vector<std::string>& calls) {
     default:
       if (inArea(offender, foulSpot_)) {
         restart(Mode::IndirectFreeKick, other(offender),
-                {sign(foulSpot_.x) * AREA_X, sign(foulSpot_.y) * AREA_Y}, world, calls);
+                {sign(foulSpot_.x) * PENALTY_AREA_X, sign(foulSpot_.y) * PENALTY_AREA_HALF_WIDTH},
+                world, calls);
       } else {
         change(Mode::FreeKick, other(offender), world, calls);
       }
@@ -183,8 +181,7 @@ void Referee::touched(World& world, const Player& p, std::vector<std::string>& c
   lastTaker_ = first ? &p : nullptr;
   lastTouch_ = p.side;
   for (const Player& mate : world.team(p.side)) {
-    offside_[static_cast<std::size_t>(mate.number)] =
-        canBeOffside && &mate != &p && offsidePlace(world, p.side, mate.pos);
+    offside_[mate.number] = canBeOffside && &mate != &p && offsidePlace(world, p.side, mate.pos);
   }
 }
 
@@ -192,7 +189,7 @@ void Referee::touched(World& world, const Player& p, std::vector<std::string>& c
 void Referee::judgeOffside(World& world, std::vector<std::string>& calls) {
   for (const Player& p : world.team(lastTouch_)) {
     const bool near = distance(p.pos, world.ball.pos) < OFFSIDE_ACTIVE_AREA;
-    if (near && offside_[static_cast<std::size_t>(p.number)]) {
+    if (near && offside_[p.number]) {
       return stop(Mode::Offside, p.side, p.pos, world, calls);
     }
   }
@@ -246,37 +243,39 @@ void Referee::ballBehindGoalLine(World& world, std::vector<std::string>& calls) 
   const double crossing = before.y + std::clamp(share, 0.0, 1.0) * (ball.y - before.y);
   const Side defender = end < 0 ? Side::Left : Side::Right;
 
-  if (std::abs(crossing) < HALF_GOAL) {
+  if (std::abs(crossing) < GOAL_HALF_WIDTH) {
     ++score_[index(other(defender))];
     restart(Mode::Goal, other(defender), ball, world, calls);
   } else if (lastTouch_ == defender) {
     restart(Mode::CornerKick, other(defender),
             {end * (HALF_LENGTH - 1), sign(ball.y) * (HALF_WIDTH - 1)}, world, calls);
   } else {
-    restart(Mode::GoalKick, defender, {end * (HALF_LENGTH - 5.5), sign(ball.y) * 9.16}, world,
+    restart(Mode::GoalKick, defender,
+            {end * (HALF_LENGTH - GOAL_AREA_LENGTH), sign(ball.y) * GOAL_AREA_HALF_WIDTH}, world,
             calls);
   }
 }
 
 void Referee::lineUp(World& world, Side kicker) {
   // For an attack towards +x; the kicking side's last player stands beside the ball.
-  static constexpr std::array<std::array<double, 2>, 11> PLACES = {{{-50, 0},
-                                                                    {-36, -6},
-                                                                    {-36, 6},
-                                                                    {-33, -18},
-                                                                    {-33, 18},
-                                                                    {-18, 0},
-                                                                    {-15, -12},
-                                                                    {-15, 12},
-                                                                    {-2, -16},
-                                                                    {-2, 16},
-                                                                    {-1, 9.6}}};
+  static constexpr Squad<std::array<double, 2>> PLACES = {{{{},
+                                                            {-50, 0},
+                                                            {-36, -6},
+                                                            {-36, 6},
+                                                            {-33, -18},
+                                                            {-33, 18},
+                                                            {-18, 0},
+                                                            {-15, -12},
+                                                            {-15, 12},
+                                                            {-2, -16},
+                                                            {-2, 16},
+                                                            {-1, 9.6}}}};
   world.putBall({});
   for (const Side side : {Side::Left, Side::Right}) {
     for (Player& p : world.team(side)) {
-      const auto& place = PLACES[static_cast<std::size_t>(p.number - 1)];
+      const auto& place = PLACES[p.number];
       p.pos = {forward(side) * place[0], forward(side) * place[1]};
-      if (side == kicker && p.number == 11) p.pos = {-forward(side), 0};
+      if (side == kicker && p.number == LAST_SHIRT) p.pos = {-forward(side), 0};
       p.vel = p.acc = {};
       p.tackling = 0;
     }

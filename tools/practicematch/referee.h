@@ -87,7 +87,7 @@ class Referee {
   const Player* lastTaker_ = nullptr;
   Side lastTouch_ = Side::Left;
   Vector2d foulSpot_;
-  std::array<bool, 12> offside_{};  ///< by number: stood offside at the last touch of its side
+  Squad<bool> offside_;  ///< by number: stood offside at the last touch of its side
 };
 
 }  // namespace vok::practicematch

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iomanip>
+#include <numeric>
 #include <ostream>
 #include <string_view>
 
@@ -37,22 +38,22 @@ double percentile(const std::vector<double>& sorted, double share) {
   return sorted[std::max<std::size_t>(rank, 1) - 1];
 }
 
-void printTypeRow(std::ostream& out, std::string_view title, const std::array<int, 12>& types) {
+void printTypeRow(std::ostream& out, std::string_view title, const Squad<int>& types) {
   line(out, "") << std::left << std::setw(20) << title << std::right;
-  for (std::size_t number = 1; number < types.size(); ++number) {
+  for (const int type : types) {
     out << std::setw(4);
-    if (types[number] < 0) {
+    if (type < 0) {
       out << '-';
     } else {
-      out << types[number];
+      out << type;
     }
   }
   out << '\n';
 }
 
-std::array<int, 12> typesOf(const Team& team) {
-  std::array<int, 12> types{};
-  for (const Player& p : team) types[static_cast<std::size_t>(p.number)] = p.type;
+Squad<int> typesOf(const Team& team) {
+  Squad<int> types;
+  for (const Player& p : team) types[p.number] = p.type;
   return types;
 }
 
@@ -105,10 +106,8 @@ void Report::printMessages(std::ostream& out) const {
 }
 
 void Report::printTypes(std::ostream& out, const Match& match) const {
-  std::array<int, 12> numbers{};
-  for (std::size_t number = 1; number < numbers.size(); ++number) {
-    numbers[number] = static_cast<int>(number);
-  }
+  Squad<int> numbers;
+  std::iota(numbers.begin(), numbers.end(), FIRST_SHIRT);
   const Side side = match.settings().coachSide;
   line(out, "types") << "(- is unknown)\n";
   printTypeRow(out, "number", numbers);

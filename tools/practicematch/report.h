@@ -25,8 +25,8 @@ struct Report {
   std::map<std::string, int> messagesRefused;  ///< by the server's answer
   int messagesDecoded = 0;                     ///< coach messages with a valid checksum
   int ballsRight = 0;
-  std::array<int, 12> lastTypes{};  ///< the opponents' types by number in the last one
-  int lastTypesRight = 0;           ///< and how many of them were right when it came
+  Squad<int> lastTypes;    ///< the opponents' types in the last one
+  int lastTypesRight = 0;  ///< and how many of them were right when it came
   int lastTypesUnknown = 0;
 
   int typesAsked = 0;  ///< changes of the coach's own players

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <utility>
 
 namespace vok::practicematch {
@@ -21,14 +20,6 @@ Vector2d limited(Vector2d v, double length) {
 
 }  // namespace
 
-double toDegrees(double radians) {
-  return radians * 180 / std::numbers::pi;
-}
-
-double toRadians(double degrees) {
-  return degrees * std::numbers::pi / 180;
-}
-
 double normalDegrees(double degrees) {
   return toDegrees(Angle::mod2pi(toRadians(degrees)));
 }
@@ -44,8 +35,8 @@ double direction(Vector2d from, Vector2d to) {
 World::World(int typeCount, Dice matchDice) : dice(matchDice) {
   types = drawTypes(typeCount, dice);
   for (const Side side : {Side::Left, Side::Right}) {
-    for (int number = 1; number <= 11; ++number) {
-      Player& p = team(side)[static_cast<std::size_t>(number - 1)];
+    for (int number = FIRST_SHIRT; number <= LAST_SHIRT; ++number) {
+      Player& p = team(side)[number];
       p.side = side;
       p.number = number;
       p.body = side == Side::Left ? 0 : 180;

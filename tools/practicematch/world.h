@@ -10,13 +10,12 @@
 
 #include "coordinates.h"
 #include "dice.h"
+#include "pitch.h"
 #include "playertypes.h"
 
 namespace vok::practicematch {
 
-inline constexpr double HALF_LENGTH = 52.5;
-inline constexpr double HALF_WIDTH = 34;
-inline constexpr double HALF_GOAL = 7.01;
+// The server's own parameters, as it also tells them in server_param.
 inline constexpr double BALL_SIZE = 0.085;
 inline constexpr double BALL_DECAY = 0.94;
 inline constexpr double BALL_ACCEL_MAX = 2.7;
@@ -60,7 +59,7 @@ struct Player : Mover {
   bool goalie() const { return number == 1; }
 };
 
-using Team = std::array<Player, 11>;
+using Team = Squad<Player>;
 
 struct World {
   World(int types, Dice matchDice);
@@ -98,8 +97,6 @@ struct World {
   void separate();
 };
 
-double toDegrees(double radians);
-double toRadians(double degrees);
 /// The same angle in (-180, 180].
 double normalDegrees(double degrees);
 double distance(Vector2d a, Vector2d b);

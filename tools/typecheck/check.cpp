@@ -101,8 +101,7 @@ bool Truth::read(std::istream& in, std::string& error) {
     char letter = '\0';
     std::string rest;
     if (!(words >> entry.time >> letter >> entry.number >> entry.type) || words >> rest ||
-        (letter != 'l' && letter != 'r') || entry.number < 1 || entry.number > 11 ||
-        entry.type < 0) {
+        (letter != 'l' && letter != 'r') || !isShirtNumber(entry.number) || entry.type < 0) {
       error = "line " + std::to_string(number) + " is not \"time l|r number type\"";
       return false;
     }
