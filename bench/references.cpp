@@ -128,6 +128,7 @@ int plainServerParam(const char* text) {
   int items = 0;
   const char* at = text + std::strlen("(server_param ");
   const auto take = [&at](const Token& row) {
+    if (row.fmt == nullptr) return false;
     int n = 0;
     short flag = 0;
     void* into = row.dt == DT_BOOL ? &flag : row.ptr;

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "constants.h"
+#include "scanner.h"
 
 namespace vok::fuzz {
 

@@ -145,6 +145,7 @@ bool scanHeard(const char* at, Heard& heard) {
 
 void scanParams(const char* at, const std::vector<Token>& rows) {
   const auto take = [&at](const Token& row) {
+    if (row.fmt == nullptr) return false;
     int n = 0;
     double real = 0;
     int integer = 0;

@@ -22,6 +22,14 @@ foreach(file bin/onlinecoach bin/practicematch bin/saydecode bin/formationview b
   endif()
 endforeach()
 
+# Every header can be the first of a user's program, and brings no macro of a common name.
+file(GLOB headers RELATIVE ${prefix}/include ${prefix}/include/VOK/*.h)
+foreach(header ${headers})
+  file(WRITE ${place}/user.cpp "#include <${header}>\n#ifdef ensure\n#error the macro ensure\n#endif\n")
+  run(${CXX} -std=c++20 -Wall -Wextra -pedantic-errors -Werror -fsyntax-only -I${prefix}/include
+      ${place}/user.cpp)
+endforeach()
+
 run(${CMAKE_COMMAND} -S ${place}/player_listener -B ${place}/build -D CMAKE_PREFIX_PATH=${prefix}
     -D CMAKE_CXX_COMPILER=${CXX} -D CMAKE_BUILD_TYPE=Release)
 run(${CMAKE_COMMAND} --build ${place}/build)

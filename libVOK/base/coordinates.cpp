@@ -2,17 +2,12 @@
 
 #include <cmath>
 #include <iostream>
-#include <numbers>
+
+#include "pitch.h"
 
 namespace vok {
 
 namespace {
-
-// The measures of the field are the game's rules, not parameters of the server.
-constexpr double FIELD_HALF_LENGTH = 52.5;
-constexpr double FIELD_HALF_WIDTH = 34.0;
-constexpr double PENALTY_AREA_EDGE = 36.0;  // |x| of the edge towards the centre
-constexpr double PENALTY_AREA_HALF_WIDTH = 20.16;
 
 // Below this a squared length or a determinant counts as zero.
 constexpr double DEGENERATE = 0.00001;
@@ -100,8 +95,7 @@ Intersect intersectLineLine(const Vector2d& l1dir, const Vector2d& l2offset, con
 }
 
 bool inField(const Vector2d& pos, double security) {
-  return std::abs(pos.x) <= FIELD_HALF_LENGTH - security &&
-         std::abs(pos.y) <= FIELD_HALF_WIDTH - security;
+  return std::abs(pos.x) <= HALF_LENGTH - security && std::abs(pos.y) <= HALF_WIDTH - security;
 }
 
 bool inOurPenaltyArea(const Vector2d& pos, double security) {
@@ -109,7 +103,7 @@ bool inOurPenaltyArea(const Vector2d& pos, double security) {
 }
 
 bool inOtherPenaltyArea(const Vector2d& pos, double security) {
-  return PENALTY_AREA_EDGE + security < pos.x && pos.x < FIELD_HALF_LENGTH - security &&
+  return PENALTY_AREA_X + security < pos.x && pos.x < HALF_LENGTH - security &&
          std::abs(pos.y) < PENALTY_AREA_HALF_WIDTH - security;
 }
 

@@ -1,16 +1,18 @@
 // Vectors, angles and the geometry of the field.
 //
-// Field frame: origin at the centre spot, x towards the opponent's goal (our goal line is at
-// x = -52.5), side lines at y = +-34, metres. Directions are angles from the +x axis in radians.
+// Field frame: origin at the centre spot, x towards the opponent's goal, so that our goal line is
+// at x = -HALF_LENGTH; metres (pitch.h). Directions are angles from the +x axis in radians.
 #pragma once
 
+#include <concepts>
 #include <numbers>
 
 namespace vok {
 
 inline constexpr double PI = std::numbers::pi;
 
-/// Servers and people speak in degrees, the library computes in radians. Neither is normalised.
+/// The server and the configuration give degrees, the library computes in radians. The results are
+/// not normalised.
 constexpr double toRadians(double degrees) {
   return degrees * PI / 180;
 }
@@ -18,7 +20,9 @@ constexpr double toDegrees(double radians) {
   return radians * 180 / PI;
 }
 
-/// An angle in radians, always in (-pi, pi]; every operation normalises its result.
+/// An angle in radians, always in (-pi, pi]; every operation normalises its result. The operand on
+/// the right may be of any arithmetic type or an angle. With a number on the left an angle is a
+/// plain double, and so is the result.
 class Angle {
  public:
   Angle() = default;
@@ -30,10 +34,25 @@ class Angle {
   static double mod2pi(double radians);
 
   Angle operator-() const { return Angle(-v); }
-  Angle operator+(double other) const { return Angle(v + other); }
-  Angle operator-(double other) const { return Angle(v - other); }
-  Angle operator*(double factor) const { return Angle(v * factor); }
-  Angle operator/(double divisor) const { return Angle(v / divisor); }
+
+  // Templates, because with a parameter of type double the built-in operators on the converted
+  // angle would fit an int or float operand as well, which is ambiguous.
+  template <std::convertible_to<double> Number>
+  Angle operator+(Number other) const {
+    return Angle(v + static_cast<double>(other));
+  }
+  template <std::convertible_to<double> Number>
+  Angle operator-(Number other) const {
+    return Angle(v - static_cast<double>(other));
+  }
+  template <std::convertible_to<double> Number>
+  Angle operator*(Number factor) const {
+    return Angle(v * static_cast<double>(factor));
+  }
+  template <std::convertible_to<double> Number>
+  Angle operator/(Number divisor) const {
+    return Angle(v / static_cast<double>(divisor));
+  }
   Angle& operator+=(double other) { return *this = *this + other; }
   Angle& operator-=(double other) { return *this = *this - other; }
   Angle& operator*=(double factor) { return *this = *this * factor; }

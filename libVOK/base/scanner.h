@@ -2,12 +2,12 @@
 //
 // A Scanner is a position in a text that it does not own. Each step reads what the corresponding
 // piece of a scanf format reads and moves on; a step that does not match returns false and leaves
-// the position where it was (white space that a number may be preceded by included). So a format
-// is a chain of steps with &&, tried on a copy when it may fail half way.
+// the position where it was, before any white space. A format is thus a chain of steps with &&, run
+// on a copy of the scanner where it may fail half way.
 //
-// Two kinds of number are none here although scanf takes them: what is too large for its type or
-// not finite, and hexadecimal reals. What is too small for a double is 0: a player who stands for
-// 800 cycles has such a velocity.
+// Unlike scanf it refuses numbers that are not finite or too large for their type, and it does not
+// know hexadecimal reals. A number too small for a double is 0: the velocity of a player who has
+// stood for 800 cycles is one.
 #pragma once
 
 #include <array>
@@ -35,7 +35,8 @@ constexpr bool isLetter(char c) {
   return isLower(c) || (c >= 'A' && c <= 'Z');
 }
 
-/// A text up to its first line end: foreign texts must not add lines to the diagnostics.
+/// A text up to its first line end, for diagnostics: a text from outside must not add lines to
+/// them.
 inline std::string_view firstLine(std::string_view text) {
   return text.substr(0, text.find_first_of("\r\n"));
 }

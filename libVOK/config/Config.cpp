@@ -25,7 +25,7 @@ constexpr int EXIT_BAD_VALUE = 10;
 
 using Entries = std::map<std::string, std::string, std::less<>>;
 
-/// The process-wide store. A map, so that a value stays where it is while others are added.
+/// The process-wide store. A map, because a value must keep its address while others are added.
 Entries& entries() {
   static Entries theEntries;
   return theEntries;
@@ -193,7 +193,7 @@ void parseLine(char* line, int lineNumber) {
     reportLine(lineNumber, "can't parse key");
     return;
   }
-  // Of the blanks around a value only spaces in front go: a tab belongs to it.
+  // Only spaces in front of a value are removed; tabs and the blanks behind belong to it.
   std::string_view value = text.substr(equals + 1);
   while (value.starts_with(' ')) value.remove_prefix(1);
 

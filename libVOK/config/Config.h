@@ -1,8 +1,8 @@
 // The configuration: one file of "key = value" lines, read once at start.
 //
 // Values are kept as text and converted on every request, so modules ask once, when they are
-// built. A typed request for a key that is missing or malformed ends the process with status 10
-// after a line that names it.
+// built. A typed request for a key that is missing or malformed writes a line that names the key
+// and ends the process with status 10.
 #pragma once
 
 #include <cstddef>
@@ -22,16 +22,16 @@ struct ConfigRequest {
   bool optional;
 };
 
-/// Sees how the configuration is read and used. It may set entries, and a request finds what was
-/// set for it.
+/// Is told how the configuration is read and used. It may set an entry while it is told of a
+/// request; the request then finds that entry.
 class ConfigObserver {
  public:
   virtual ~ConfigObserver() = default;
-  /// The next line with its end, or a piece of one that is too long, before it is taken in.
+  /// The next line with its line end, or a piece of a line that is too long, before it is parsed.
   virtual void lineRead(const char* /*line*/) {}
-  /// What is wrong with it.
+  /// What is wrong with the line that was read last.
   virtual void lineError(const std::string& /*problem*/) {}
-  /// The key that it defines.
+  /// The key that the line defines.
   virtual void keyDefined(const std::string& /*key*/) {}
   /// Before the value is looked up.
   virtual void requested(const ConfigRequest& /*request*/) {}
@@ -40,7 +40,7 @@ class ConfigObserver {
 class Config {
  public:
   static constexpr std::size_t PIECE_SIZE = 1024;  ///< of a line, with the terminating NUL
-  static constexpr int MAX_LINES = 100'000;        ///< a longer file is a device or a mistake
+  static constexpr int MAX_LINES = 100'000;        ///< bounds a file that never ends, as a device
 
   /// Reads a file into the process-wide store; a later definition of a key replaces an earlier
   /// one. False when the file cannot be opened or read, or does not end within `MAX_LINES`; a line
@@ -60,21 +60,23 @@ class Config {
   /// Two numbers separated by a comma.
   static Vector2d getValueAsVector(const char* key);
 
-  // For fuzzers and checkers, which read one configuration after another.
+  // For fuzzers and checkers, which read one configuration after another in one process.
 
-  /// Forgets all entries.
+  /// Removes all entries.
   static void clear();
-  /// Called, when set, before a fatal error ends the process. It may throw to prevent the end.
+  /// Called before a fatal error ends the process, unless null. An exception thrown here reaches
+  /// the caller of the request, and the process goes on.
   static void (*onFatal)(const std::string& message);
-  /// Told of everything, when set.
+  /// Is told of every line and request, unless null. Not owned.
   static ConfigObserver* observer;
 };
 
 /// Cuts a line at its first '#'.
 void removeComment(char* line);
-/// Takes in one line without its line end; reports what is wrong with it.
+/// Stores the entry of one line, given without its line end. A line in error is reported under its
+/// number and stores nothing. The comment is cut off in place.
 void parseLine(char* line, int lineNumber);
-/// As if the file said "key = value"; replaces an earlier definition.
+/// Stores an entry in place of an earlier one of that key.
 void setEntry(const char* key, const char* value);
 
 }  // namespace vok

@@ -15,6 +15,7 @@
 
 #include "constants.h"
 #include "playmodes.h"
+#include "scanner.h"
 
 namespace vok {
 

@@ -1,8 +1,18 @@
+// The dispatch: the head of a datagram decides its type, and a reader of that type takes the rest.
+//
+// A reader walks over the text with a Scanner, as a scanf format would, and copies what it keeps
+// into the record. `msg_` is the text behind the head; it moves on only where one reading follows
+// another (the objects of a global view, the items of a parameter message). Heads are tried in a
+// fixed order, since "(ok look " begins as "(ok " does; those with a time match any white space,
+// the others are compared exactly. The readers are in parser_exact.cpp (global view),
+// parser_hear.cpp (referee, coaches, players), parser_params.cpp (parameters, player types) and
+// parser_senses.cpp (what a player sees and senses).
 #include "Parser.h"
 
 #include <iostream>
 
 #include "playmodes.h"
+#include "scanner.h"
 
 namespace vok {
 
@@ -15,11 +25,11 @@ Parser::Parser(const char* teamName, client_type ctype, int minVer, int maxVer)
 bool Parser::parseServerString(std::string_view text, SensorData& record) {
   data_ = &record;
   data_->think = false;
-  msg_ = Scanner(text.substr(0, text.find('\0')));
+  msg_ = text.substr(0, text.find('\0'));
 
   if (plainHead("(player_type ", SENSOR_TYPE_PLAYER_TYPE)) return parsePlayerType();
   if (timedHead(" (see ", SENSOR_TYPE_SEE)) {
-    if (!msg_.literal(')')) return parseSee();
+    if (!msg_.starts_with(')')) return parseSee();
     data_->type = SENSOR_TYPE_STRANGE;
     return true;
   }
@@ -49,9 +59,9 @@ bool Parser::parseServerString(std::string_view text, SensorData& record) {
 /// A head with a server time behind it; blanks in it match any white space.
 bool Parser::timedHead(std::string_view head, sensor_data_type type) {
   int time = 0;
-  Scanner ahead = msg_;
-  if (!ahead.pattern(head) || !ahead.integer(time)) return false;
-  msg_ = ahead.skipBlanks();
+  Scanner at(msg_);
+  if (!at.pattern(head) || !at.integer(time)) return false;
+  msg_ = at.skipBlanks().rest();
   data_->type = type;
   data_->time = time;
   return true;
@@ -59,7 +69,8 @@ bool Parser::timedHead(std::string_view head, sensor_data_type type) {
 
 /// A head without a time, compared exactly.
 bool Parser::plainHead(std::string_view head, sensor_data_type type) {
-  if (!msg_.literal(head)) return false;
+  if (!msg_.starts_with(head)) return false;
+  msg_.remove_prefix(head.size());
   data_->type = type;
   data_->time = -1;
   return true;
@@ -72,9 +83,10 @@ bool Parser::parsePlayerChanged() {
   data_->heteroType = -1;
   data_->announcedType = -1;
   int number = -1;
-  if (msg_.integer(number)) {
-    const bool comma = msg_.literal(',');
-    msg_.integer(data_->announcedType);
+  Scanner at(msg_);
+  if (at.integer(number)) {
+    const bool comma = at.literal(',');
+    at.integer(data_->announcedType);
     if (comma) data_->heteroType = data_->announcedType;
   }
   data_->number = shirtNumber(number);
@@ -82,12 +94,13 @@ bool Parser::parsePlayerChanged() {
   return true;
 }
 
-/// " (ver ([]) 7, 8))": nobody needs the versions of the players, which come in another form.
+/// " (ver ([]) 7, 8))". The versions of the players come in another form and are not read.
 bool Parser::parseClangVersions() {
   data_->number = -1;
   data_->heteroType = -1;
-  if (!msg_.pattern(" (ver ([]) ") || !msg_.integer(data_->number)) return true;
-  if (msg_.literal(',')) msg_.integer(data_->heteroType);
+  Scanner at(msg_);
+  if (!at.pattern(" (ver ([]) ") || !at.integer(data_->number)) return true;
+  if (at.literal(',')) at.integer(data_->heteroType);
   return true;
 }
 

@@ -2,6 +2,7 @@
 #include <array>
 
 #include "Parser.h"
+#include "scanner.h"
 
 namespace vok {
 
@@ -30,7 +31,7 @@ constexpr auto ANSWERS = std::to_array<AnswerText>({
 bool Parser::parseAnswer() {
   if (data_->type == SENSOR_TYPE_OK) return parseTypeGiven();
   for (const AnswerText& row : ANSWERS) {
-    if (row.type == data_->type && msg_.startsWith(row.rest)) data_->answer.kind = row.kind;
+    if (row.type == data_->type && msg_.starts_with(row.rest)) data_->answer.kind = row.kind;
   }
   return true;
 }
@@ -38,8 +39,8 @@ bool Parser::parseAnswer() {
 /// "change_player_type 5 3)"
 bool Parser::parseTypeGiven() {
   Answer answer{AnswerKind::TYPE_GIVEN};
-  if (msg_.literal("change_player_type ") && msg_.integer(answer.number) &&
-      msg_.integer(answer.type)) {
+  Scanner at(msg_);
+  if (at.literal("change_player_type ") && at.integer(answer.number) && at.integer(answer.type)) {
     data_->answer = answer;
   }
   return true;

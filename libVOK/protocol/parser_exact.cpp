@@ -1,10 +1,10 @@
 // The global view, and the names of the objects.
 #include <array>
 #include <iostream>
-#include <numbers>
 
 #include "Parser.h"
 #include "landmarks.h"
+#include "scanner.h"
 
 namespace vok {
 
@@ -16,7 +16,8 @@ struct Parser::GlobalObject {
   std::size_t size = 0;      ///< characters up to the end of the object; 0 when it has no end
   bool last = false;         ///< the list ends behind it
 
-  explicit GlobalObject(Scanner at) {
+  explicit GlobalObject(std::string_view text) {
+    Scanner at(text);
     const std::size_t before = at.rest().size();
     if (!at.skipBlanks().literal('(') || !at.skipBlanks().literal('(')) return;
     if (!at.skipBlanks().until(')', name) || !at.literal(')')) return;
@@ -52,7 +53,7 @@ bool readNumbers(Scanner at, ObjectNumbers& numbers) {
 }
 
 double radians(double degrees) {
-  return degrees > NO_ANGLE ? Angle::mod2pi(degrees * std::numbers::pi / 180) : NO_ANGLE;
+  return degrees > NO_ANGLE ? Angle::mod2pi(toRadians(degrees)) : NO_ANGLE;
 }
 
 void setMotion(const ObjectNumbers& numbers, ExactObject& object) {
@@ -70,6 +71,7 @@ bool isTeamLetter(char c) {
 }  // namespace
 
 bool Parser::parseExact() {
+  if (data_ == nullptr) return false;
   data_->exactball.valid = false;
   for (ExactGoal& goal : data_->exactgoal) goal.valid = false;
   for (ExactPlayer& player : data_->exactplayer) player.valid = false;
@@ -80,7 +82,7 @@ bool Parser::parseExact() {
     const GlobalObject object(msg_);
     if (!parseObject(object, players, goals)) return false;
     if (object.last) return true;
-    msg_.advance(object.size);
+    msg_.remove_prefix(object.size);
   }
 }
 
@@ -89,7 +91,7 @@ bool Parser::parseObject(const GlobalObject& object, std::size_t& players, std::
   ObjectNumbers numbers;
   if (object.size == 0 || !readNumbers(Scanner(object.numbers), numbers)) {
     std::cerr << "Parser: malformed object: l=" << object.nameSize << " len=" << object.size
-              << "\n'" << firstLine(msg_.rest()) << "'\n";
+              << "\n'" << firstLine(msg_) << "'\n";
     return false;
   }
 

@@ -1,9 +1,9 @@
 // Heard messages: the referee, the coaches and the players.
 #include <array>
 #include <iostream>
-#include <numbers>
 
 #include "Parser.h"
+#include "scanner.h"
 
 namespace vok {
 namespace {
@@ -58,39 +58,38 @@ bool Parser::parseHear() {
   data_->sender_name[0] = '\0';
   data_->sender_num = -1;
 
-  const Scanner voice = msg_;
+  Scanner at(msg_);
   std::string_view speaker;
-  if (!msg_.word(speaker)) return false;
-  msg_.skipBlanks();
+  if (!at.word(speaker)) return false;
+  at.skipBlanks();
 
   std::string_view text;
-  if (speaker.starts_with("referee")) return parseReferee();
+  if (speaker.starts_with("referee")) return parseReferee(at.rest());
   if (speaker.starts_with("coach")) {
     data_->sender = SENDER_COACH;
-    if (!msg_.run(isSpeech, text)) return false;
+    if (!at.run(isSpeech, text)) return false;
     copyText(text, data_->message);
     return true;
   }
   if (speaker.starts_with("self")) {
     data_->sender = SENDER_SELF;
-    if (!readQuoted(msg_, text)) return false;
+    if (!readQuoted(at, text)) return false;
     copyText(text, data_->message);
     return true;
   }
   if (speaker.starts_with("online_coach_left") || speaker.starts_with("online_coach_right")) {
     data_->sender = SENDER_ONLINECOACH;
-    return parseCoachMsg();
+    return parseCoachMsg(at.rest());
   }
-  msg_ = voice;
   return parseVoice();
 }
 
 /// A call: most name a play mode, and goals the score of their side.
-bool Parser::parseReferee() {
+bool Parser::parseReferee(std::string_view text) {
   data_->sender = SENDER_REFEREE;
-  std::string_view text;
-  if (!msg_.run(isSpeech, text)) return false;
-  copyText(text, data_->message);
+  std::string_view words;
+  if (!Scanner(text).run(isSpeech, words)) return false;
+  copyText(words, data_->message);
   const std::string_view call(data_->message.data());
 
   if (call.starts_with("penalty_onfield_l")) {
@@ -116,18 +115,18 @@ bool Parser::parseVoice() {
   int number = -1;
   double degrees = 0;
 
-  Scanner at = msg_;
+  Scanner at(msg_);
   if (at.pattern(" our ") && at.integer(number)) {
     data_->sender = SENDER_PLAYER_US;
     data_->sender_num = shirtNumber(number);
     return true;
   }
-  if (msg_.startsWith("opp)")) {
+  if (msg_.starts_with("opp)")) {
     data_->sender = SENDER_PLAYER_THEM;
     return true;
   }
 
-  at = msg_;
+  at = Scanner(msg_);
   if (at.real(degrees)) {
     Scanner mate = at;
     Scanner opponent = at;
@@ -141,12 +140,13 @@ bool Parser::parseVoice() {
     } else {
       return false;
     }
-    data_->sender_dir = Angle::mod2pi(degrees * std::numbers::pi / 180);
+    data_->sender_dir = Angle::mod2pi(toRadians(degrees));
     copyText(text, data_->message);
     return true;
   }
 
-  if (readNamedVoice(msg_, name, text)) {
+  at = Scanner(msg_);
+  if (readNamedVoice(at, name, text)) {
     data_->sender = SENDER_PLAYER;
     copyText(text, data_->message);
     Scanner player(name);
@@ -156,7 +156,7 @@ bool Parser::parseVoice() {
     if (player.literal('"') && player.integer(number)) data_->sender_num = shirtNumber(number);
     return true;
   }
-  if (!readBlankVoice(msg_, name, text)) return false;
+  if (!readBlankVoice(at, name, text)) return false;
   data_->sender = SENDER_PLAYER;
   copyText(name, data_->sender_name);
   copyText(text, data_->message);
@@ -164,9 +164,9 @@ bool Parser::parseVoice() {
 }
 
 /// An online coach's words. The coach language is kept as text.
-bool Parser::parseCoachMsg() {
+bool Parser::parseCoachMsg(std::string_view message) {
   data_->coachMsgType = CMT_NONE;
-  Scanner at = msg_;
+  Scanner at(message);
   std::string_view text;
   if (at.pattern(" (freeform \"") && at.run(isFreeform, text) && at.literal("\")")) {
     data_->coachMsgType = CMT_FREEFORM;
@@ -174,13 +174,13 @@ bool Parser::parseCoachMsg() {
     return true;
   }
   for (const CoachWord& row : COACH_WORDS) {
-    if (!msg_.literal(row.word)) continue;
+    if (!message.starts_with(row.word)) continue;
     data_->coachMsgType = row.type;
-    copyText(msg_.rest(), data_->message);
+    copyText(message.substr(row.word.size()), data_->message);
     return true;
   }
-  if (msg_.literal("(unsupported_clang)")) return true;
-  std::cerr << "Parser: recvd unknown message from olcoach:\"" << firstLine(msg_.rest()) << "\"\n";
+  if (message.starts_with("(unsupported_clang)")) return true;
+  std::cerr << "Parser: recvd unknown message from olcoach:\"" << firstLine(message) << "\"\n";
   return false;
 }
 

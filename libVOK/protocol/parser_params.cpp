@@ -6,10 +6,12 @@
 
 #include "Parser.h"
 #include "constants.h"
+#include "scanner.h"
 
 namespace vok {
 
-// In the order in which the rows are tried. Keys that the coach has no use for are skipped.
+// In the order in which the rows are tried, closed by an empty row. Rows without a target skip
+// items that the library has no use for.
 const std::vector<Token> Parser::serverParamTokens = {
     {" (catch_ban_cycle %d)%n", &CATCH_BAN_CYCLES, DT_INT},
     {" (clang_advice_win %d)%n", &CLANG_ADVICE_WIN, DT_INT},
@@ -179,6 +181,7 @@ const std::vector<Token> Parser::serverParamTokens = {
     {" (slowness_on_top_for_left_team %*lf)%n", nullptr, DT_NONE},
     {" (slowness_on_top_for_right_team %*lf)%n", nullptr, DT_NONE},
     {" (stopped_ball_vel %*lf)%n", nullptr, DT_NONE},
+    {},
 };
 
 const std::vector<Token> Parser::playerParamTokens = {
@@ -209,6 +212,7 @@ const std::vector<Token> Parser::playerParamTokens = {
     {" (player_speed_max_delta_min %lf)%n", &playerParams.player_speed_max_delta_min, DT_DOUBLE},
     {" (stamina_inc_max_delta_factor %lf)%n", &playerParams.stamina_inc_max_delta_factor,
      DT_DOUBLE},
+    {},
 };
 
 namespace {
@@ -280,7 +284,9 @@ struct Parser::TokenIndex {
   std::vector<Row> textRows;
 
   explicit TokenIndex(const std::vector<Token>& rows) {
-    for (const Token& token : rows) byKey.push_back({Format(token.fmt), &token});
+    for (const Token& token : rows) {
+      if (token.fmt != nullptr) byKey.push_back({Format(token.fmt), &token});
+    }
     std::sort(byKey.begin(), byKey.end(),
               [](const Row& a, const Row& b) { return a.format.key < b.format.key; });
     std::copy_if(byKey.begin(), byKey.end(), std::back_inserter(textRows),
@@ -299,7 +305,7 @@ struct Parser::TokenIndex {
 };
 
 int Parser::readToken(const Token& token) {
-  return readToken(Format(token.fmt), token);
+  return token.fmt == nullptr ? 1 : readToken(Format(token.fmt), token);
 }
 
 int Parser::readToken(const Format& format, const Token& token) {
@@ -307,7 +313,7 @@ int Parser::readToken(const Format& format, const Token& token) {
     std::cerr << "Parser::readToken: unknown data type " << token.dt << "\n";
     return -1;
   }
-  const Reading reading = format.scan(msg_);
+  const Reading reading = format.scan(Scanner(msg_));
   const bool stored = reading.converted && !format.skipped;
   if (token.dt == DT_NONE ? reading.consumed == 0 : !stored) return 1;
 
@@ -315,7 +321,7 @@ int Parser::readToken(const Format& format, const Token& token) {
   if (token.dt == DT_DOUBLE) *static_cast<double*>(token.ptr) = reading.value.real;
   if (token.dt == DT_BOOL) *static_cast<bool*>(token.ptr) = reading.value.flag != 0;
   if (token.dt == DT_STRING) copyText(reading.value.text, *static_cast<HeardText*>(token.ptr));
-  msg_.advance(reading.consumed);
+  msg_.remove_prefix(reading.consumed);
   return 0;
 }
 
@@ -323,21 +329,20 @@ int Parser::readToken(const Format& format, const Token& token) {
 /// order.
 bool Parser::readItems(std::string_view text, std::string_view head, const TokenIndex& index) {
   if (!text.starts_with(head)) return false;
-  msg_ = Scanner(text.substr(0, text.find('\0')));
-  msg_.advance(head.size());
+  msg_ = text.substr(head.size(), text.find('\0') - head.size());
   const auto read = [this](const TokenIndex::Row& row) {
     return readToken(row.format, *row.token) == 0;
   };
   auto row = index.byKey.begin();
   for (std::size_t items = 0; items < index.byKey.size(); ++items) {
-    const std::size_t before = msg_.rest().size();
+    const std::size_t before = msg_.size();
     // Servers send their items sorted by key: mostly it is the row behind the last one.
     if (row == index.byKey.end() || !read(*row)) {
-      row = index.find(msg_);
+      row = index.find(Scanner(msg_));
       const bool byKey = row != index.byKey.end() && read(*row);
       if (!byKey && std::none_of(index.textRows.begin(), index.textRows.end(), read)) return true;
     }
-    if (msg_.rest().size() == before) return true;
+    if (msg_.size() == before) return true;
     if (row != index.byKey.end()) ++row;
   }
   return true;
@@ -354,6 +359,7 @@ bool Parser::parsePlayerParam(std::string_view text) {
 }
 
 bool Parser::parsePlayerType() {
+  if (data_ == nullptr) return false;
   PlayerType& type = data_->playerType;
   const auto tokens = std::to_array<Token>({
       {" (id %d)%n", &type.player_type, DT_INT},
@@ -377,11 +383,11 @@ bool Parser::parsePlayerType() {
       continue;
     }
     std::string_view unknown;
-    Scanner ahead = msg_;
+    Scanner ahead(msg_);
     if (!ahead.pattern(" (") || !ahead.until(')', unknown) || !ahead.pattern(") ")) return false;
     std::cerr << "Parser::parsePlayerType: skipping unknown token at " << i << " ("
               << firstLine(unknown) << ")\n";
-    msg_ = ahead;
+    msg_ = ahead.rest();
   }
   return true;
 }

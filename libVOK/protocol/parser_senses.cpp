@@ -1,9 +1,10 @@
 // What a player is told of itself and sees from where it stands. A coach is sent neither.
 #include <array>
 #include <iostream>
-#include <numbers>
+#include <tuple>
 
 #include "Parser.h"
+#include "scanner.h"
 
 namespace vok {
 namespace {
@@ -28,7 +29,7 @@ bool takeItem(Scanner& at, std::string_view& inside) {
 }
 
 double radians(double degrees) {
-  return Angle::mod2pi(degrees * std::numbers::pi / 180);
+  return Angle::mod2pi(toRadians(degrees));
 }
 
 bool readAngle(Scanner& at, double& angle) {
@@ -70,7 +71,7 @@ bool readFocus(Scanner& at, SensorData& body, playing_side side) {
   if (!at.pattern(" (target ")) return false;
   if (!at.literal("none")) {
     if (!at.character(letter) || !at.integer(body.attentionTo)) return false;
-    if (body.attentionTo < 1 || body.attentionTo > 11) return false;
+    if (!isShirtNumber(body.attentionTo)) return false;
     body.attentionToOurTeam = letter == (side == SIDE_LEFT ? 'l' : 'r');
   }
   return at.pattern(") (count ") && readCount(at, body.attention_to_count);
@@ -148,6 +149,17 @@ struct SeenNumbers {
   }
 };
 
+/// An object so near that it is felt, but out of sight: its name is one upper-case letter.
+bool isOutOfSight(std::string_view name) {
+  return !name.empty() && std::string_view("BFGP").find(name.front()) != std::string_view::npos;
+}
+
+/// A landmark goes to the place of its kind; one with an unknown name nowhere.
+template <typename Landmark, typename Landmarks>
+void store(const Landmark& landmark, int which, Landmarks& landmarks) {
+  if (which >= 0) landmarks[static_cast<std::size_t>(which)] = landmark;
+}
+
 /// How many of a kind one view may hold, by `ObjectType`; more are malformed.
 struct Limit {
   std::size_t count;
@@ -165,31 +177,41 @@ constexpr std::array<Limit, 6> LIMITS = {
 
 bool Parser::parseSenseBody() {
   if (isCoach_) return false;
+  Scanner list(msg_);
   std::string_view item;
-  while (!msg_.startsWith(")")) {
-    if (!takeItem(msg_, item)) return false;
+  while (!list.startsWith(")")) {
+    if (!takeItem(list, item)) return false;
     Scanner at(item);
     std::string_view name;
     if (!at.word(name) || !readBodyItem(name, at, *data_, side_)) return false;
-    msg_.skipBlanks();
+    list.skipBlanks();
   }
+  bodyViewWidth_ = data_->my_view_width;
   return true;
 }
 
 bool Parser::parseSee() {
   if (isCoach_) return false;
+  data_->see_view_width = bodyViewWidth_;
+  Scanner list(msg_);
   std::string_view item;
   std::array<std::size_t, LIMITS.size()> seen{};
-  while (!msg_.startsWith(")")) {
-    if (!takeItem(msg_, item)) return false;
+  while (!list.startsWith(")")) {
+    if (!takeItem(list, item)) return false;
     Scanner at(item);
     std::string_view name;
     SeenNumbers numbers;
     if (!takeItem(at, name) || !numbers.read(at)) return false;
-    msg_.skipBlanks();
-    if (numbers.count < 2) continue;  // of a view of low quality: directions alone
+    list.skipBlanks();
 
     const ObjectType type = determineObject(name);
+    if (type == OT_NONE) {
+      if (isOutOfSight(name)) continue;
+      std::cerr << "Parser: unknown object type\n";
+      return false;
+    }
+    if (numbers.count < 2) continue;  // of a view of low quality: directions alone
+
     const auto kind = static_cast<std::size_t>(type);
     if (seen[kind]++ == LIMITS[kind].count) {
       std::cerr << "Parser: to manny " << LIMITS[kind].name << "!\n";
@@ -210,25 +232,25 @@ bool Parser::parseSee() {
         SensorGoal goal;
         numbers.setObject(goal);
         parseGoal(name, goal.which, goal.team);
-        if (goal.which != GOAL_UNKNOWN) data_->goal[static_cast<std::size_t>(goal.which)] = goal;
+        store(goal, goal.which, data_->goal);
         break;
       }
       case OT_FLAG: {
         SensorFlag flag;
         numbers.setObject(flag);
         parseFlag(name, flag);
-        if (flag.which != FLAG_UNKNOWN) data_->flag[static_cast<std::size_t>(flag.which)] = flag;
+        store(flag, flag.which, data_->flag);
         break;
       }
       case OT_LINE: {
         SensorLine line;
         numbers.setObject(line);
         parseLine(name, line);
-        if (line.which != LINE_UNKNOWN) data_->line[static_cast<std::size_t>(line.which)] = line;
+        store(line, line.which, data_->line);
         break;
       }
       case OT_NONE:
-        break;  // the upper-case names: something near, but out of sight
+        break;
     }
   }
   return true;

@@ -1,7 +1,8 @@
 // What one server datagram says: the SensorData record.
 //
-// Positions and velocities stand as the server sends them (its own frame: left goal at x = -52.5
-// for both teams, metres, metres per cycle); angles are radians in (-pi, pi].
+// Positions and velocities stand as the server sends them: in its own frame, in which the left goal
+// has the negative x for both teams, in metres and metres per cycle. Angles are radians in
+// (-pi, pi].
 #pragma once
 
 #include <array>
@@ -25,11 +26,11 @@ struct SensorObject {
 
 struct SensorPlayer : SensorObject {
   team_number team = TEAM_UNKNOWN;
-  int number = -1;
+  int number = -1;  ///< shirt number; -1 when the player is too far away to tell
   goalie_player goalie = GOALIE_UNKNOWN;
-  double face_dir = NO_ANGLE;
+  double face_dir = NO_ANGLE;  ///< from the observer's face direction, as the next two
   double body_dir = NO_ANGLE;
-  double pointto_dir = NO_ANGLE;
+  double pointto_dir = NO_ANGLE;  ///< of the arm; `NO_ANGLE` when it is down or cannot be seen
   bool tackle = false;
 };
 
@@ -46,7 +47,7 @@ struct SensorLine : SensorObject {
   line_type which = LINE_UNKNOWN;
 };
 
-/// An object of the global view: server frame, metres, metres per cycle.
+/// An object of the global view: server frame, metres, metres per cycle, without noise.
 struct ExactObject {
   bool valid = false;
   double x = 0;
@@ -59,9 +60,9 @@ struct ExactPlayer : ExactObject {
   team_number team = TEAM_UNKNOWN;
   int number = -1;
   goalie_player goalie = GOALIE_UNKNOWN;
-  double face_dir = NO_ANGLE;     ///< neck, relative to the body, radians
-  double body_dir = NO_ANGLE;     ///< radians
-  double pointto_dir = NO_ANGLE;  ///< radians; `NO_ANGLE` when the arm is down
+  double face_dir = NO_ANGLE;     ///< neck, from the body direction
+  double body_dir = NO_ANGLE;     ///< in the server's frame
+  double pointto_dir = NO_ANGLE;  ///< of the arm; `NO_ANGLE` when it is down
   bool tackle = false;
 };
 
@@ -70,16 +71,17 @@ struct ExactGoal : ExactObject {
   team_number team = TEAM_UNKNOWN;
 };
 
-/// One heterogeneous player type as announced.
+/// One heterogeneous player type as announced. Names and units are those of the server parameters
+/// (constants.h).
 struct PlayerType {
-  int player_type = -1;  ///< id
-  double player_speed_max = 0;
-  double stamina_inc_max = 0;
-  double player_decay = 0;
+  int player_type = -1;         ///< id
+  double player_speed_max = 0;  ///< metres per cycle
+  double stamina_inc_max = 0;   ///< per cycle
+  double player_decay = 0;      ///< velocity factor per cycle
   double inertia_moment = 0;
   double dash_power_rate = 0;
-  double player_size = 0;
-  double kickable_margin = 0;
+  double player_size = 0;      ///< radius, metres
+  double kickable_margin = 0;  ///< metres
   double kick_rand = 0;
   double extra_stamina = 0;
   double effort_max = 0;
@@ -117,13 +119,13 @@ struct SensorData {
 
   PlayerType playerType;  // player_type
 
-  // see: the relative view
+  // see: the relative view, by `which` but for the players, who come in the order of the text
   SensorObject ball;
   std::array<SensorGoal, NUM_GOALS> goal;
   std::array<SensorPlayer, 21> player;
   std::array<SensorFlag, NUM_FLAGS> flag;
   std::array<SensorLine, NUM_LINES> line;
-  view_width see_view_width = VIEW_WIDTH_NONE;
+  view_width see_view_width = VIEW_WIDTH_NONE;  ///< as the latest body sense told; none before
 
   // change_player_type: shirt number and new type; clang: lowest and highest version
   int number = -1;
@@ -136,22 +138,22 @@ struct SensorData {
   // hear
   sender_type sender = SENDER_SELF;
   CoachMsgType coachMsgType = CMT_NONE;
-  HeardText message{};
-  play_mode mode = PLAY_MODE_UNKNOWN;
-  playing_side penaltySide = SIDE_UNKNOWN;
-  int score = 0;
-  double sender_dir = NO_ANGLE;
-  HeardText sender_name{};
-  int sender_num = -1;
+  HeardText message{};                      ///< the text without its quotes, NUL-terminated
+  play_mode mode = PLAY_MODE_UNKNOWN;       ///< called by the referee
+  playing_side penaltySide = SIDE_UNKNOWN;  ///< at whose goal a penalty shoot-out takes place
+  int score = 0;                 ///< goals of the team that scored, with a mode GOAL only
+  double sender_dir = NO_ANGLE;  ///< radians from the face direction
+  HeardText sender_name{};       ///< the speaker's team; empty when it was not told
+  int sender_num = -1;           ///< the speaker's shirt number
 
-  // sense_body
+  // sense_body; the counts are those of all commands that the server has executed
   view_width my_view_width = VIEW_WIDTH_NONE;
   view_quality my_view_quality = VIEW_QUALITY_LOW;
-  double stamina = 0;
-  double effort = 0;
-  double speed = 0;
-  double speed_angle = 0;
-  double head_angle = 0;
+  double stamina = 0;      ///< 0 to `STAMINA_MAX`
+  double effort = 0;       ///< factor of the dash power
+  double speed = 0;        ///< metres per cycle
+  double speed_angle = 0;  ///< of the movement, from the face direction
+  double head_angle = 0;   ///< of the neck, from the body direction
   int kick_count = 0;
   int dash_count = 0;
   int turn_count = 0;
@@ -163,12 +165,12 @@ struct SensorData {
   int point_to_count = 0;
   int attention_to_count = 0;
   int tackle_count = 0;
-  int arm_movable = 0;
-  int arm_expires = 0;
-  int attentionTo = 0;
-  bool attentionToOurTeam = false;
-  int tackle_expires = 0;
-  Vector2d arm_target;
+  int arm_movable = 0;              ///< cycles until the arm can be moved
+  int arm_expires = 0;              ///< cycles until the arm drops
+  int attentionTo = 0;              ///< shirt number of who is listened to; 0 for nobody
+  bool attentionToOurTeam = false;  ///< that one is of our team
+  int tackle_expires = 0;           ///< cycles until the tackle ends
+  Vector2d arm_target;              ///< distance in metres (x) and direction in degrees (y)
 
   // see_global, ok look: the global view
   ExactObject exactball;
