@@ -2,20 +2,15 @@
 
 #include "Config.h"
 #include "constants.h"
+#include "pitch.h"
 
 namespace vok {
 
-namespace {
-
-constexpr double GOAL_LINE = 52.5;
-
-}  // namespace
-
 GoalShotEval::GoalShotEval()
-    : leftEdgeOfGoal(GOAL_LINE, -GOAL_WIDTH / 2),
-      rightEdgeOfGoal(GOAL_LINE, GOAL_WIDTH / 2),
-      leftEdgeOfOurGoal(-GOAL_LINE, GOAL_WIDTH / 2),
-      rightEdgeOfOurGoal(-GOAL_LINE, -GOAL_WIDTH / 2) {
+    : leftEdgeOfGoal(HALF_LENGTH, -GOAL_WIDTH / 2),
+      rightEdgeOfGoal(HALF_LENGTH, GOAL_WIDTH / 2),
+      leftEdgeOfOurGoal(-HALF_LENGTH, GOAL_WIDTH / 2),
+      rightEdgeOfOurGoal(-HALF_LENGTH, -GOAL_WIDTH / 2) {
   minDistToCorner = Config::getValueAsDouble("goal_minDistToCorner");
   maxDistToCorner = Config::getValueAsDouble("goal_maxDistToCorner");
   maxAge = Config::getValueAsInt("goal_maxAge");

@@ -7,6 +7,7 @@
 
 #include <array>
 
+#include "formation.h"
 #include "grade.h"
 #include "worldmodel.h"
 
@@ -14,18 +15,6 @@ namespace vok {
 
 class GoalShotEval;
 class PassEval;
-
-/// One place of a formation. Computed places are in metres throughout.
-struct PlayerPos {
-  Vector2d Pos;  ///< of a formation: per cent of the band; lateral factor
-  double ballforceX = 0;
-  double ballforceY = 0;         ///< how much a ball behind pulls the place back
-  Vector2d Area;                 ///< half-extents; of a formation: per cent of the band, metres
-  Vector2d BMod;                 ///< offset by the ball factor of the place's half
-  Vector2d FMod;                 ///< offset by how deep the ball is in our half
-  std::array<int, 3> Watches{};  ///< tactical numbers of watched team-mates, -1 for none
-  int tact = 0;  ///< 1 and 2: narrower lateral scale; 4: area ends at our offside line
-};
 
 class PositionEval {
  public:
@@ -70,15 +59,19 @@ class PositionEval {
   int defNo = 0;  ///< 0..2, the selected formations
   int offNo = 0;
   std::array<PlayerPos, 10> RealPositions;  ///< of tactical numbers 2..11; 0..4 are defensive
-  std::array<std::array<PlayerPos, 5>, 3> OffFormations;
-  std::array<std::array<PlayerPos, 5>, 3> DefFormations;
+  std::array<HalfFormation, 3> OffFormations;
+  std::array<HalfFormation, 3> DefFormations;
 
  private:
-  void overrideBand(const Worldmodel& world);
+  void spanBand(double ballX, double offsideLine);
+  void followPlayMode(const Worldmodel& world);
+  void weighAttack(double ballX);
+  void followAttack();
   void CalXPos();
   void CalYPos(Vector2d ball);
   void CalBallForce(Vector2d ball);
   const PlayerPos* placeOf(const Worldmodel& world, int n) const;
+  const PlayerPos& configuredPlace(int tacticalNo) const;
 };
 
 }  // namespace vok
