@@ -27,11 +27,11 @@ VokCoach::VokCoach(const char* team, const char* host, int port, const char* age
   positionEval = std::make_unique<PositionEval>(goalShotEval.get(), passEval.get());
   otherTeam = std::make_unique<Team>(world.get());
   initSubs();
-  if (world != nullptr) initTypeLimits();
+  if (world != nullptr) initTypeRequests();
 }
 
 VokCoach::~VokCoach() {
-  typeLimits.reset();
+  typeRequests.reset();
   // In the order of their making, not in the reverse one of the members.
   tactical.reset();
   goalShotEval.reset();
@@ -40,9 +40,9 @@ VokCoach::~VokCoach() {
   otherTeam.reset();
 }
 
-void VokCoach::initTypeLimits() {
+void VokCoach::initTypeRequests() {
   if (Config::getOptionalInt("types_withinLimits", 0) == 1) {
-    typeLimits = std::make_unique<TypeLimits>(*world, *comm);
+    typeRequests = std::make_unique<TypeRequests>(*world, *comm);
   }
 }
 
@@ -51,7 +51,7 @@ void VokCoach::analyze() {
   positionEval->CalMinMaxX(world.get());
   positionEval->CalPlayerPositions(world.get());
   if (world->playMode == PLAY_MODE_PLAY_ON) otherTeam->Update();
-  if (typeLimits != nullptr) followTypes();
+  if (typeRequests != nullptr) followTypes();
 
   // A message is due when a set play begins and from time to time while it lasts.
   const bool setPlay = isSetPlay(world->playMode);
@@ -107,7 +107,7 @@ void VokCoach::sayMessage() {
 
 void VokCoach::chooseTypesOnce() {
   if (Config::getValueAsInt("use_heterogenous_players") != 1) return;
-  if (initDone && typeLimits != nullptr) typeLimits->ask();
+  if (initDone && typeRequests != nullptr) typeRequests->ask();
   if (initDone || !knowsHeteroTypes()) return;
   chooseHeterogenousPlayers();
   initDone = true;
@@ -116,7 +116,7 @@ void VokCoach::chooseTypesOnce() {
 int VokCoach::calcPlayerForKickUs() const {
   int nearest = -1;
   double bound = 10000.0;
-  for (int n = 1; n <= 11; ++n) {
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     if (!tactical->ourTeamMidfield(n)) continue;
     const double dist = world->ourTeam[n].distTo(world->ball.pos);
     if (dist < bound) {

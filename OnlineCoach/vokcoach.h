@@ -10,7 +10,7 @@
 #include "passeval.h"
 #include "positioneval.h"
 #include "tacticalmodule.h"
-#include "typelimits.h"
+#include "typerequests.h"
 
 namespace vok {
 
@@ -43,8 +43,8 @@ class VokCoach : public Onlinecoach {
 
   /// Prepares the substitution state from the server's player parameters.
   void initSubs();
-  /// Decides, once there is a world, whether the server's limits are kept to.
-  void initTypeLimits();
+  /// Makes the type requests when "types_withinLimits" is set. Only with a world.
+  void initTypeRequests();
   /// Reads the wishes of players 2..11.
   void readAgentConf();
   /// True when types 1 to 6 all exist and are announced.
@@ -61,23 +61,23 @@ class VokCoach : public Onlinecoach {
   /// Reports the choice of types to the monitor.
   void printStats() const;
 
-  bool sayMessageNow = false;
-  play_mode lastPlayMode = PLAY_MODE_UNKNOWN;
-  int numMsgsLeft;
-  long lastNewMessageTime = 0;
-  long lastAumsgTime = -43;  ///< -42 outside standard situations
+  bool sayMessageNow = false;                  ///< a message is due
+  play_mode lastPlayMode = PLAY_MODE_UNKNOWN;  ///< at the last `analyze`
+  int numMsgsLeft;                             ///< messages until the next refill
+  long lastNewMessageTime = 0;                 ///< world time of the last refill
+  long lastAumsgTime = -43;                    ///< world time; -42 outside set plays
   std::unique_ptr<TacticalModule> tactical;
   std::unique_ptr<PassEval> passEval;
   std::unique_ptr<GoalShotEval> goalShotEval;
   std::unique_ptr<PositionEval> positionEval;
   std::unique_ptr<Team> otherTeam;
-  std::unique_ptr<TypeLimits> typeLimits;  ///< null unless "types_withinLimits"
+  std::unique_ptr<TypeRequests> typeRequests;  ///< null unless "types_withinLimits"
   Squad<DesiredType> desiredType;
-  unsigned numSubs = 0;
-  bool initDone = false;
-  int numPlTypes = 0;
+  unsigned numSubs = 0;        ///< substitutions that the match allows, not counted down
+  bool initDone = false;       ///< the choice of types has been made
+  int numPlTypes = 0;          ///< as the server announced
   std::vector<int> numPlType;  ///< by type: how many more players may get it
-  /// By shirt number: the types asked for; with `typeLimits` those that the players have.
+  /// By shirt number: the types asked for; with `typeRequests` those that the players have.
   Squad<int> plType;
 
  private:

@@ -47,7 +47,7 @@ Keys keysOfCoach() {
       std::make_unique<VokCoach>("VOK", "127.0.0.1", NO_PORT, "/dev/null", "", false);
   // What a check-in would have led to.
   coach->world = std::make_unique<Worldmodel>(coach->comm.get());
-  coach->initTypeLimits();
+  coach->initTypeRequests();
   coach->act();
   listener.wishes = true;
   coach->readAgentConf();

@@ -1,15 +1,16 @@
-// The choice of our players' heterogeneous types, made once, and its report.
+// The choice of our players' types, made once when all types are announced: each player gets what
+// suits its wishes best, in turn, as long as there is some left. Within the server's limits the
+// wishes go to the type requests instead.
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
 #include <iostream>
-#include <sstream>
 
 #include "Config.h"
 #include "constants.h"
-#include "mcommand.h"
+#include "pitch.h"
 #include "vokcoach.h"
 
 namespace vok {
@@ -17,7 +18,6 @@ namespace vok {
 namespace {
 
 constexpr int FIRST_FIELD_PLAYER = 2;  // the goalie keeps the default type
-constexpr int LAST_PLAYER = 11;
 constexpr int PLAYERS_PER_TYPE = 3;
 constexpr int DEFAULT_TYPE = 0;
 constexpr int LAST_AWAITED_TYPE = 6;
@@ -54,7 +54,7 @@ void VokCoach::initSubs() {
 
 void VokCoach::readAgentConf() {
   std::array<char, 64> key{};
-  for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
+  for (int n = FIRST_FIELD_PLAYER; n <= LAST_SHIRT; ++n) {
     for (const WishKey& item : WISH_KEYS) {
       std::snprintf(key.data(), key.size(), item.pattern, n);
       desiredType[n].*item.wish = Config::getValueAsDouble(key.data());
@@ -72,27 +72,26 @@ bool VokCoach::knowsHeteroTypes() const {
 void VokCoach::chooseHeterogenousPlayers() {
   readAgentConf();
   initSubs();
-  if (typeLimits != nullptr) return chooseWithinLimits();
+  if (typeRequests != nullptr) return chooseWithinLimits();
   // The offenders choose first and so get the scarce types. Any head count may be configured.
   const int offenders = std::clamp(tactical->ourSystem.numOffenders, 0, 10);
-  const int firstOffender = LAST_PLAYER + 1 - offenders;
-  for (int n = firstOffender; n <= LAST_PLAYER; ++n) choosePlayerType(n);
+  const int firstOffender = LAST_SHIRT + 1 - offenders;
+  for (int n = firstOffender; n <= LAST_SHIRT; ++n) choosePlayerType(n);
   for (int n = FIRST_FIELD_PLAYER; n < firstOffender; ++n) choosePlayerType(n);
 }
 
 void VokCoach::chooseWithinLimits() {
   const int types = static_cast<int>(world->playerType.size());
-  for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
-    for (int type = 0; type < types; ++type) typeLimits->setUtility(n, type, calcUtility(n, type));
+  for (int n = FIRST_FIELD_PLAYER; n <= LAST_SHIRT; ++n) {
+    for (int type = 0; type < types; ++type)
+      typeRequests->setUtility(n, type, calcUtility(n, type));
   }
-  typeLimits->choose(numSubsMax());
+  typeRequests->choose(numSubsMax());
 }
 
 void VokCoach::followTypes() {
-  typeLimits->takeAnswers();
-  for (int n = 1; n <= LAST_PLAYER; ++n) {
-    plType[n] = typeLimits->typeOf(n);
-  }
+  typeRequests->takeAnswers();
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) plType[n] = typeRequests->typeOf(n);
 }
 
 void VokCoach::choosePlayerType(int playerNumber) {
@@ -132,21 +131,6 @@ void VokCoach::doSub(int playerNumber, int type) {
   plType[playerNumber] = type;
   if (type != DEFAULT_TYPE) --numPlType[static_cast<std::size_t>(type)];
   comm->sendChangePlayer(playerNumber, type);
-}
-
-void VokCoach::printStats() const {
-  const auto report = [](const auto&... parts) {
-    std::ostringstream text;
-    (text << ... << parts);
-    Comm::sendMCmd(MLog(text.str(), 0));
-  };
-  report("0 Coach hetero player status:");
-  const std::size_t known = world == nullptr ? 0 : world->playerType.size();
-  const std::size_t types = std::min(static_cast<std::size_t>(numPlTypes), known);
-  for (std::size_t type = 0; type < types; ++type) report("1 ", world->playerType[type]);
-  for (int n = FIRST_FIELD_PLAYER; n <= LAST_PLAYER; ++n) {
-    report("2 Player ", n, " has type ", plType[n]);
-  }
 }
 
 }  // namespace vok

@@ -1,0 +1,106 @@
+// The choice of our players' types by the shipped wishes and a made-up set of types, and its
+// report.
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "constants.h"
+#include "support/coach.h"
+
+namespace vok::test {
+namespace {
+
+class TypeChoice : public CoachTest {
+ protected:
+  TypeChoice() {
+    // Over the server's default type: decay, kickable margin and dash rate; extra stamina. The
+    // default type, what 10 and 11 wish, what 2 and 5 wish, what 6 and 7 wish, the default again,
+    // and a type for strikers and nobody else.
+    constexpr double TYPES[7][4] = {{0, 0, 0, 0},
+                                    {0.1, 0.05, 0.0016, 40},
+                                    {0.05, 0.05, 0.0012, 50},
+                                    {0.05, 0.15, 0.0006, 60},
+                                    {0, 0, 0, 0},
+                                    {0, 0, 0, 0},
+                                    {0.2, -0.2, 0.002, 100}};
+    checkIn();
+    coach->world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
+    PLAYER_DECAY = 0.5;
+    KICKABLE_MARGIN = 0.5;
+    DASH_POWER_RATE = 0.01;
+    for (int id = 0; id < 7; ++id) {
+      type(id).state = id;
+      type(id).playerDecay = PLAYER_DECAY + TYPES[id][0];
+      type(id).kickableMargin = KICKABLE_MARGIN + TYPES[id][1];
+      type(id).dashPowerRate = DASH_POWER_RATE + TYPES[id][2];
+      type(id).extraStamina = TYPES[id][3];
+    }
+  }
+
+  // The changes that the server was asked for: "number:type " each.
+  std::string changes() {
+    coach->comm->sendDone();
+    return server.typeChanges();
+  }
+};
+
+TEST_F(TypeChoice, OffendersChooseFirstAndATypeServesThreePlayers) {
+  const std::pair<int, const char*> rows[] = {{2, "10:1 11:1 2:2 3:3 4:3 5:2 6:3 7:2 8:1 "},
+                                              {4, "8:2 9:2 10:1 11:1 2:2 3:3 4:3 5:1 6:3 "},
+                                              {20, "2:2 3:3 4:3 5:2 6:3 7:2 8:1 9:1 10:1 11:6 "}};
+  for (const auto& [offenders, asked] : rows) {
+    coach->tactical->ourSystem.numOffenders = offenders;
+    coach->chooseHeterogenousPlayers();
+    EXPECT_EQ(changes(), asked) << offenders << " offenders";
+  }
+  EXPECT_EQ(coach->plType[11], 6);
+  EXPECT_EQ(coach->numPlType, (std::vector<int>{3, 0, 0, 0, 3, 3, 2}));
+}
+
+TEST_F(TypeChoice, AfterKickOffAChangeNeedsASubstitutionAndAWish) {
+  coach->choosePlayerType(2);
+  EXPECT_EQ(changes(), "") << "before any wish was read";
+  coach->readAgentConf();
+  coach->world->playMode = PLAY_MODE_FREE_KICK_US;
+  coach->choosePlayerType(2);
+  coach->numSubs = 0;
+  coach->choosePlayerType(3);
+  coach->world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
+  coach->choosePlayerType(4);
+  EXPECT_EQ(changes(), "2:2 4:3 ");
+}
+
+TEST_F(TypeChoice, TypesAreKnownWhenAllSixAreAnnounced) {
+  auto& types = coach->world->playerType;
+  types[0].state = -1;  // the default type needs no announcement
+  EXPECT_TRUE(coach->knowsHeteroTypes());
+  types.resize(6);
+  EXPECT_FALSE(coach->knowsHeteroTypes());
+  types.resize(7);
+  EXPECT_FALSE(coach->knowsHeteroTypes());
+}
+
+TEST_F(TypeChoice, MoreTypesThanTheWorldWasMadeForAreNotLookedAt) {
+  playerParams.player_types = 1000;
+  coach->chooseHeterogenousPlayers();
+  EXPECT_EQ(errors.take(),
+            "WARNING: utility < 0. Check agent.conf\n"
+            "WARNING: utility < 0. Check agent.conf\n")
+      << "type 6 for players 6 and 7";
+  EXPECT_EQ(changes().substr(0, 10), "10:1 11:1 ");
+
+  coach->comm->ZELTRAmode = true;
+  coach->printStats();
+  EXPECT_EQ(server.receive(), "(vokproxy 0 (log 0 Coach hetero player status:))");
+  for (const WPlayerType& announced : coach->world->playerType) {
+    std::ostringstream line;
+    line << "(vokproxy 0 (log 1 " << announced << "))";
+    EXPECT_EQ(server.receive(), line.str());
+  }
+  for (const char* line : {"2 has type 2", "3 has type 3", "4 has type 3"}) {
+    EXPECT_EQ(server.receive(), std::string("(vokproxy 0 (log 2 Player ") + line + "))");
+  }
+}
+
+}  // namespace
+}  // namespace vok::test
