@@ -25,6 +25,9 @@ constexpr double CONTACT_ROOM = 0.1;
 constexpr double HALF = 0.5 * (1 + 1e-4);
 // The server announces a decay with six digits after the point.
 constexpr double DECAY_ERROR = HALF * 1e-6;
+// And a full dash as the product of two numbers of six significant digits: the true one may be
+// greater by so much.
+constexpr double FULL_DASH_ERROR = 2 * HALF * 1e-5;
 
 /// Of six significant digits.
 double printError(double printed) {
@@ -59,7 +62,8 @@ struct DecayTypes::Step {
   Vector2d fromError;
   Vector2d toError;
   Vector2d leftError;
-  Vector2d gained;
+  Vector2d gained;  ///< velocity at the end over that at the begin, before the decay
+  Vector2d gainedError;
 
   Step(const WPlayer& from, const WPlayer& to)
       : way(to.pos - from.pos),
@@ -67,12 +71,15 @@ struct DecayTypes::Step {
         fromError(printError(from.pos)),
         toError(printError(to.pos)),
         leftError(printError(to.v)),
-        gained(way - from.v) {}
+        gained(way - from.v),
+        gainedError(fromError + toError + printError(from.v)) {}
 
-  /// What the player's own dash has given at least: the rest can be noise.
+  /// What the player's own dash has given at least, metres per cycle: the rest can be noise or
+  /// rounded off.
   double leastDash() const {
     const double noise = 1.5 * PLAYER_RAND;  // in either coordinate up to PLAYER_RAND
-    return gained.getLength() - way.getLength() * noise / (1 - noise);
+    const double longestWay = way.getLength() + (fromError + toError).getLength();
+    return (gained.getLength() - gainedError.getLength()) - longestWay * noise / (1 - noise);
   }
 
   /// Whether the step fits a type, alone or, where the track holds, behind the steps before it.
@@ -222,7 +229,7 @@ void DecayTypes::decide(const Worldmodel& world, int n, TypeBeliefs& beliefs, Ve
 bool DecayTypes::isUnlikelyTwin(const Worldmodel& world, int n, std::size_t type,
                                 const Verdicts& verdicts) const {
   const WPlayerType& twin = world.playerType[type];
-  const double fullDash = MAXPOWER * twin.dashPowerRate * twin.effortMax;
+  const double fullDash = MAXPOWER * twin.dashPowerRate * twin.effortMax * (1 + FULL_DASH_ERROR);
   if (fullDash < evidence_[n].secondStrongest) return true;
   // The default type is no proof: everybody starts with it.
   if (type == 0 || !(playerParams.pt_max >= 1)) return false;

@@ -21,7 +21,7 @@ class DecayTypes {
   using Opponents = Squad<WPlayer>;
   using Verdicts = Squad<int>;
 
-  /// For so many types, those of the world and of the beliefs.
+  /// `types` is the number of player types; world and beliefs have as many.
   explicit DecayTypes(std::size_t types);
 
   /// Once a cycle. `before` are the opponents at the previous call, `nextCycle` when that was one

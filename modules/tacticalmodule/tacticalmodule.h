@@ -89,6 +89,8 @@ class TacticalModule {
   BallControlState ourBallControl = BC_UNKNOWN;
   TacticalAction ourAction;
   TacticalSystem ourSystem{4, 2, 2, 2};
+  // How far from its place a player feels responsible, by role, metres. Read and kept for players,
+  // as all that follows down to `reportedTAction` but for the pointers.
   int ourEdgeDefender;
   int ourEdgeDefMidfield;
   int ourEdgeOffMidfield;
@@ -99,33 +101,35 @@ class TacticalModule {
   int otherEdgeOffMidfield;
   int otherEdgeOffender;
   int otherEdgeGoalie;
+  // Shirt numbers, -1 for none: who is to go to the ball, and who threatens our goal most.
   int firstResponsiblePlayer = -1;
   int secondResponsiblePlayer = -1;
   int thirdResponsiblePlayer = -1;
   int firstDangerousOpponent = -1;
   int secondDangerousOpponent = -1;
   int thirdDangerousOpponent = -1;
-  Squad<PlayerPassInfo> playerPassInfo;
+  Squad<PlayerPassInfo> playerPassInfo;  ///< our team's
+  // Where each player can get the ball, metres in the field frame, and in how many cycles.
   Squad<long> ourTeamReachBallTime;
   Squad<long> otherTeamReachBallTime;
   Squad<Vector2d> ourTeamReachBallPos;
   Squad<Vector2d> otherTeamReachBallPos;
-  int attentionTo = -1;
-  long cyclesSinceLastMessage = NEVER;
-  bool communicateAction = false;
-  bool communicateSimAction = false;
+  int attentionTo = -1;                 ///< shirt number of a team-mate, -1 for none
+  long cyclesSinceLastMessage = NEVER;  ///< counted up to `NEVER`
+  bool communicateAction = false;       ///< the own action is to be said
+  bool communicateSimAction = false;    ///< that on the simulated ball; for one cycle
   WBall simulatedBall;
-  const Worldmodel* world;  ///< not owned
-  AdvSkills* skills;        ///< not owned
-  TacticalAction audioTAction;
-  TacticalAction reportedTAction;
-  Squad<WPlayer> oldPlayer;    ///< the opponents at the previous call
-  long oldTime = -2;           ///< cycle of the previous call
-  int oldNumSubs = 0;          ///< the opponents' changes up to the previous call
-  TypeBeliefs playerTypeData;  ///< opponents' beliefs by type id
-  Squad<int> playerType;       ///< the opponents' types, -1 while unknown
-  bool typesFromDecay;         ///< configured
-  DecayTypes decayTypes;       ///< the inference that is then used
+  const Worldmodel* world;         ///< not owned
+  AdvSkills* skills;               ///< not owned
+  TacticalAction audioTAction;     ///< heard from a team-mate in this cycle
+  TacticalAction reportedTAction;  ///< told by the player itself in this cycle
+  Squad<WPlayer> oldPlayer;        ///< the opponents at the previous call
+  long oldTime = -2;               ///< cycle of the previous call
+  int oldNumSubs = 0;              ///< the opponents' changes up to the previous call
+  TypeBeliefs playerTypeData;      ///< opponents' beliefs by type id
+  Squad<int> playerType;           ///< the opponents' types, -1 while unknown
+  bool typesFromDecay;             ///< configured
+  DecayTypes decayTypes;           ///< the inference that is then used
 
  private:
   bool placeWithin(int n, long behind, long upTo) const;
