@@ -5,8 +5,8 @@
 #include <iostream>
 #include <memory>
 
-#include "Comm.h"
 #include "constants.h"
+#include "stopsignals.h"
 #include "vokcoach.h"
 
 namespace {
@@ -69,7 +69,7 @@ int main(int argc, char** argv) {
   std::cerr << "Vokar RoboCup Online Coach\n"
             << "Speaks protocol 9.00; all diagnostics are on standard error.\n";
 
-  vok::Comm::stopOnSignals();
+  vok::stopOnSignals();
   const auto coach = std::make_unique<vok::VokCoach>(options.team, options.host, options.port,
                                                      options.agentConfFile, options.traceConfFile,
                                                      options.zeltraMode);

@@ -21,6 +21,15 @@ VokCoach::VokCoach(const char* team, const char* host, int port, const char* age
                    const char* traceConfFile, bool zeltraMode)
     : Onlinecoach(team, host, port, agentConfFile, traceConfFile, zeltraMode),
       numMsgsLeft(SAY_COACH_CNT_MAX) {
+  createModules();
+}
+
+VokCoach::VokCoach(const char* team, Link& link, const char* agentConfFile)
+    : Onlinecoach(team, link, agentConfFile), numMsgsLeft(SAY_COACH_CNT_MAX) {
+  createModules();
+}
+
+void VokCoach::createModules() {
   tactical = std::make_unique<TacticalModule>(world.get(), nullptr);
   goalShotEval = std::make_unique<GoalShotEval>();
   passEval = std::make_unique<PassEval>(goalShotEval.get());

@@ -31,6 +31,8 @@ class VokCoach : public Onlinecoach {
  public:
   VokCoach(const char* team, const char* host, int port, const char* agentConfFile,
            const char* traceConfFile, bool zeltraMode);
+  /// Plays through a link that exists already (see `Onlinecoach`).
+  VokCoach(const char* team, Link& link, const char* agentConfFile);
 
   /// Messages to the players and, once, the choice of their types.
   void act() override;
@@ -81,6 +83,7 @@ class VokCoach : public Onlinecoach {
   Squad<int> plType;
 
  private:
+  void createModules();
   void refillBudget();
   void sayMessage();
   void chooseTypesOnce();

@@ -7,7 +7,6 @@
 #include <charconv>
 #include <fstream>
 #include <iostream>
-#include <thread>
 
 namespace vok::bench {
 
@@ -104,11 +103,6 @@ std::string_view Server::receive() {
   return {buffer_.data(), n > 0 ? static_cast<std::size_t>(n) : 0};
 }
 
-void Server::drop() {
-  while (recv(sd, buffer_.data(), buffer_.size(), MSG_DONTWAIT) >= 0) {
-  }
-}
-
 void Server::send(const std::string& text) {
   sendto(sd, text.c_str(), text.size() + 1, 0, reinterpret_cast<const sockaddr*>(&client_),
          sizeof client_);
@@ -116,14 +110,10 @@ void Server::send(const std::string& text) {
 
 CoachInMatch::CoachInMatch(int types) {
   const std::vector<std::string> texts = recording(types);
-  std::thread serving([&] {
-    server.receive();
-    for (std::size_t i = 0; i < 3; ++i) server.send(texts[i]);
-  });
+  for (std::size_t i = 0; i < 3; ++i) link.add(texts[i]);
   // The recording calls for some lines; later ones shall be seen.
   std::cerr.setstate(std::ios::failbit);
-  coach = std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), CONFIG_FILE, "", false);
-  serving.join();
+  coach = std::make_unique<VokCoach>("Alpha", link, CONFIG_FILE);
   for (std::size_t i = 3; i < texts.size(); ++i) feed(texts[i]);
   std::cerr.clear();
 }

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "textlink.h"
 #include "vokcoach.h"
 
 namespace vok::bench {
@@ -50,8 +51,6 @@ class Server {
   int port() const;
   /// The next datagram; empty when none comes within three seconds.
   std::string_view receive();
-  /// Throws away what has come.
-  void drop();
   /// With the NUL byte behind the text.
   void send(const std::string& text);
 
@@ -72,7 +71,7 @@ class CoachInMatch {
   /// Has the referee call a mode now.
   void call(const std::string& mode);
 
-  Server server;
+  TextLink link;
   std::unique_ptr<VokCoach> coach;
   Views views;
 

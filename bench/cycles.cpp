@@ -10,15 +10,6 @@
 namespace vok::bench {
 namespace {
 
-/// Keeps the server's buffer from filling, which would make sending cheaper than it is.
-void dropNowAndThen(benchmark::State& state, Server& server) {
-  static int calls = 0;
-  if (++calls % 64 != 0) return;
-  state.PauseTiming();
-  server.drop();
-  state.ResumeTiming();
-}
-
 /// A function of its own, so that a profiler can count inside it alone.
 [[gnu::noinline]] void measuredCycle(CoachInMatch& match, const std::string& text) {
   match.feed(text);
@@ -81,7 +72,7 @@ void freeKick(benchmark::State& state) {
     if (match.coach->lastAumsgTime != match.views.time()) {
       return state.SkipWithError("nothing said");
     }
-    dropNowAndThen(state, match.server);
+    match.link.dropCommands();
   }
 }
 
@@ -89,11 +80,10 @@ void freeKick(benchmark::State& state) {
 void synchronous(benchmark::State& state) {
   CoachInMatch match;
   SYNCH_MODE = true;
-  match.server.drop();
   for (auto _ : state) {
     match.feed(match.views.next());
     match.feed("(think)");
-    dropNowAndThen(state, match.server);
+    match.link.dropCommands();
   }
   if (match.coach->world->time != match.views.time()) state.SkipWithError("cycles are missing");
 }

@@ -1,11 +1,7 @@
 #include "harness.h"
 
-#include <arpa/inet.h>
-#include <sys/socket.h>
 #include <sys/time.h>
 
-#include <algorithm>
-#include <array>
 #include <climits>
 #include <csignal>
 #include <cstdio>
@@ -15,6 +11,7 @@
 #include <vector>
 
 #include "constants.h"
+#include "cycleloop.h"
 #include "scanner.h"
 
 namespace vok::fuzz {
@@ -78,14 +75,6 @@ bool isPlayersAnswer(std::string_view init) {
   return init.size() > 8 && init.starts_with("(init ") && isDigit(init[8]);
 }
 
-sockaddr_in loopback(int port) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  address.sin_port = htons(static_cast<in_port_t>(port));
-  return address;
-}
-
 }  // namespace
 
 void require(bool holds, const char* what) {
@@ -113,21 +102,10 @@ Match& Match::instance() {
   return theMatch;
 }
 
-Match::Match()
-    : server_(socket(AF_INET, SOCK_DGRAM, 0)),
-      emptyAudiomgr_(UINT_MAX, false, AudioMsg::DEFAULT_MSG_PREFIX, 20) {
+Match::Match() : emptyAudiomgr_(UINT_MAX, false, AudioMsg::DEFAULT_MSG_PREFIX, 20) {
   silence();
-  sockaddr_in address = loopback(0);
-  socklen_t size = sizeof address;
-  require(bind(server_, reinterpret_cast<const sockaddr*>(&address), size) == 0, "harness: bind");
-  getsockname(server_, reinterpret_cast<sockaddr*>(&address), &size);
-
   const AlarmKeeper keeper;
-  SIMULATOR_STEP = 1;  // nobody answers this check-in: it should give up soon
-  coach_ = std::make_unique<VokCoach>(TEAM, "127.0.0.1", ntohs(address.sin_port),
-                                      VOK_SOURCE_DIR "/conf/agent.conf", "", false);
-  recvfrom(server_, nullptr, 0, 0, reinterpret_cast<sockaddr*>(&address), &size);
-  coachPort_ = ntohs(address.sin_port);
+  coach_ = std::make_unique<VokCoach>(TEAM, link_, VOK_SOURCE_DIR "/conf/agent.conf");
   readFormations();
 }
 
@@ -149,13 +127,13 @@ void Match::restart(client_type type) {
   *comm.audiomgr = emptyAudiomgr_;
   comm.terminateTexts = false;
   comm.serverOK = true;
-  while (comm.sock->tryRecv() != nullptr) continue;
+  link_.dropTexts();
 }
 
 bool Match::checkIn(std::string_view init, std::string_view serverText,
                     std::string_view playerText) {
   restart(isPlayersAnswer(init) ? CLIENT_FIELDPLAYER : CLIENT_ONLINECOACH);
-  for (const std::string_view text : {init, serverText, playerText}) sendToCoach(text);
+  for (const std::string_view text : {init, serverText, playerText}) link_.add(std::string(text));
   const bool checkedIn = coach_->comm->connect() == COMM_OK;
   takeCommands();
   if (!checkedIn) return false;
@@ -181,12 +159,6 @@ void Match::prepareCoach() {
   coach_->initSubs();
 }
 
-void Match::sendToCoach(std::string_view datagram) const {
-  const sockaddr_in address = loopback(coachPort_);
-  sendto(server_, datagram.data(), std::min(datagram.size(), std::size_t{60000}), 0,
-         reinterpret_cast<const sockaddr*>(&address), sizeof address);
-}
-
 void Match::receive(std::string_view datagram) {
   // Of the exact size, so that the sanitizer sees a step behind the end.
   datagram = datagram.substr(0, MAX_DATAGRAM);
@@ -200,8 +172,8 @@ void Match::receive(std::string_view datagram) {
   runCycle();
 }
 
-void Match::receiveFromSocket(std::string_view datagram) {
-  sendToCoach(datagram);
+void Match::drain(std::string_view datagram) {
+  link_.add(std::string(datagram.substr(0, MAX_DATAGRAM)));
   coach_->comm->drainSocket();
   require(coach_->comm->isServerAlive(), "no datagram is a dead server");
   runCycle();
@@ -221,8 +193,7 @@ void Match::runCycle() {
 void Match::runPlayersCycle() {
   Comm& comm = *coach_->comm;
   AsyncCommInfo::alrmHandler(SIGALRM);  // it has waited for a view
-  const bool newCycle = comm.async->takeAct();
-  coach_->world->adjust();
+  const bool newCycle = takeCycle(comm, *coach_->world);
   AudioMsg message;
   while (comm.getNextMsg(message)) heard_ = coach_->world->feedbackAudio(message);
   // A cycle may pass without what it should begin with.
@@ -233,13 +204,12 @@ void Match::runPlayersCycle() {
   } else {
     comm.sendTurn(1);
   }
-  if (SYNCH_MODE) comm.sendDone();
+  endCycle(comm);
 }
 
 void Match::takeCommands() {
-  std::array<char, MAX_DATAGRAM> text;
-  for (ssize_t n = 0; (n = recv(server_, text.data(), text.size(), MSG_DONTWAIT)) >= 0;) {
-    std::string_view command(text.data(), static_cast<std::size_t>(n));
+  while (const auto sent = link_.takeCommand()) {
+    std::string_view command = *sent;
     if (coach_->comm->terminateTexts && command.ends_with('\0')) command.remove_suffix(1);
     if (command == "(done)") ++answers_;
     if (coach_->comm->async->isCoach()) checkCommand(command);

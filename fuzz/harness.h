@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "support/param_keeper.h"
+#include "textlink.h"
 #include "vokcoach.h"
 
 namespace vok::fuzz {
@@ -36,7 +37,7 @@ class Match {
  public:
   static Match& instance();
 
-  /// Checks in with the three answers given, which come through the socket: as a field player when
+  /// Checks in with the three answers given, which come through the link: as a field player when
   /// the first gives it a number, else as the coach. False when they are not taken; then there is
   /// no match.
   bool checkIn(std::string_view init, std::string_view server, std::string_view player);
@@ -45,8 +46,8 @@ class Match {
   /// the world and at what the coach has sent.
   void receive(std::string_view datagram);
 
-  /// Receives what waits in the socket after one datagram has been sent to it.
-  void receiveFromSocket(std::string_view datagram);
+  /// The same by way of the drain.
+  void drain(std::string_view datagram);
 
   /// The next good view, or what a player is told, is taken over exactly and, in synchronous mode,
   /// answered.
@@ -61,7 +62,6 @@ class Match {
   Match();
   void restart(client_type type);
   void prepareCoach();
-  void sendToCoach(std::string_view datagram) const;
   void runCycle();
   void runPlayersCycle();
   void checkWorld() const;
@@ -74,9 +74,8 @@ class Match {
   void checkCommand(std::string_view command);
 
   const test::ParamKeeper parameters_;
-  int server_;  ///< the socket that the commands go to
+  TextLink link_;
   std::unique_ptr<VokCoach> coach_;
-  int coachPort_ = 0;
   int answers_ = 0;     ///< how often "(done)" was sent since the last check-in
   bool heard_ = false;  ///< a player took the latest message of its coach
   // As they are before a match; copied, since building them takes long.

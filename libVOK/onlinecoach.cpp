@@ -5,7 +5,8 @@
 #include <iostream>
 
 #include "Config.h"
-#include "constants.h"
+#include "cycleloop.h"
+#include "stopsignals.h"
 
 namespace vok {
 
@@ -22,16 +23,29 @@ constexpr std::array<const char*, 7> CHECKIN_MESSAGES = {
     "Onlinecoach: did not receive response from server !",
     "Onlinecoach: could not parse init response !"};
 
+void readConfig(const char* fileName) {
+  if (Config::readFile(fileName)) return;
+  std::cerr << "PANIC: Could not read config file: " << fileName << "\n";
+  std::exit(-1);
+}
+
 }  // namespace
 
 Onlinecoach::Onlinecoach(const char* team, const char* host, int port, const char* agentConfFile,
                          const char* /*traceConfFile*/, bool zeltraMode) {
-  if (!Config::readFile(agentConfFile)) {
-    std::cerr << "PANIC: Could not read config file: " << agentConfFile << "\n";
-    std::exit(-1);
-  }
+  readConfig(agentConfFile);
   comm =
       std::make_unique<Comm>(team, CLIENT_ONLINECOACH, host, port, 0, zeltraMode, 7, 7, SIDE_LEFT);
+  checkIn();
+}
+
+Onlinecoach::Onlinecoach(const char* team, Link& link, const char* agentConfFile) {
+  readConfig(agentConfFile);
+  comm = std::make_unique<Comm>(team, CLIENT_ONLINECOACH, link, 0, false, 7, 7, SIDE_LEFT);
+  checkIn();
+}
+
+void Onlinecoach::checkIn() {
   const comm_error result = comm->isServerAlive() ? comm->connect() : COMM_ERROR;
   if (result == COMM_OK) {
     world = std::make_unique<Worldmodel>(comm.get());
@@ -50,7 +64,7 @@ void Onlinecoach::coach() {
     std::cerr << "Onlinecoach: could not connect to sserver, closing down\n";
     return;
   }
-  while (!comm->isGameOver() && Comm::stopRequested == 0) {
+  while (!comm->isGameOver() && !isStopRequested()) {
     comm->drainSocket();
     step();
     if (!comm->isServerAlive()) return;
@@ -58,18 +72,13 @@ void Onlinecoach::coach() {
 }
 
 void Onlinecoach::step() {
-  if (comm->async->takeAct()) {
-    world->adjust();
-    analyze();
-    // Messages and types are matters of interruptions; the latest word on the mode counts.
-    if (comm->getPlayMode() != PLAY_MODE_PLAY_ON) act();
-    if (SYNCH_MODE) comm->sendDone();
-  } else if (comm->async->answerDue()) {
-    // No cycle began, but the server waits for an answer.
-    comm->async->takeAnswer();
-    world->adjust();
-    comm->sendDone();
-  }
+  if (!takeCycle(*comm, *world)) return;
+  analyze();
+  // The loop goes by the latest call, which may have come behind the view of this cycle, so that a
+  // command is not sent into running play; analyze and act decide by the mode of the world's view,
+  // which fits the positions that they see.
+  if (comm->getPlayMode() != PLAY_MODE_PLAY_ON) act();
+  endCycle(*comm);
 }
 
 }  // namespace vok

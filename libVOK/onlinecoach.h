@@ -14,6 +14,8 @@ class Onlinecoach {
   /// in. A failed check-in is reported and leaves `world` null. `traceConfFile` is not read.
   Onlinecoach(const char* team, const char* host, int port, const char* agentConfFile,
               const char* traceConfFile, bool zeltraMode);
+  /// The same through a link that exists already (see `Comm`), which must outlast the coach.
+  Onlinecoach(const char* team, Link& link, const char* agentConfFile);
 
   /// What the coach does in a cycle outside normal play.
   virtual void act() = 0;
@@ -27,7 +29,7 @@ class Onlinecoach {
 
   /// Runs the match: returns when it is over or the server is lost.
   void coach();
-  /// What the loop does with what a drain has left: runs the cycle or answers the server.
+  /// The loop behind a drain: runs the cycle that has begun, or answers the server.
   void step();
 
   int getMyNumber() const { return comm->getMyNumber(); }
@@ -43,6 +45,9 @@ class Onlinecoach {
 
   std::unique_ptr<Worldmodel> world;  ///< null until the check-in succeeded
   std::unique_ptr<Comm> comm;
+
+ private:
+  void checkIn();
 };
 
 }  // namespace vok

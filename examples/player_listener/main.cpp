@@ -2,7 +2,8 @@
 // its world model and prints it. The skeleton of any player that is built on the library.
 #include <VOK/Comm.h>
 #include <VOK/Config.h>
-#include <VOK/constants.h>
+#include <VOK/cycleloop.h>
+#include <VOK/stopsignals.h>
 #include <VOK/worldmodel.h>
 
 #include <cstdlib>
@@ -76,15 +77,14 @@ const char* play(vok::Comm& comm) {
             << std::endl;
   while (!comm.isGameOver()) {
     comm.drainSocket();
-    if (vok::Comm::stopRequested != 0) return "stopped by a signal";
-    const bool newCycle = comm.async->takeAct();
-    world.adjust();
+    if (vok::isStopRequested()) return "stopped by a signal";
+    const bool newCycle = vok::takeCycle(comm, world);
     listen(comm, world);
     if (newCycle) {
       // Here a player thinks, and sends one command of its body: comm.sendDash(60). It is then
       // noted that nothing more is wanted in this cycle; a listener wants nothing in any.
       comm.async->actionNeeded = false;
-      if (vok::SYNCH_MODE) comm.sendDone();
+      vok::endCycle(comm);
     }
     if (!comm.isServerAlive()) return "the server fell silent";
   }
@@ -103,7 +103,7 @@ int main(int argc, char** argv) {
   }
 
   configure();
-  vok::Comm::stopOnSignals();
+  vok::stopOnSignals();
   // A first connection, no remote control, coach language 7 to 8. The last is for trainers.
   vok::Comm comm(team, vok::CLIENT_FIELDPLAYER, host, port, 0, false, 7, 8, vok::SIDE_LEFT);
   if (!comm.isServerAlive() || comm.connect() != vok::COMM_OK) {

@@ -1,21 +1,19 @@
 // The connection's life and its receive loop.
 #include "Comm.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <climits>
 #include <cstdint>
 #include <cstdlib>
-#include <ctime>
 #include <iostream>
 #include <string_view>
 
 #include "constants.h"
 #include "playmodes.h"
 #include "scanner.h"
+#include "stopsignals.h"
 
 namespace vok {
 
@@ -34,16 +32,9 @@ constexpr unsigned MSG_QUEUE_SIZE = 20;
 // A wait that ends later than the system's timers do was none: the process stood still.
 constexpr milliseconds STOOD_STILL(100);
 
-constexpr long STOP_ALARM_NS = 50'000'000;
-timer_t stopTimer{};
-
-// Whether a request to stop finds a client that takes leave of its server.
-volatile std::sig_atomic_t hasSocket = 0;
-
 }  // namespace
 
 Comm* Comm::theComm = nullptr;
-volatile std::sig_atomic_t Comm::stopRequested = 0;
 
 Comm::Comm(const char* teamname, client_type clientType, const char* host, int port, int reconnect,
            bool remoteControl, int clangMinVer, int clangMaxVer, playing_side trainerSide)
@@ -51,20 +42,44 @@ Comm::Comm(const char* teamname, client_type clientType, const char* host, int p
       reconnectNumber(reconnect),
       ctype(clientType),
       coachSide(trainerSide) {
+  claimProcess();
+  openSocket(host, port);
+  createParts(teamname, clangMinVer, clangMaxVer);
+}
+
+Comm::Comm(const char* teamname, client_type clientType, Link& link, int reconnect,
+           bool remoteControl, int clangMinVer, int clangMaxVer, playing_side trainerSide)
+    : ZELTRAmode(remoteControl),
+      reconnectNumber(reconnect),
+      ctype(clientType),
+      coachSide(trainerSide),
+      link_(&link) {
+  claimProcess();
+  createParts(teamname, clangMinVer, clangMaxVer);
+}
+
+void Comm::claimProcess() {
   if (theComm != nullptr) {
     std::cerr << "CommError: Comm: cannot construct more than one Comm in any single process !\n";
     std::exit(-1);
   }
   theComm = this;
+}
+
+void Comm::openSocket(const char* host, int port) {
   try {
     sock = std::make_unique<UDPSocket>(host, port, MAX_DATAGRAM);
-    hasSocket = 1;
+    link_ = sock.get();
+    stopInOrder();
   } catch (const UDPSocketError& error) {
     std::cerr << "CommError: " << error.msg() << "\n";
     serverOK = false;
   }
-  async = std::make_unique<AsyncCommInfo>(teamname, clientType);
-  parser = std::make_unique<Parser>(teamname, clientType, clangMinVer, clangMaxVer);
+}
+
+void Comm::createParts(const char* teamname, int clangMinVer, int clangMaxVer) {
+  async = std::make_unique<AsyncCommInfo>(teamname, ctype);
+  parser = std::make_unique<Parser>(teamname, ctype, clangMinVer, clangMaxVer);
   store = std::make_unique<SensorDataStore>();
   audiomgr =
       std::make_unique<AudioMgr>(UINT_MAX, false, AudioMsg::DEFAULT_MSG_PREFIX, MSG_QUEUE_SIZE);
@@ -78,37 +93,6 @@ Comm::~Comm() {
   parser.reset();
   store.reset();
   audiomgr.reset();
-}
-
-void Comm::stopOnSignals() {
-  // Before the cycle timing has its own handler, an alarm must not kill.
-  struct sigaction action {};
-  sigemptyset(&action.sa_mask);
-  action.sa_handler = [](int) {};
-  sigaction(SIGALRM, &action, nullptr);
-
-  // Nor must a line on standard error that nobody takes any more.
-  std::signal(SIGPIPE, SIG_IGN);
-  std::signal(SIGXFSZ, SIG_IGN);
-
-  sigevent alarm{};
-  alarm.sigev_notify = SIGEV_SIGNAL;
-  alarm.sigev_signo = SIGALRM;
-  if (timer_create(CLOCK_MONOTONIC, &alarm, &stopTimer) != 0) return;
-
-  // A request that comes just before a wait does not interrupt it: repeated alarms do so then.
-  action.sa_handler = [](int) {
-    if (hasSocket == 0) _exit(0);  // neither a file nor a name server may keep us
-    stopRequested = 1;
-    const itimerspec soon{{0, STOP_ALARM_NS}, {0, STOP_ALARM_NS}};
-    timer_settime(stopTimer, 0, &soon, nullptr);
-  };
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
-  struct sigaction before {};
-  sigaction(SIGHUP, nullptr, &before);
-  const bool nohup = before.sa_handler == SIG_IGN;
-  if (!nohup) sigaction(SIGHUP, &action, nullptr);
 }
 
 int Comm::millisecondsUntil(steady_clock::time_point end) {
@@ -145,7 +129,7 @@ const char* Comm::receiveFirst() {
   // A wait that a signal cut short goes on at the next drain: the server's silence counts in all.
   silenceEnds_ = endOfWait(silenceEnds_);
   try {
-    const char* text = sock->recv(ZELTRAmode ? -1 : millisecondsUntil(*silenceEnds_), &async->act);
+    const char* text = link_->recv(ZELTRAmode ? -1 : millisecondsUntil(*silenceEnds_), &async->act);
     silenceEnds_.reset();
     return text;
   } catch (const UDPAct&) {
@@ -158,7 +142,7 @@ const char* Comm::receiveFirst() {
 
 const char* Comm::receiveNext() {
   try {
-    return sock->tryRecv();
+    return link_->tryRecv();
   } catch (const UDPSocketError& error) {
     serverLost(error);
     return nullptr;

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <chrono>
-#include <csignal>
 #include <iosfwd>
 #include <memory>
 #include <optional>
@@ -12,6 +11,7 @@
 #include "asyncinfo.h"
 #include "audiomgr.h"
 #include "datastore.h"
+#include "link.h"
 #include "mcommand.h"
 #include "ring.h"
 
@@ -28,15 +28,19 @@ enum comm_error {
   COMM_ERROR_PARSE = 6
 };
 
-/// Owns the socket, the parser, the queue of records, the cycle timing and the say-message manager.
-/// Exactly one may exist in a process; a second construction ends it. Faults are reported on
-/// standard error and never thrown to the caller.
+/// Owns the socket (but not another link), the parser, the queue of records, the cycle timing and
+/// the say-message manager. Exactly one may exist in a process; a second construction ends it.
+/// Faults are reported on standard error and never thrown to the caller.
 class Comm {
  public:
   /// `reconnect` is the shirt number of a player that comes back, 0 at the first time; the versions
   /// are those of the coach language that a player understands; `trainerSide` is a trainer's.
   Comm(const char* teamname, client_type clientType, const char* host, int port, int reconnect,
        bool ZELTRAmode, int clangMinVer, int clangMaxVer, playing_side trainerSide);
+  /// Talks through a link that exists already, without a socket. `link` is not owned and is used up
+  /// to the end of the destructor.
+  Comm(const char* teamname, client_type clientType, Link& link, int reconnect, bool ZELTRAmode,
+       int clangMinVer, int clangMaxVer, playing_side trainerSide);
   /// Says "(bye)" to a server that is alive.
   ~Comm();
   Comm(const Comm&) = delete;
@@ -120,13 +124,7 @@ class Comm {
   /// The one instance, null when none exists.
   static Comm* theComm;
 
-  /// Makes SIGINT, SIGTERM and SIGHUP end receive waits and set `stopRequested`, so that the main
-  /// loop can leave the server in order; before there is a socket they end the process with status
-  /// 0. Standard error that nobody takes any more ends nothing. For the program's main.
-  static void stopOnSignals();
-  static volatile std::sig_atomic_t stopRequested;
-
-  std::unique_ptr<UDPSocket> sock;  ///< null when the socket could not be made
+  std::unique_ptr<UDPSocket> sock;  ///< null when it could not be made, or with another link
   std::unique_ptr<Parser> parser;
   std::unique_ptr<SensorDataStore> store;
   std::unique_ptr<AsyncCommInfo> async;
@@ -141,6 +139,9 @@ class Comm {
   bool terminateTexts = false;  ///< the server asked for NUL bytes at the ends of texts
 
  private:
+  void claimProcess();
+  void openSocket(const char* host, int port);
+  void createParts(const char* teamname, int clangMinVer, int clangMaxVer);
   void route(const SensorData& data, bool newCycle, const char* text);
   void routeHear(const SensorData& data);
   void routeAnswer(const Answer& answer);
@@ -163,7 +164,9 @@ class Comm {
   std::ostream& commError() const;
   std::ostream& timedCommError() const;
 
-  /// When the server is taken for dead, while nothing comes.
+  Link* link_ = nullptr;  ///< the socket or what is used instead; null when there is none
+
+  /// When the server is taken for dead if nothing comes until then.
   std::optional<std::chrono::steady_clock::time_point> silenceEnds_;
 };
 

@@ -10,6 +10,7 @@
 #include "Comm.h"
 #include "ensure.h"
 #include "scanner.h"
+#include "stopsignals.h"
 
 namespace vok {
 
@@ -48,7 +49,7 @@ comm_error Comm::checkinAtServer() {
 comm_error Comm::exchangeCheckin() {
   std::array<char, CHECKIN_SIZE> message{};
   generateCheckinMessage(message.data());
-  sock->send(message.data());
+  link_->send(message.data(), false);
 
   const char* answer = receiveAtCheckin();
   const comm_error result = parseCheckinResponse(answer);
@@ -59,7 +60,7 @@ comm_error Comm::exchangeCheckin() {
   if (ctype == CLIENT_GOALIE || ctype == CLIENT_FIELDPLAYER) {
     std::snprintf(message.data(), message.size(), "(clang (ver %d %d))", parser->getCLangMinVer(),
                   parser->getCLangMaxVer());
-    sock->send(message.data());
+    link_->send(message.data(), false);
   }
 
   // The two parameter messages come in this order, but either is taken for the other.
@@ -88,9 +89,9 @@ const char* Comm::receiveAtCheckin() {
   for (std::optional<std::chrono::steady_clock::time_point> end;;) {
     end = endOfWait(end);
     try {
-      return sock->recv(millisecondsUntil(*end), nullptr);
+      return link_->recv(millisecondsUntil(*end), nullptr);
     } catch (const UDPSocketError& error) {
-      if (error.number() != EINTR || stopRequested != 0) throw;
+      if (error.number() != EINTR || isStopRequested()) throw;
     }
   }
 }

@@ -29,8 +29,8 @@ constexpr std::array QUALITY_NAMES = {"low", "high"};
 
 bool Comm::sendText(const char* text) {
   try {
-    if (sock == nullptr) throw UDPSocketError("no socket", -1);
-    sock->send(text, terminateTexts);
+    if (link_ == nullptr) throw UDPSocketError("no socket", -1);
+    link_->send(text, terminateTexts);
     return true;
   } catch (const UDPSocketError&) {
     timedCommError() << "agent cannot send " << text << " to server\n";
@@ -243,10 +243,10 @@ void Comm::sendNotStaticMCmd(const MCommand& command) {
   const int length = std::snprintf(text.data(), text.size(), "(vokproxy %d %s)", command.duration,
                                    command.encoded.c_str());
   try {
-    if (sock == nullptr || length >= static_cast<int>(text.size())) {
+    if (link_ == nullptr || length >= static_cast<int>(text.size())) {
       throw UDPSocketError("no socket, or no room", -1);
     }
-    sock->send(text.data(), terminateTexts);
+    link_->send(text.data(), terminateTexts);
   } catch (const UDPSocketError&) {
     timedCommError() << "cannot send mcmd \"" << command.encoded << "\" to server.\n";
   }

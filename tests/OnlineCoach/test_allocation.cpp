@@ -88,7 +88,7 @@ TEST_P(Cycle, AllocatesNothing) {
   int asked = 0;
   for (std::size_t i = 3; i < texts.size(); ++i) {
     EXPECT_EQ(allocatedBy(*coach, texts[i]), 0) << i << texts[i].substr(0, 60);
-    for (std::string text; !(text = server.receive(0)).empty();) {
+    for (std::string text; !(text = server.receive()).empty();) {
       said += text.starts_with("(say ");
       if (!text.starts_with("(change_player_type ")) continue;
       ++asked;

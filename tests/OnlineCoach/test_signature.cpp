@@ -71,8 +71,8 @@ class Transcript : Unique {
   Transcript() : before_(std::cerr.rdbuf(text.rdbuf())) {}
   ~Transcript() { std::cerr.rdbuf(before_); }
 
-  void takeCommands(ScriptedServer& server, Lines* taken = nullptr) {
-    for (std::string command; !(command = server.receive(0)).empty();) {
+  void takeCommands(TextServer& server, Lines* taken = nullptr) {
+    for (std::string command; !(command = server.receive()).empty();) {
       text << "> " << command << '\n';
       if (taken != nullptr) taken->push_back(command);
     }
@@ -173,17 +173,12 @@ void replay(const std::string& recording, const Lines& texts, const Variation& v
     file << std::ifstream(VOK_SOURCE_DIR "/tests/data/plain.conf").rdbuf();
     for (const char* key : optional) file << key << " = " << variation.withKeys << '\n';
   }
-  ScriptedServer server;
+  TextServer server({texts[0], texts[1], texts[2]});
   Transcript transcript;
   TypeDesk desk;
-  std::thread serving([&] {
-    server.receive();
-    for (std::size_t i = 0; i < 3; ++i) server.send(texts[i]);
-  });
   const char* team = variation.side == 'l' ? "Alpha" : "Beta";
-  auto coach =
-      std::make_unique<VokCoach>(team, "127.0.0.1", server.port(), config.c_str(), "", false);
-  serving.join();
+  auto coach = std::make_unique<VokCoach>(team, server, config.c_str());
+  server.receive();  // the init
   std::remove(config.c_str());
   ASSERT_NE(coach->world, nullptr);
 
@@ -243,15 +238,12 @@ TEST_P(PlayerSignature, IsTheSameAsEver) {
   if (recorded.empty()) GTEST_SKIP() << "no recording " << GetParam() << " at hand";
   const Lines events = lines(recorded);
   ASSERT_TRUE(Config::readFile(VOK_SOURCE_DIR "/tests/data/plain.conf"));
-  ScriptedServer server;
+  TextServer server;
+  for (std::size_t i = 1; i < 4; ++i) server.add(events[i].substr(events[i].find('<') + 2));
   Transcript transcript;
-  Comm comm("Alpha", CLIENT_FIELDPLAYER, "127.0.0.1", server.port(), 0, false, 7, 8, SIDE_LEFT);
-  std::thread serving([&] {
-    server.receive();
-    for (std::size_t i = 1; i < 4; ++i) server.send(events[i].substr(events[i].find('<') + 2));
-  });
+  Comm comm("Alpha", CLIENT_FIELDPLAYER, server, 0, false, 7, 8, SIDE_LEFT);
   ASSERT_EQ(comm.connect(), COMM_OK);
-  serving.join();
+  server.receive();  // the init
   Worldmodel world(&comm);
 
   for (std::size_t i = 4; i < events.size(); ++i) {

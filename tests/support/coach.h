@@ -3,7 +3,6 @@
 
 #include <fstream>
 #include <memory>
-#include <thread>
 
 #include "support/server.h"
 #include "vokcoach.h"
@@ -20,18 +19,14 @@ inline Lines recording() {
   return texts;
 }
 
-/// The coach of "Alpha" against a scripted server.
+/// The coach of "Alpha" without a socket.
 class CoachTest : public testing::Test {
  protected:
   /// Checks it in with three answers.
   void checkIn(const Lines& answers) {
-    std::thread serving([&] {
-      server.receive();
-      for (std::size_t i = 0; i < 3; ++i) server.send(answers[i]);
-    });
-    coach =
-        std::make_unique<VokCoach>("Alpha", "127.0.0.1", server.port(), SHIPPED_CONFIG, "", false);
-    serving.join();
+    for (std::size_t i = 0; i < 3; ++i) server.add(answers[i]);
+    coach = std::make_unique<VokCoach>("Alpha", server, SHIPPED_CONFIG);
+    EXPECT_EQ(server.receive(), "(init Alpha (version 9.00))");
   }
   void checkIn(char side = 'l') {
     checkIn({std::string("(init ") + side + " ok)", SERVER_PARAM, PLAYER_PARAM});
@@ -44,7 +39,7 @@ class CoachTest : public testing::Test {
 
   WPlayerType& type(int id) { return coach->world->playerType.at(static_cast<std::size_t>(id)); }
 
-  ScriptedServer server;
+  TextServer server;
   StderrCapture errors;
   std::unique_ptr<VokCoach> coach;
 };

@@ -31,6 +31,11 @@ const char* const PLAYER_PARAM = "(player_param (player_types 7)(pt_max 1)(subs_
 
 namespace {
 
+std::string visible(std::string text) {
+  std::replace(text.begin(), text.end(), '\0', '$');
+  return text;
+}
+
 int boundSocket() {
   const int sd = socket(AF_INET, SOCK_DGRAM, 0);
   sockaddr_in local{};
@@ -73,19 +78,18 @@ int ScriptedServer::port() const {
 }
 
 std::string ScriptedServer::receive(int milliseconds) {
-  std::array<pollfd, 2> waiting = {pollfd{welcome_, POLLIN, 0}, pollfd{answering_, POLLIN, 0}};
-  if (poll(waiting.data(), waiting.size(), milliseconds) <= 0) return "";
-  const int sd = waiting[0].revents != 0 ? welcome_ : answering_;
+  const int sd = hasAnswered_ ? answering_ : welcome_;
+  pollfd waiting{sd, POLLIN, 0};
+  if (poll(&waiting, 1, milliseconds) <= 0) return "";
   std::array<char, 9000> buffer{};
   socklen_t size = sizeof client_;
   const ssize_t n =
       recvfrom(sd, buffer.data(), buffer.size(), 0, reinterpret_cast<sockaddr*>(&client_), &size);
-  std::string text(buffer.data(), n > 0 ? static_cast<std::size_t>(n) : 0);
-  std::replace(text.begin(), text.end(), '\0', '$');
-  return text;
+  return visible({buffer.data(), n > 0 ? static_cast<std::size_t>(n) : 0});
 }
 
 void ScriptedServer::sendBytes(std::string_view bytes) {
+  hasAnswered_ = true;
   sendto(answering_, bytes.data(), bytes.size(), 0, reinterpret_cast<const sockaddr*>(&client_),
          sizeof client_);
 }
@@ -101,7 +105,17 @@ std::string ScriptedServer::answer(int milliseconds) {
   }
 }
 
-std::string ScriptedServer::typeChanges() {
+std::string TextServer::receive() {
+  return visible(takeCommand().value_or(""));
+}
+
+std::string TextServer::sent() {
+  std::string all;
+  for (std::string text; !(text = receive()).empty();) all += text;
+  return all;
+}
+
+std::string TextServer::typeChanges() {
   std::string all;
   for (std::string text; (text = receive()) != "(done)";) {
     if (text.empty()) return "no answer";

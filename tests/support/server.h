@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "textlink.h"
+
 namespace vok::test {
 
 using Lines = std::vector<std::string>;
@@ -27,8 +29,21 @@ struct Unique {
   Unique& operator=(const Unique&) = delete;
 };
 
-/// A server on a loopback port that answers from a second one, as the real one does. Everything is
-/// said by the test; nothing happens by itself.
+/// The server's end of a connection without a socket.
+class TextServer : public TextLink {
+ public:
+  using TextLink::TextLink;
+
+  /// The next command as it came, its NUL byte made visible as '$'; "" when there is none.
+  std::string receive();
+  /// All commands up to now, one behind the other.
+  std::string sent();
+  /// The player types asked for up to the next "(done)": "number:type " each.
+  std::string typeChanges();
+};
+
+/// A server on a loopback port that answers from a second one, as the real one does: from its first
+/// answer on it hears only what comes to the second. Everything is said by the test.
 class ScriptedServer : Unique {
  public:
   ScriptedServer();
@@ -47,8 +62,6 @@ class ScriptedServer : Unique {
   /// The next command that is not a message or a type change, so that tests of the loop do not hang
   /// on what the coach has to say.
   std::string answer(int milliseconds = 3000);
-  /// The player types asked for up to the next "(done)": "number:type " each.
-  std::string typeChanges();
 
   /// Takes in the client's init and sends the three answers of a check-in. Returns the init.
   std::string checkIn(char side = 'l', const std::string& parameters = SERVER_PARAM);
@@ -56,6 +69,7 @@ class ScriptedServer : Unique {
  private:
   int welcome_;
   int answering_;
+  bool hasAnswered_ = false;
   sockaddr_in client_{};
 };
 

@@ -5,8 +5,9 @@
 
 #include "Comm.h"
 #include "Config.h"
-#include "constants.h"
+#include "cycleloop.h"
 #include "tacticalmodule.h"
+#include "textlink.h"
 
 namespace vok::typecheck {
 
@@ -27,20 +28,21 @@ playing_side otherSide(playing_side side) {
 }
 
 /// The first texts of a recording: the answer to the check-in and the two parameter messages.
-bool checkIn(Comm& comm, const tools::Recording& capture, playing_side side, std::string& error) {
+constexpr std::size_t CHECKIN_TEXTS = 3;
+
+bool checkIn(Comm& comm, TextLink& link, const tools::Recording& capture, playing_side side,
+             std::string& error) {
   const auto& texts = capture.texts;
   const std::string init = std::string("(init ") + (side == SIDE_LEFT ? 'l' : 'r') + " ok)";
-  if (texts.size() < 3 || texts[0].text != init) {
+  if (texts.size() < CHECKIN_TEXTS || texts[0].text != init) {
     error = "the capture does not begin with \"" + init + "\"";
     return false;
   }
-  if (!comm.parser->parseServerParam(texts[1].text) ||
-      !comm.parser->parsePlayerParam(texts[2].text)) {
+  for (std::size_t i = 0; i < CHECKIN_TEXTS; ++i) link.add(texts[i].text);
+  if (comm.connect() != COMM_OK) {
     error = "the capture lacks server_param or player_param behind its first line";
     return false;
   }
-  comm.async->setStates(0, 0, PLAY_MODE_BEFORE_KICK_OFF, side, false);
-  comm.parser->setSide(side);
   return true;
 }
 
@@ -128,10 +130,9 @@ bool check(const tools::Recording& capture, const Truth& truth, const std::strin
   for (const char* key : NEEDED_KEYS) setEntry(key, "0");
   setEntry("tac_typesFromDecay", fromDecay ? "1" : "0");
 
-  // A connection that never sends: its texts come from the capture.
-  Comm comm(team.c_str(), CLIENT_ONLINECOACH, "127.0.0.1", OLCOACH_PORT, 0, false, 7, 7, side);
-  comm.serverOK = false;
-  if (!checkIn(comm, capture, side, error)) return false;
+  TextLink link;
+  Comm comm(team.c_str(), CLIENT_ONLINECOACH, link, 0, false, 7, 7, side);
+  if (!checkIn(comm, link, capture, side, error)) return false;
   if (capture.team() != team) {
     error = "the capture was shown to the coach of '" + capture.team() + "'";
     return false;
@@ -140,16 +141,11 @@ bool check(const tools::Recording& capture, const Truth& truth, const std::strin
   Worldmodel world(&comm);
   TacticalModule tactical(&world, nullptr);
   Observer observer(truth, otherSide(side), findings);
-  for (std::size_t i = 3; i < capture.texts.size(); ++i) {
+  for (std::size_t i = CHECKIN_TEXTS; i < capture.texts.size(); ++i) {
     comm.receiveText(capture.texts[i].text.c_str());
-    if (comm.async->takeAct()) {
-      world.adjust();
-      tactical.feedbackWorld();
-      observer.cycle(world, tactical);
-    } else if (comm.async->answerDue()) {
-      comm.async->takeAnswer();
-      world.adjust();
-    }
+    if (!takeCycle(comm, world)) continue;
+    tactical.feedbackWorld();
+    observer.cycle(world, tactical);
   }
   return true;
 }
