@@ -85,7 +85,9 @@ std::string ScriptedServer::receive(int milliseconds) {
   socklen_t size = sizeof client_;
   const ssize_t n =
       recvfrom(sd, buffer.data(), buffer.size(), 0, reinterpret_cast<sockaddr*>(&client_), &size);
-  return visible({buffer.data(), n > 0 ? static_cast<std::size_t>(n) : 0});
+  std::string text = visible({buffer.data(), n > 0 ? static_cast<std::size_t>(n) : 0});
+  if (text.starts_with("(bye)")) hasAnswered_ = false;
+  return text;
 }
 
 void ScriptedServer::sendBytes(std::string_view bytes) {

@@ -43,7 +43,8 @@ class TextServer : public TextLink {
 };
 
 /// A server on a loopback port that answers from a second one, as the real one does: from its first
-/// answer on it hears only what comes to the second. Everything is said by the test.
+/// answer to a client on it hears only what that client sends to the second, up to its "(bye)".
+/// Everything is said by the test.
 class ScriptedServer : Unique {
  public:
   ScriptedServer();
