@@ -1,4 +1,4 @@
-// Foreign text in a line of output.
+// Escapes untrusted text for a line of output.
 #pragma once
 
 #include <ostream>

@@ -1,4 +1,4 @@
-// The pages in docs/ against the programs and the library: what they show is what happens.
+// What the pages in docs/ show is compared with the programs and the library.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -26,9 +26,9 @@ std::string fileText(const std::string& name) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// What a program draws when it is told the file's name last.
+/// What a program draws into the file whose name is its last argument.
 std::string picture(const std::string& command) {
-  // A file of this test's own: tests run side by side.
+  // Tests run in parallel, so each process has its own file.
   const std::string name = testing::TempDir() + "pages" + std::to_string(getpid()) + ".svg";
   EXPECT_EQ(runCommand(command + name).first, 0) << command;
   std::string text = fileText(name);
@@ -36,13 +36,13 @@ std::string picture(const std::string& command) {
   return text;
 }
 
-/// Everything that the expression's group finds in a text.
+/// What the expression's group matches in a text, each time.
 Lines all(const std::string& text, const char* expression) {
   const std::regex wanted(expression);
   return {std::sregex_token_iterator(text.begin(), text.end(), wanted, 1), {}};
 }
 
-/// The rows of all tables, by cells.
+/// The cells of all tables' rows.
 std::vector<Lines> rows(const std::string& page) {
   std::vector<Lines> found;
   for (const std::string& line : lines(page)) {
@@ -74,7 +74,7 @@ TEST(SayMessagePage, ReadsInItsTableAndInTheProgramAsItSays) {
   EXPECT_EQ(picture(program + " --svg "), fileText(ROOT + "docs/say-message.svg"));
 }
 
-/// Keys in the page's way of writing.
+/// Keys as the page writes them: one form for all formations, and one for all players.
 std::set<std::string> forms(const Lines& keys) {
   std::set<std::string> all;
   for (const std::string& key : keys) {

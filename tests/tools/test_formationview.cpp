@@ -9,7 +9,7 @@ std::string drawn(const std::string& arguments) {
   return runCommand(VOK_BIN_DIR "/formationview " + (SHIPPED_CONFIG + (" " + arguments))).second;
 }
 
-// What it draws is also compared with the pictures in docs/.
+// test_pages.cpp compares whole pictures with those in docs/.
 TEST(Formationview, TellsTheBandAndTheOffsideLineUnderEachBall) {
   // The band of a ball at the centre: 26.25 m that end 2 m behind the offside line.
   EXPECT_EQ(count(drawn("--offside 10"),

@@ -191,7 +191,7 @@ TEST(PracticePlayers, AreLetInOnceAndDroppedWhenTheyStaySilent) {
     EXPECT_FALSE(port.allDone());
     port.endCycle();
   }
-  EXPECT_TRUE(port.allDone()) << "nobody is waited for any longer";
+  EXPECT_TRUE(port.allDone()) << "the silent player was dropped";
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// The verdicts over real traffic: tests/data/types_left.txt, the first 600 cycles of a match that
-// a real server sent to the coach of "Alpha" on the left.
+// The verdicts are checked on real traffic: tests/data/types_left.txt holds the first 600 cycles of
+// a match, as a real server sent them to the coach of "Alpha" on the left.
 #include <gtest/gtest.h>
 
 #include <fstream>

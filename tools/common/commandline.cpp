@@ -31,7 +31,7 @@ std::string quoted(const std::string& value) {
   return "'" + value + "'";
 }
 
-/// A row of the help, its sentence broken into lines of their own column.
+/// Prints a row of the help. Its sentence is broken into lines that share a column.
 void printRow(std::ostream& out, const Option& row) {
   std::string line = "  " + row.name + (row.value.empty() ? "" : " " + row.value);
   if (line.size() + 2 > HELP_COLUMN) {
@@ -130,7 +130,7 @@ class Reader {
                          [&](const Option& row) { return row.name == name; });
   }
 
-  /// Of what getopt could not read: `word` is the last one that it took.
+  /// Tells what getopt could not read. `word` is the last word that it consumed.
   std::string problemOf(const std::string& word) const {
     if (optopt >= FIRST_ROW) return rowOf(optopt).name + " has no value";
     const std::string letter = {'-', static_cast<char>(optopt)};

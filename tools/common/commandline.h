@@ -35,17 +35,17 @@ struct Tool {
   std::string end;              ///< paragraphs behind the table: notes, exit status
 };
 
-/// Reads a command line into what the table's rows refer to. A value is the tool's exit status: it
-/// ends here, after --help, --version or a line about what is wrong. `given` collects the names of
-/// the rows that were used.
+/// Reads a command line into the variables that the table's rows refer to. When it returns a value,
+/// the tool has to end with it as its exit status: help or version was shown, or one line about a
+/// wrong argument. `given` collects the names of the rows that were used.
 std::optional<int> readCommandLine(Tool tool, int argc, char** argv,
                                    std::set<std::string>* given = nullptr);
 
-/// Writes the line "TOOL: REASON" to standard error, foreign characters escaped, and returns the
-/// status.
+/// Writes the line "TOOL: REASON" to standard error, unprintable characters escaped, and returns
+/// the status.
 int fail(const std::string& tool, const std::string& reason, int status = BAD_ARGUMENT);
 
-// What rows of the table take. The target must live while the command line is read.
+// Ready-made values for Option::take. The target must live until the command line is read.
 
 inline Take flag(bool& target) {
   return [&target](const std::string&) { return target = true; };
@@ -59,7 +59,7 @@ inline Take text(std::string& target) {
   };
 }
 
-/// A number of [low, high] and nothing behind it.
+/// Reads a number in [low, high]. Nothing may follow it.
 template <typename Number>
 bool readNumber(const std::string& value, Number low, Number high, Number& target) {
   Number number{};

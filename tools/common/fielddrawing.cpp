@@ -11,39 +11,40 @@
 namespace vok::tools {
 namespace {
 
-// Metres. The frame has the field's proportions and leaves room for the goals, the benches beyond
-// the upper side line and the caption.
+// The frame around the pitch, in metres. It has the pitch's proportions and leaves space for the
+// goals, for the benches beyond the upper side line and for the caption.
 constexpr double FRAME_X = 59.0;
 constexpr double FRAME_Y = FRAME_X * HALF_WIDTH / HALF_LENGTH;
-constexpr double GRASS_Y = 39;  // a little beyond the frame
+constexpr double GRASS_Y = 39;  // the grass reaches a little beyond the frame
 constexpr double PLAYER_RADIUS = 1.35;
 
-// Pixels of a picture alone and of one among others.
+// The size in pixels of a single picture, and of each picture on a sheet.
 constexpr int WIDTH = 1050;
 constexpr int HEIGHT = 680;
 constexpr int SHEET_WIDTH = 630;
 constexpr int SHEET_HEIGHT = 408;
 
-// What pitch.h does not fix because nothing but the picture needs it, in metres.
+// Measures that only the picture needs, in metres.
 constexpr double PENALTY_SPOT_X = HALF_LENGTH - 11;
 constexpr double GOAL_DEPTH = 2.44;
 constexpr double CORNER_RADIUS = 1;
 constexpr double SPOT_RADIUS = 0.35;
 
-/// A rectangle that the x axis halves, from `x` on; `look` is further attributes.
+/// Draws a rectangle that is symmetrical to the x axis and begins at `x`. `look` holds further
+/// attributes.
 void drawBox(std::ostream& out, double x, double length, double halfWidth, const char* look = "") {
   out << "<rect x='" << x << "' y='" << -halfWidth << "' width='" << length << "' height='"
       << 2 * halfWidth << "'" << look << "/>\n";
 }
 
-/// The same box at both ends of the pitch, `x` and `x` + `length` being those of the right one.
+/// Draws the same box at both ends of the pitch. The right one reaches from `x` to `x` + `length`.
 void drawBoxes(std::ostream& out, double x, double length, double halfWidth,
                const char* look = "") {
   drawBox(out, -x - length, length, halfWidth, look);
   drawBox(out, x, length, halfWidth, look);
 }
 
-/// An arc, and its mirror image in the other half.
+/// Draws an arc, and its mirror image in the other half.
 void drawArcs(std::ostream& out, Vector2d from, Vector2d to, double radius, bool clockwise) {
   const auto drawOne = [&](double side, bool sweep) {
     out << "M" << side * from.x << "," << from.y << " A" << radius << "," << radius << " 0 0 "
@@ -56,8 +57,8 @@ void drawArcs(std::ostream& out, Vector2d from, Vector2d to, double radius, bool
   out << "'/>\n";
 }
 
-/// Half the chord that the front of a penalty area cuts from the circle around the penalty spot,
-/// to the centimetre.
+/// The front of the penalty area cuts a chord from the circle around the penalty spot. This is half
+/// its length, rounded to a centimetre.
 double penaltyArcHalfWidth() {
   constexpr double DEPTH = PENALTY_SPOT_X - PENALTY_AREA_X;
   const double chord = std::sqrt(FREE_KICK_DISTANCE * FREE_KICK_DISTANCE - DEPTH * DEPTH);
@@ -146,7 +147,7 @@ void drawLine(std::ostream& out, const DrawnLine& line) {
       << (line.dashed ? "' stroke-dasharray='1.2 0.8'/>\n" : "'/>\n");
 }
 
-/// The frame's content, in metres.
+/// Draws the content of one frame, in metres.
 void drawField(std::ostream& out, const FieldDrawing& drawing) {
   drawPitch(out);
   if (!drawing.areas.empty()) {
@@ -170,7 +171,7 @@ void drawField(std::ostream& out, const FieldDrawing& drawing) {
   out << "<text y='37' font-size='2'>" << escaped(drawing.caption) << "</text>\n</g>\n";
 }
 
-/// Begins a picture of so many fields, the first one's centre at the origin.
+/// Begins a picture of several fields. The centre of the first one is at the origin.
 void beginPicture(std::ostream& out, int columns, int rows, int width, int height) {
   out << "<svg xmlns='http://www.w3.org/2000/svg' width='" << columns * width << "' height='"
       << rows * height << "' viewBox='" << -FRAME_X << " " << -FRAME_Y << " "

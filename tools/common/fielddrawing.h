@@ -20,19 +20,20 @@ struct DrawnPlayer {
   bool ours = true;
   int number = 0;
   bool goalie = false;     ///< drawn square
-  Ring ring = Ring::NONE;  ///< a mark around the player
-  std::string note;        ///< small, below the player
-  std::string colour{};    ///< instead of the team's
+  Ring ring = Ring::NONE;  ///< a ring around the player
+  std::string note;        ///< small text below the player
+  std::string colour{};    ///< empty: the team's colour
 };
 
-/// A translucent rectangle below the players; an empty one is not drawn.
+/// A translucent rectangle beneath the players, from the corner `lo` to the corner `hi`. It is not
+/// drawn when it is empty.
 struct DrawnArea {
   Vector2d lo;
   Vector2d hi;
   std::string colour;
 };
 
-/// From side line to side line.
+/// A line across the whole pitch at `x`.
 struct DrawnLine {
   double x = 0;
   std::string colour;
@@ -42,16 +43,16 @@ struct DrawnLine {
 struct FieldDrawing {
   std::vector<DrawnArea> areas;
   std::vector<DrawnLine> lines;
-  std::vector<DrawnPlayer> players;  ///< later ones lie above earlier ones
+  std::vector<DrawnPlayer> players;  ///< in the order in which they are drawn
   std::optional<Vector2d> ball;
   std::string caption;  ///< one line below the field
 };
 
-/// Writes the picture, 1050 x 680 pixels and scalable. What lies too far outside the field is
-/// drawn at the picture's edge.
+/// Writes the picture; it is 1050 x 680 pixels and can be scaled. Whatever lies too far outside the
+/// field is drawn at the picture's edge.
 std::ostream& operator<<(std::ostream& out, const FieldDrawing& drawing);
 
-/// Writes several as one picture, row by row; one alone as above.
+/// Writes several drawings as one picture, row by row. A single one is written as above.
 void writeSheet(std::ostream& out, const std::vector<FieldDrawing>& drawings);
 
 }  // namespace vok::tools

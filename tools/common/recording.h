@@ -16,19 +16,20 @@ struct RecordedText {
 struct Recording {
   std::vector<RecordedText> texts;
 
-  /// Each line is a time in milliseconds, a tab and a text. False, with the reason in `error`, when
-  /// it is no such file or does not begin with a check-in.
+  /// Reads lines of a time in milliseconds, a tab and a text. Returns false, with the reason in
+  /// `error`, when a line has another form or the recording does not begin with a check-in.
   bool read(std::istream& in, std::string& error);
 
+  /// Whether the server waited for the coach in each cycle.
   bool synchronous() const;
-  /// The team whose coach was shown the match; empty when no view tells.
+  /// The name of the team to whose coach the match was shown; empty when no view tells it.
   std::string team() const;
   /// The cycle of the last view, as text.
   std::string lastTime() const;
 };
 
-/// Reads a whole file, standard input for "-". False, with the reason in `error`, when it cannot be
-/// opened or the content's own `read` refuses it.
+/// Reads a whole file, or standard input when the name is "-". Returns false, with the reason in
+/// `error`, when the file cannot be opened or `Content::read` refuses it.
 template <typename Content>
 bool readFile(const std::string& name, Content& content, std::string& error) {
   if (name == "-") return content.read(std::cin, error);

@@ -13,9 +13,9 @@ namespace vok::confcheck {
 namespace {
 
 const std::string TYPES_KEY = "use_heterogenous_players";
-const std::string HEADS = "our";  // the head counts' keys begin so, and no others
+const std::string HEADS = "our";  // only the keys of the head counts begin so
 
-/// Notes the lines of one file.
+/// Records where the lines of a file define keys, and what is wrong with them.
 class LineNotes : public ConfigObserver {
  public:
   explicit LineNotes(ConfigFile& intoFile) : file_(intoFile) { Config::observer = this; }
@@ -45,7 +45,7 @@ class LineNotes : public ConfigObserver {
   }
 
   ConfigFile& file_;
-  int line_ = 0;  ///< of the file, whose lines may come in pieces
+  int line_ = 0;  ///< number of the current line; long lines are read in pieces
   int noted_ = 0;
   bool ended_ = true;
   bool tooLong_ = false;
@@ -55,7 +55,7 @@ struct Refusal {
   std::string message;
 };
 
-/// Has refusals thrown.
+/// While it lives, a value that the configuration refuses throws instead of ending the process.
 class Refusals {
  public:
   Refusals() {
@@ -66,7 +66,7 @@ class Refusals {
   Refusals& operator=(const Refusals&) = delete;
 };
 
-/// As the coach asks for it; of a vector the first number.
+/// Reads a value as the coach does. Of a vector it returns the first number.
 double numberOf(const Key& key, int index) {
   const char* name = key.name.c_str();
   const bool whole = key.kind == ConfigRequest::INTEGER;
@@ -76,7 +76,7 @@ double numberOf(const Key& key, int index) {
                : Config::getValueAsDoubleFromList(name, index);
 }
 
-/// The text in front of what the scanner has left.
+/// The part of a text that the coach reads as a number.
 std::string_view readPart(std::string_view text, ConfigRequest::Kind kind) {
   Scanner scanner(text);
   int integer = 0;
@@ -160,7 +160,7 @@ class Checker {
     }
   }
 
-  /// Unless it is sure that the coach asks for no wishes, it does.
+  /// The coach asks for wishes only when it is to give types. A malformed value counts as yes.
   bool typesAreGiven() const {
     int number = 1;
     if (isDefined(TYPES_KEY)) Scanner(Config::getValue(TYPES_KEY.c_str())).integer(number);
@@ -193,7 +193,7 @@ class Checker {
     }
   }
 
-  /// The coach's number, nothing when it would refuse it.
+  /// The number that the coach reads, or nothing when it refuses the value.
   std::optional<double> checkNumber(const Key& key, int index) {
     try {
       return numberOf(key, index);
@@ -218,7 +218,7 @@ class Checker {
       if (!key.name.starts_with(HEADS)) continue;
       int count = 0;
       if (!isDefined(key.name) || !Scanner(Config::getValue(key.name.c_str())).integer(count)) {
-        return;  // told already
+        return;  // this has a finding of its own
       }
       sum += count;
       line = std::max(line, lineOf(key));

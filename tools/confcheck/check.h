@@ -18,13 +18,14 @@ struct Finding {
 /// A configuration file as the coach would read it.
 struct ConfigFile {
   std::map<std::string, std::vector<int>> lines;  ///< by key: where it is defined, in order
-  std::vector<Finding> findings;                  ///< about lines that are none
+  std::vector<Finding> findings;                  ///< about lines that define nothing
 
-  /// Into the configuration, too. False when it cannot be read.
+  /// Reads the file, into the configuration as well. Returns false when it cannot be read.
   bool read(const char* fileName);
 };
 
-/// Everything about the file that was read last, in the order of its lines, what is missing last.
+/// All findings about the file that was read last, in the order of its lines. Missing keys come
+/// last.
 std::vector<Finding> check(const ConfigFile& file, const Keys& keys);
 
 }  // namespace vok::confcheck

@@ -9,10 +9,10 @@ namespace vok::confcheck {
 
 namespace {
 
-// Nothing can be sent to this port: the check-in fails at once.
+// Nothing can be sent to this port, so the check-in fails at once.
 constexpr int NO_PORT = 0;
 
-/// Notes what is asked for, and has it granted, so that the coach goes on to its next key.
+/// Records each key that is asked for and defines it, so that the coach goes on to its next key.
 class Listener : public ConfigObserver {
  public:
   Listener() { Config::observer = this; }
@@ -45,7 +45,7 @@ Keys keysOfCoach() {
   Listener listener;
   const auto coach =
       std::make_unique<VokCoach>("VOK", "127.0.0.1", NO_PORT, "/dev/null", "", false);
-  // What a check-in would have led to.
+  // What the coach would build after a successful check-in.
   coach->world = std::make_unique<Worldmodel>(coach->comm.get());
   coach->initTypeRequests();
   coach->act();

@@ -11,15 +11,15 @@ namespace vok::confcheck {
 struct Key {
   std::string name;
   ConfigRequest::Kind kind;
-  int values;  ///< that are read of a list, 0 for a plain value
+  int values;  ///< how many values of a list are read; 0 when the value is no list
   bool optional;
   bool wish;  ///< asked for only when player types are to be given
 };
 
 using Keys = std::vector<Key>;
 
-/// All keys, as they are first asked for. Builds a coach that no server hears of and notes what its
-/// parts ask for. Leaves the configuration empty.
+/// All keys, in the order in which the coach asks for them. Builds a coach whose check-in fails
+/// without a server and records what its parts ask for. Leaves the configuration empty.
 Keys keysOfCoach();
 
 }  // namespace vok::confcheck

@@ -39,7 +39,7 @@ int fail(const std::string& reason) {
   return tools::fail("confcheck", reason);
 }
 
-/// Keeps standard error shut: what the coach says of itself here is not for the user.
+/// Suppresses standard error while it lives, since the coach writes there about its own start.
 class Silence {
  public:
   Silence() = default;

@@ -10,13 +10,13 @@ namespace vok::confcheck {
 namespace {
 
 constexpr std::size_t MOST_EDITS = 3;
-constexpr std::size_t LETTERS_PER_EDIT = 4;  // in a short name a few edits make another one
+constexpr std::size_t LETTERS_PER_EDIT = 4;  // a few edits turn a short name into another one
 
 char lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-/// Letters to insert, delete or replace; `limit` + 1 when there are more than `limit`.
+/// How many letters to insert, delete or replace, but at most `limit` + 1.
 std::size_t edits(std::string_view a, std::string_view b, std::size_t limit) {
   if (std::max(a.size(), b.size()) - std::min(a.size(), b.size()) > limit) return limit + 1;
   std::vector<std::size_t> row(b.size() + 1);  // from the first letters of a to those of b

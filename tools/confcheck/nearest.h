@@ -8,8 +8,8 @@
 
 namespace vok::confcheck {
 
-/// The key with the fewest edits to a name, whose letters' case does not matter, null when none is
-/// near. Of equally near ones a preferred key.
+/// The key that the fewest edits make of a name, regardless of the letters' case. Of equally near
+/// keys a preferred one is taken. Null when no key is near.
 const Key* nearest(std::string_view name, const Keys& keys,
                    const std::function<bool(const Key&)>& isPreferred);
 

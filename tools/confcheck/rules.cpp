@@ -12,7 +12,7 @@ namespace vok::confcheck {
 
 namespace {
 
-/// For all keys with this beginning and this part behind it.
+/// What fits all keys that begin with `begin` and have `part` behind it.
 struct Rule {
   std::string_view begin;
   std::string_view part;
@@ -32,8 +32,9 @@ constexpr auto RULES = std::to_array<Rule>({
     {"player", "_weight", [](double n) { return n >= 0; }, "0 or more"},
 });
 
-/// What the server's types can have where a player has its wish; beyond `range` from them every
-/// type counts against the player. Decay, margin and rate are differences from the default type.
+/// The values that the server's types can have, for each wish of a player. When a wish is more than
+/// `range` away from them, every type counts against the player. Decay, margin and rate are
+/// differences from the default type.
 struct Wish {
   std::string_view part;
   double least;

@@ -7,7 +7,7 @@
 
 namespace vok::confcheck {
 
-/// The end of the sentence that the key is such a number, empty when it makes sense.
+/// Ends the sentence "KEY is NUMBER". Empty when the number makes sense.
 std::string problemOf(const Key& key, double number, const Keys& keys);
 
 }  // namespace vok::confcheck

@@ -17,7 +17,7 @@ bool readPoint(Scanner& text, Vector2d& point) {
          std::abs(point.x) <= HALF_LENGTH && std::abs(point.y) <= HALF_WIDTH;
 }
 
-/// A point, or two points and how many positions the way between them has.
+/// Reads a point, or two points and the number of positions on the way between them.
 bool readSweep(Scanner text, Vector2d& from, Vector2d& to, int& count) {
   if (!readPoint(text, from)) return false;
   to = from;
@@ -40,7 +40,7 @@ bool takeBall(std::vector<Vector2d>& balls, const std::string& value) {
   return true;
 }
 
-/// Whether the file is the first one that is named.
+/// Refuses a second file.
 bool takeConfiguration(std::string& file, const std::string& value) {
   if (!file.empty() || value.empty()) return false;
   file = value;

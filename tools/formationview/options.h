@@ -10,7 +10,7 @@
 
 namespace vok::formationview {
 
-/// What is not given is the configuration's or follows from the ball.
+/// An empty option stands for the configuration's value, or for one that follows from the ball.
 struct Options {
   std::string configFile;  ///< empty: agent.conf
   std::string outFile;     ///< empty: standard output
@@ -20,7 +20,7 @@ struct Options {
   std::vector<Vector2d> balls;    ///< all on the field; empty when none was given
 };
 
-/// What reads a command line into the options, which must live as long.
+/// The table that reads a command line into `options`, which must live at least as long.
 tools::Tool commandLine(Options& options);
 
 }  // namespace vok::formationview

@@ -6,9 +6,9 @@
 namespace vok::formationview {
 namespace {
 
-constexpr double GUARD = 15;         // metres that opponents keep between the ball and them
-constexpr int MAX_CYCLES = 1000;     // the slowest way, the back line's over 44 m, takes 177
-constexpr int OFFSIDE_MAX_AGE = 20;  // cycles, as the positions ask
+constexpr double GUARD = 15;         // metres between the ball and the opponents' back line
+constexpr int MAX_CYCLES = 1000;     // the longest movement, 44 m of the back line, takes 177
+constexpr int OFFSIDE_MAX_AGE = 20;  // cycles; the value that the positions use
 
 bool samePlaces(const PositionEval& eval, const std::array<PlayerPos, 10>& places) {
   return std::equal(
@@ -29,7 +29,7 @@ Pitch::Pitch() : world_(nullptr), tactical_(&world_, nullptr), eval_(nullptr, nu
 
 std::optional<SettledTeam> Pitch::settle(Vector2d ball, std::optional<double> offside) {
   world_.ball.pos = ball;
-  // The second-last opponent makes the line; the unseen others count for nothing.
+  // The last but one opponent makes the offside line. The others were never seen and do not count.
   for (const int n : {1, 2}) {
     world_.otherTeam[n].age = 0;
     world_.otherTeam[n].pos.x = offside.value_or(std::clamp(ball.x + GUARD, 0.0, PENALTY_AREA_X));
@@ -46,7 +46,7 @@ std::optional<SettledTeam> Pitch::settle(Vector2d ball, std::optional<double> of
   return team;
 }
 
-/// Band and ball factors move step by step; a place that rests a cycle long rests for ever.
+/// Band and ball factors move step by step. Once all places stay for one cycle they stay for good.
 void Pitch::runUntilSettled() {
   for (int cycle = 0; cycle < MAX_CYCLES; ++cycle) {
     const std::array<PlayerPos, 10> before = eval_.RealPositions;

@@ -27,16 +27,17 @@ struct SettledTeam {
   double offsideLine;  ///< ours
 };
 
-/// Shirt numbers are tactical numbers here.
+/// A world with the configured formation. Shirt numbers equal tactical numbers in it.
 class Pitch {
  public:
   /// Reads the configuration.
   Pitch();
-  Pitch(const Pitch&) = delete;  // its parts point at each other
+  Pitch(const Pitch&) = delete;  // its members hold pointers to each other
   Pitch& operator=(const Pitch&) = delete;
 
-  /// The opponents' back line stands at `offside`, or keeps 15 m behind a ball that comes, as far
-  /// as from the halfway line to their penalty area. Nothing when a place is no number.
+  /// Finds the places for a ball that rests at `ball`. The opponents' back line stands at x =
+  /// `offside`. By default it is 15 m behind the ball as they see it, but in their own half and not
+  /// inside their penalty area. Returns nothing when a place is not a finite number.
   std::optional<SettledTeam> settle(Vector2d ball, std::optional<double> offside);
 
  private:

@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t MAX_MESSAGE = 128;
 constexpr int MESSAGES_PER_GRANT = 128;
 constexpr long GRANT_PERIOD = 6000;
-// In play the coach is heard at the beginning of every 600 cycles but the first.
+// While play is on, messages are let through in the first 20 of every 600 cycles, from 600 on.
 constexpr long WAIT_PERIOD = 600;
 constexpr long SEND_PERIOD = 20;
 constexpr std::size_t VIEWS_KEPT = 64;
@@ -24,7 +24,7 @@ bool messageCharacter(char c) {
          std::string_view(" ().+-*/?<>_").find(c) != std::string_view::npos;
 }
 
-/// The whole numbers that a text consists of; nothing when there is anything else.
+/// The whole numbers in a text, or nothing when it holds anything else.
 std::optional<std::vector<int>> wholeNumbers(std::string_view text) {
   std::vector<int> numbers;
   while (true) {
@@ -172,7 +172,7 @@ void CoachDesk::compare(const std::string& text) {
     if (told == -1) ++report_.lastTypesUnknown;
   }
 
-  // Positions travel in steps of 0.1 m, the views' numbers are rounded too.
+  // Messages have positions in steps of 0.1 m, and the numbers of a view are rounded, too.
   constexpr double TOLERANCE = 0.1 + 1e-4;
   const bool right = std::any_of(balls_.begin(), balls_.end(), [&](const auto& view) {
     const Vector2d error = view.second - message->ball;

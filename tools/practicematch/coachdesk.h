@@ -17,7 +17,8 @@ namespace vok::practicematch {
 /// The server's rules for freeform messages: their form, when, and how many.
 class SayRules {
  public:
-  /// The answer to "(say ...)"; `text` is then the message, empty when it was refused.
+  /// Returns the answer to "(say ...)". Sets `text` to the message, or empties it when it is
+  /// refused.
   std::string_view judge(std::string_view command, long time, bool playOn, std::string& text);
 
  private:
@@ -42,15 +43,15 @@ class CoachDesk {
 
   /// Appends what is to be sent in return.
   void take(const Command& command, std::vector<std::string>& answers);
-  /// Keeps the truth that messages are compared with.
+  /// Records the ball's place, with which messages are compared.
   void viewSent();
 
-  /// The message that was let through since the last question; empty: none.
+  /// The message that was accepted since the last call; empty when there was none.
   std::string takeMessage() { return std::exchange(said_, {}); }
 
   bool eyeOn() const { return eye_; }
   bool left() const { return bye_; }
-  /// Whether "(done)" came since the last question.
+  /// Whether "(done)" came since the last call.
   bool tookDone() { return std::exchange(done_, false); }
 
  private:

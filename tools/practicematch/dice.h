@@ -1,4 +1,4 @@
-// The only source of chance: the same on every machine, unlike the library's distributions.
+// Random numbers that are the same on every machine, unlike those of the standard distributions.
 #pragma once
 
 #include <cstdint>

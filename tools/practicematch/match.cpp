@@ -8,13 +8,14 @@ namespace vok::practicematch {
 namespace {
 
 constexpr int MAX_SUBSTITUTIONS = 3;
-// Opponents that have a type before the coach checks in, and before the kick-off.
+// How many opponents get a type before the coach checks in, and before the kick-off.
 constexpr int EARLY_TYPES = 4;
 constexpr int TYPES_BEFORE_KICK_OFF = 8;
 
 }  // namespace
 
-// Every part has dice of its own: one more voice must not change where the ball goes.
+// Each part has its own random numbers, so that one more message does not change where the ball
+// goes.
 Match::Match(MatchSettings matchSettings)
     : set_(std::move(matchSettings)),
       world_(set_.types, Dice(set_.seed)),
@@ -96,11 +97,11 @@ std::string Match::announcement(const Player& p) const {
 }
 
 bool Match::typeFree(Side side, int type, const Player* except) const {
-  int wearers = 0;
+  int users = 0;
   for (const Player& p : world_.team(side)) {
-    if (&p != except && p.type == type) ++wearers;
+    if (&p != except && p.type == type) ++users;
   }
-  return type == 0 || wearers < set_.ptMax;
+  return type == 0 || users < set_.ptMax;
 }
 
 std::string_view Match::refusal(Side side, int number, int type) const {
@@ -143,7 +144,7 @@ void Match::otherCoach(std::vector<std::string>& texts) {
   if (done < MAX_SUBSTITUTIONS) otherCoachChanges(texts);
 }
 
-// Gives one player that has no chosen type yet, or after the kick-off any, the highest free type.
+// Gives the highest free type to a player without a chosen type, or after the kick-off to any.
 bool Match::otherCoachChanges(std::vector<std::string>& texts) {
   const Side side = other(set_.coachSide);
   Player* p = nullptr;

@@ -15,7 +15,7 @@ namespace vok::practicematch {
 
 struct MatchSettings {
   int cycles = 6000;
-  std::uint64_t seed = 2;  ///< a match with every standard situation on both sides
+  std::uint64_t seed = 2;  ///< a match with every set play of both sides
   Side coachSide = Side::Left;
   bool synch = true;
   int types = 18;
@@ -29,16 +29,17 @@ class Match {
  public:
   explicit Match(MatchSettings matchSettings);
 
-  /// Names the coach's team, when it was not known at the beginning, and the other one.
+  /// Sets the names of the coach's team, which may not be known at first, and of the other one.
   void meet(const std::string& coachTeam);
-  /// All that a coach is told in one burst when it checks in.
+  /// All texts that a coach gets when it checks in.
   std::vector<std::string> checkIn() const;
-  /// Plays one cycle and replaces `texts` by its calls, in the order of sending, and the view.
+  /// Plays one cycle. Afterwards `texts` holds what is to be sent, in this order: calls, then the
+  /// view.
   void cycle(std::vector<std::string>& texts);
   void view(std::string& text) const;
   bool finished() const { return referee_.finished(); }
 
-  /// The coach's wish; appends the announcement and the answer, or the refusal.
+  /// Changes a type for the coach. Appends the announcement and the answer, or the refusal.
   void changeType(int number, int type, std::vector<std::string>& answers);
 
   long time() const { return referee_.time(); }

@@ -36,7 +36,8 @@ std::vector<tools::Option> matchOptions(Options& o) {
        number(o.match.types, 1, 100)},
       {"--pt-max", "N", "players of one type in a team, 1 to 11 (default 1)",
        number(o.match.ptMax, 1, LAST_SHIRT)},
-      {"--step", "MS", "real time, a cycle every 1 to 10000 ms; the clock waits for nobody",
+      {"--step", "MS",
+       "real time, a cycle every 1 to 10000 ms; the clock does not wait for the coach",
        number(o.stepMs, 1, 10000)},
       {"--player-port", "N", "lets players in there that hear the coach, 0 to 65535 (default none)",
        number(o.playerPort, 0, 65535)},
@@ -95,7 +96,7 @@ std::optional<int> readOptions(int argc, char** argv, Options& options) {
       "this machine and shows it a simulated match, or a recorded one. At the end it\n"
       "reports how the coach did. With --player-port, players of the coach's team may come\n"
       "too, before the coach or later. They get the calls, their senses and what the coach\n"
-      "says, but steer no body.\n",
+      "says, but their commands have no effect.\n",
       {},
       "Exit status: 0 the coach stayed to the end and left with \"(bye)\"; 1 it did not, or\n"
       "none came; 2 a wrong argument.\n"};

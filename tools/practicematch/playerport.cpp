@@ -8,8 +8,8 @@ namespace vok::practicematch {
 namespace {
 
 constexpr int MAX_MISSED_IN_ROW = 3;
-constexpr int MAX_SERVED = 20;  // at once: a flood must not keep the match from its next cycle
-// A player that hears nothing for longer takes the server for dead.
+constexpr int MAX_SERVED = 20;  // datagrams at once: a flood must not delay the next cycle
+// A player that hears nothing for longer assumes that the server is dead.
 constexpr auto SENSES_AT_LEAST_EVERY = std::chrono::seconds(1);
 constexpr double HALF_VIEW = 45;  // degrees
 
@@ -73,7 +73,7 @@ void PlayerPort::letIn(std::string_view text, const sockaddr_in& from) {
   }
 }
 
-/// 0 when none is.
+/// The lowest free shirt number, or 0 when there is none.
 int PlayerPort::freeNumber(bool goalie) const {
   for (int number = goalie ? 1 : 2; number <= (goalie ? 1 : LAST_SHIRT); ++number) {
     if (std::none_of(clients_.begin(), clients_.end(),
@@ -89,7 +89,7 @@ std::vector<PlayerPort::Client>::iterator PlayerPort::find(const sockaddr_in& ad
                       [&](const Client& c) { return sameAddress(c.address, address); });
 }
 
-// What a player would do is not done.
+// Commands that would move a player are ignored.
 void PlayerPort::take(std::string_view text, const sockaddr_in& from) {
   const auto client = find(from);
   if (client == clients_.end()) return;
@@ -134,7 +134,7 @@ void PlayerPort::sendSenses() {
   }
 }
 
-/// The ball is all that a player sees; nothing when it is not before it.
+/// A player sees only the ball. Empty when the ball is outside its view.
 std::string PlayerPort::see(const Player& p) const {
   const Vector2d ball = match_.state().ball.pos;
   const double angle = normalDegrees(direction(p.pos, ball) - p.body - p.neck);

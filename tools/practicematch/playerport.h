@@ -1,5 +1,5 @@
-// The players' port: lets players of the coach's team in, tells them the time and what the coach
-// says. They do not steer: the bodies on the field play by themselves.
+// The players' port lets players of the coach's team in and sends them calls, senses and the
+// coach's messages. Their commands have no effect on the simulated players.
 #pragma once
 
 #include <netinet/in.h>
@@ -21,21 +21,21 @@ class PlayerPort {
 
   bool open(int port, std::string& error);
   int port() const { return publicSocket_.port(); }
-  /// For a session that serves the players while it waits for the coach.
+  /// Lets a session serve the players while it waits for the coach.
   Company company();
 
-  /// Those of the coach's texts that a player gets too: the referee's calls and type changes.
+  /// Sends the texts for the coach that players get as well: calls and type changes.
   void sendNews(const std::vector<std::string>& texts) const;
   void sendSenses();
-  /// The coach's freeform message, unless it is empty.
+  /// Sends the coach's freeform message. Does nothing when it is empty.
   void sendMessage(const std::string& message) const;
 
   // Synchronous mode.
   void think();
-  /// Whether all players have answered "(done)". One that has never answered is not waited for: the
-  /// next silent one could take its place for ever.
+  /// Whether all players have answered "(done)". A player that has never answered does not count,
+  /// or silent ones could stop the match.
   bool allDone() const;
-  /// Gives up those who have not answered for the third time in a row.
+  /// Drops the players that have not answered three times in a row.
   void endCycle();
 
  private:

@@ -10,7 +10,7 @@ namespace {
 constexpr double CRUISING = 0.85;  // metres a cycle that a runner makes, roughly
 constexpr double FULL_POWER = 100;
 constexpr double PRESS_POWER = 75;  // less than a dribbler's, so that attacks reach the goals
-constexpr double EASY_POWER = 55;   // hardly more than stamina comes back
+constexpr double EASY_POWER = 55;   // costs hardly more stamina than a cycle restores
 constexpr double TACKLE_REACH = 1.6;
 
 /// Where the ball will be after so many cycles if nobody touches it.
@@ -43,7 +43,7 @@ double nearestOpponent(const World& world, Side side, Vector2d place) {
   return nearest;
 }
 
-/// How far the opponents are from the ball's way, those near its end counting more.
+/// How far the opponents are from the ball's way. Near its end they count more.
 double laneRoom(const World& world, Side side, Vector2d from, Vector2d to) {
   double room = 1000;
   for (const double share : {0.2, 0.4, 0.6, 0.8, 1.0}) {
@@ -67,7 +67,7 @@ Vector2d velocity(double speed, double degrees) {
 }  // namespace
 
 void Players::act(World& world, Referee& referee, std::vector<std::string>& calls) {
-  // Neither side is always the last to touch a ball that both kick.
+  // The sides take turns, so that neither is always the last to touch a ball that both kick.
   const Side first = referee.time() % 2 == 0 ? Side::Left : Side::Right;
   for (const Side side : {first, other(first)}) {
     Player* runner = chaser(world, referee, side);
@@ -139,12 +139,12 @@ Vector2d Players::formationPlace(const World& world, const Referee& referee, con
   place.x = std::clamp(place.x, home.deepest, home.highest);
   place.y = std::clamp(place.y, -HALF_WIDTH + 1, HALF_WIDTH - 1);
 
-  // Forwards lurk at the offside line; now and then somebody does not look along it.
-  const bool lurks = p.number >= 9 && p.side == control_;
-  if (lurks) place.x = std::min(place.x + 15, home.highest);
+  // Forwards wait at the offside line, and now and then one of them is careless.
+  const bool waits = p.number >= 9 && p.side == control_;
+  if (waits) place.x = std::min(place.x + 15, home.highest);
   while (place.x > 0 && Referee::offsidePlace(world, p.side, way * place)) place.x -= 1;
   const bool careless = (referee.time() / 50 + p.number) % 2 == 0;
-  if (lurks && careless) place.x += 8;
+  if (waits && careless) place.x += 8;
   if (referee.mode() == Mode::KickOff) place.x = std::min(place.x, -1.0);
 
   place *= way;
@@ -203,7 +203,7 @@ Vector2d Players::chooseKick(const World& world, const Player& p, bool setPlay) 
   const Vector2d goal(way * HALF_LENGTH, dice_.between(-8, 8));
   const bool ownArea = way * ball.x < -PENALTY_AREA_X && std::abs(ball.y) < 20;
 
-  // A goalie that is hurried by a shot can only turn it aside, past the post.
+  // A goalie under pressure from a shot can only turn it past the post.
   if (p.goalie() && !setPlay && world.ball.vel.getLength() > 1 && dice_.chance(0.75)) {
     return velocity(2, direction(ball, {-way * (HALF_LENGTH + 3), ball.y < 0 ? -16.0 : 16.0}));
   }
@@ -224,7 +224,7 @@ Vector2d Players::chooseKick(const World& world, const Player& p, bool setPlay) 
   if ((ownArea && room < 6) || setPlay) {  // far away
     return velocity(BALL_SPEED_MAX, direction(ball, {ball.x + way * 30, wide * 30}));
   }
-  // Dribble: a touch ahead, on the wing down the line and from there to the middle.
+  // Dribble with short kicks, along the side line on the wing and from there to the middle.
   const double aim = way * ball.x < 38 ? 1.4 : 0.3;
   return velocity(0.8, direction(ball, {goal.x, ball.y * aim}) + dice_.between(-15, 15));
 }

@@ -24,7 +24,7 @@ struct HeteroType {
   double effortMin = 0.6;
 };
 
-/// The default type and `count` - 1 others: each better in one respect is worse in another.
+/// The default type and `count` - 1 others. What is better in one respect is worse in another.
 std::vector<HeteroType> drawTypes(int count, Dice& dice);
 
 std::string playerTypeText(int id, const HeteroType& type);

@@ -18,10 +18,10 @@ constexpr int SHORTEST_SET_PLAY = 10;
 constexpr int LONGEST_PATIENCE = 40;
 constexpr double OFFSIDE_ACTIVE_AREA = 2.5;
 
-// When a server stops its clock is its own business, and not what isStopped() tells a client: this
-// one's stands at a foul, too.
+// This is the server's truth about its clock. It differs from isStopped(), which is what a client
+// can rely on: the clock stands at a foul, too.
 struct ModeFacts {
-  play_mode heard;  ///< as the side itself hears it
+  play_mode heard;  ///< as a client of the mode's side understands the call
   int standstill;   ///< cycles until the clock runs again; 0 when it does not stop
 };
 
@@ -52,7 +52,7 @@ bool inArea(Side side, Vector2d p) {
   return -forward(side) * p.x > PENALTY_AREA_X && std::abs(p.y) < PENALTY_AREA_HALF_WIDTH;
 }
 
-/// Opponents of a set play that stand too near are moved out.
+/// Moves the opponents of a set play away from the ball.
 void clearAround(World& world, Side opponents) {
   for (Player& p : world.team(opponents)) {
     Vector2d away = p.pos - world.ball.pos;
@@ -185,7 +185,7 @@ void Referee::touched(World& world, const Player& p, std::vector<std::string>& c
   }
 }
 
-// Standing offside is punished when the ball comes near.
+// A player that stood offside is penalised when the ball comes near.
 void Referee::judgeOffside(World& world, std::vector<std::string>& calls) {
   for (const Player& p : world.team(lastTouch_)) {
     const bool near = distance(p.pos, world.ball.pos) < OFFSIDE_ACTIVE_AREA;

@@ -1,4 +1,4 @@
-// The referee: play modes, the clock, and what follows from where the ball went and who touched it.
+// The referee decides play modes and the clock from where the ball went and who touched it.
 #pragma once
 
 #include <array>

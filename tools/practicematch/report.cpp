@@ -32,7 +32,7 @@ void printCounts(std::ostream& out, const std::map<std::string, int>& counts) {
   }
 }
 
-/// The value below which a share of the sorted times lies.
+/// The value below which the given share of the sorted times lies.
 double percentile(const std::vector<double>& sorted, double share) {
   const auto rank = static_cast<std::size_t>(std::ceil(share * static_cast<double>(sorted.size())));
   return sorted[std::max<std::size_t>(rank, 1) - 1];

@@ -1,4 +1,4 @@
-// What happened on the connection, counted, and the page about it at the end.
+// Counts what happened on the connection, and prints a report about it at the end.
 #pragma once
 
 #include <array>
@@ -35,7 +35,7 @@ struct Report {
 
   Ending ending = Ending::Interrupted;
 
-  /// A page for a person; `match` is null for a recording.
+  /// Prints the report. `match` is null for a recording.
   void print(std::ostream& out, const Match* match, bool synch) const;
 
  private:

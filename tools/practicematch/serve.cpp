@@ -16,11 +16,11 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 constexpr auto GRACE = seconds(1);          // for "(done)"
-constexpr int MAX_MISSED_IN_ROW = 20;       // one more and a server ends
+constexpr int MAX_MISSED_IN_ROW = 20;       // a real server ends after one more
 constexpr auto AFTER_THE_END = seconds(6);  // for "(bye)": a coach waits 5 s for a silent server
 constexpr auto STEP_WITHOUT_EYE = milliseconds(100);
 
-/// One line on a terminal that shows how far the match is; nothing elsewhere.
+/// Shows on one line how far the match is when standard output is a terminal.
 class StatusLine {
  public:
   void show(long cycle, const std::string& text) {
@@ -37,7 +37,7 @@ class StatusLine {
   Clock::time_point next_;
 };
 
-/// What one coach is served by, whatever the traffic.
+/// What serving a coach needs for a simulated match and for a recording alike.
 struct Counter {
   Session& session;
   Report report{};
@@ -47,8 +47,8 @@ struct Counter {
     for (const std::string& text : texts) session.send(text);
   }
 
-  /// Books the outcome of a wait for "(done)".
-  void book(bool done, Clock::time_point asked, Clock::time_point answered = Clock::now()) {
+  /// Counts the outcome of a wait for "(done)".
+  void count(bool done, Clock::time_point asked, Clock::time_point answered = Clock::now()) {
     if (done) {
       const std::chrono::duration<double, std::milli> took = answered - asked;
       report.answerTimes.push_back(took.count());
@@ -130,7 +130,7 @@ class MatchService {
   }
 
   void think() {
-    desk_.tookDone();  // one that came too late answers nothing
+    desk_.tookDone();  // discard one that came too late
     const auto asked = Clock::now();
     auto answered = asked;
     players_.think();
@@ -144,7 +144,7 @@ class MatchService {
       return (done && players_.allDone()) || desk_.left();
     });
     players_.endCycle();
-    if (!desk_.left() && stopRequested == 0) counter_.book(done, asked, answered);
+    if (!desk_.left() && stopRequested == 0) counter_.count(done, asked, answered);
   }
 
   template <typename Enough>
@@ -218,7 +218,7 @@ class RecordingService {
     takeUntil(
         counter_.session, asked + GRACE, [this](const Command& c) { take(c); },
         [this] { return done_ || left_; });
-    if (!left_ && stopRequested == 0) counter_.book(done_, asked);
+    if (!left_ && stopRequested == 0) counter_.count(done_, asked);
   }
 
   void waitUntil(Clock::time_point deadline) {
@@ -227,7 +227,7 @@ class RecordingService {
         [this] { return left_; });
   }
 
-  // The answers to its commands are in the recording: the coach is only counted.
+  // The recording holds the answers to the recorded commands. Commands are only counted here.
   void take(const Command& command) {
     const std::string_view text = command.text;
     if (!command.terminated) ++counter_.report.unterminated;

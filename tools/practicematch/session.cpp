@@ -99,7 +99,7 @@ bool Session::open(int port, std::string& error) {
   return publicSocket_.open(port, error) && ownSocket_.open(0, error);
 }
 
-// Short slices: a signal that comes just before the poll must not wait for its end.
+// Polls in short slices, so that a signal just before the poll is noticed soon.
 bool Session::wait(const Socket& other, Clock::time_point deadline) const {
   using std::chrono::milliseconds;
   const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());

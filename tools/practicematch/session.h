@@ -17,7 +17,7 @@ namespace vok::practicematch {
 
 using Clock = std::chrono::steady_clock;
 
-/// Set by SIGINT and SIGTERM; every wait of a session then ends at once.
+/// Set by SIGINT and SIGTERM. Every wait of a session then ends at once.
 inline volatile std::sig_atomic_t stopRequested = 0;
 
 /// A text of the coach, without its terminator.
@@ -34,12 +34,13 @@ class Socket {
   Socket(const Socket&) = delete;
   Socket& operator=(const Socket&) = delete;
 
-  /// False, with the reason in `error`, when the port is not to be had. Port 0 takes a free one.
+  /// Returns false, with the reason in `error`, when the port cannot be opened. Port 0 takes a free
+  /// one.
   bool open(int port, std::string& error);
   int port() const;
   int descriptor() const { return sd; }
 
-  /// Sends a text and a NUL byte. What the system refuses is lost, as datagrams may be.
+  /// Sends a text and a NUL byte. Errors are ignored, since datagrams may get lost anyway.
   void send(std::string_view text, const sockaddr_in& to) const;
   /// The next waiting datagram, if any.
   std::optional<Command> receive(sockaddr_in& from) const;
@@ -48,29 +49,29 @@ class Socket {
   int sd = -1;
 };
 
-/// Others who are served while a session waits for its coach.
+/// Other clients that are served while a session waits for its coach.
 struct Company {
   std::vector<int> descriptors;
-  std::function<bool()> serve = [] { return false; };  ///< true when something came from them
+  std::function<bool()> serve = [] { return false; };  ///< true when one of them sent something
 };
 
 class Session {
  public:
   bool open(int port, std::string& error);
   int port() const { return publicSocket_.port(); }
-  /// From now on every command is written to a file, a line each. False when it cannot be opened.
+  /// From now on writes every command to a file, a line each. False when it cannot be opened.
   bool logTo(const std::string& file);
 
   void keep(Company company) { company_ = std::move(company); }
 
-  /// Waits for a coach to ask for its place and returns the name of its team. With a `team`, all
-  /// others are refused; the company may name it meanwhile.
+  /// Waits for a coach to check in and returns the name of its team. Unless `team` is empty,
+  /// coaches of other teams are refused; `team` may be set by the company in the meantime.
   std::optional<std::string> waitForCoach(Clock::time_point deadline, const std::string& team);
 
   void send(std::string_view text) const { ownSocket_.send(text, coach_); }
 
-  /// The coach's next command; nothing at the deadline, when a stop is requested, or when
-  /// something came from the company.
+  /// The coach's next command. Returns nothing at the deadline, when a stop is requested, or when
+  /// the company sent something.
   std::optional<Command> receive(Clock::time_point deadline);
 
  private:

@@ -72,13 +72,13 @@ struct World {
   double kickableDistance(const Player& p) const;
   bool kickable(const Player& p) const;
 
-  /// A new type: a fresh player comes on.
+  /// Gives a player a type and full stamina, as for a substitute.
   void setType(Player& p, int type);
 
   // What a player does in a cycle. Each sets accelerations or angles for the coming step.
   void dash(Player& p, double power);
   void turn(Player& p, double degrees);
-  /// Towards the wanted velocity as far as the kick's power goes.
+  /// Changes the ball's velocity towards `wanted`, as far as the power of a kick allows.
   void kick(const Player& p, Vector2d wanted);
 
   void putBall(Vector2d spot);

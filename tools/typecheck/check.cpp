@@ -13,9 +13,9 @@ namespace vok::typecheck {
 
 namespace {
 
-constexpr double MOVED = 0.2;  // metres in a cycle
+constexpr double MOVED = 0.2;  // metres in a cycle that count as movement
 
-// What the library asks for when it is built; nothing of it bears upon the types.
+// The keys that the library's objects ask for. None of them influences the types.
 constexpr auto NEEDED_KEYS = std::to_array<const char*>(
     {"async_waitForSeeTime", "world_maxPlayersOurTeam", "world_maxPlayersOtherTeam", "ourDefenders",
      "ourDefMidfield", "ourOffMidfield", "ourOffenders", "tac_ourEdgeDefender",
@@ -27,7 +27,7 @@ playing_side otherSide(playing_side side) {
   return side == SIDE_LEFT ? SIDE_RIGHT : SIDE_LEFT;
 }
 
-/// The first texts of a recording: the answer to the check-in and the two parameter messages.
+/// Reads the first texts of a recording: the answer to the check-in and the two parameter messages.
 constexpr std::size_t CHECKIN_TEXTS = 3;
 
 bool checkIn(Comm& comm, TextLink& link, const tools::Recording& capture, playing_side side,
@@ -75,7 +75,7 @@ class Observer {
     }
     places_[n] = player.pos;
     finding.trueType = truth_.typeAt(side_, n, world.time);
-    // A change is announced a little before the cycle in which the truth has it, or after.
+    // A change may be announced shortly before or after the cycle in which the truth has it.
     const bool wrong = verdict != -1 && verdict != finding.trueType &&
                        verdict != truth_.typeAt(side_, n, world.time - 1);
     if (wrong && verdict != reported_[n]) ++finding.wrongOnTheWay;

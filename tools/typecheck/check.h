@@ -11,10 +11,11 @@
 
 namespace vok::typecheck {
 
-/// Who holds which type from when on, by side.
+/// Which player had which type, and from which cycle on.
 class Truth {
  public:
-  /// Lines of time, l or r, shirt number and type; false with the reason for anything else.
+  /// Reads lines of time, side (l or r), shirt number and type. Returns false, with the reason in
+  /// `error`, when a line has another form or there is none.
   bool read(std::istream& in, std::string& error);
 
   /// The type of a player at a time, -1 when nothing is known yet.
@@ -35,9 +36,9 @@ class Truth {
 struct Finding {
   int trueType = -1;  ///< at the end
   int verdict = -1;   ///< at the end
-  // Since the last announced change of the opponent, up to the verdict or the end:
+  // Counted from the opponent's last announced change to the verdict or the end:
   int playOn = 0;  ///< views in play-on
-  int moved = 0;   ///< those in which it had covered a fifth of a metre
+  int moved = 0;   ///< those in which it had moved by a fifth of a metre
   int wrongOnTheWay = 0;
 
   bool isRight() const { return trueType != -1 && verdict == trueType; }
@@ -46,8 +47,8 @@ struct Finding {
 
 using Findings = Squad<Finding>;  ///< by shirt number
 
-/// What the coach of `team` on `side` finds out. False with the reason when the recording is none
-/// of that coach.
+/// Finds what the coach of `team` on `side` infers. Returns false, with the reason in `error`, when
+/// the recording was not made by that coach.
 bool check(const tools::Recording& capture, const Truth& truth, const std::string& team,
            playing_side side, bool fromDecay, Findings& findings, std::string& error);
 
