@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
-"""Draws the quotients speed / way of one player over the cycles of play on, against the decays of
-the player types, from a recording (milliseconds, tab, text) on standard input:
+"""Draws, for each cycle of play, the quotient of a player's new velocity and the distance that it
+covered, and the decays of the player types. Reads a recording (milliseconds, tab, text) from
+standard input; the arguments are team, shirt number and number of cycles:
 
     docs/decayplot.py Beta 5 160 < tests/data/types_left.txt > docs/types-from-decay.svg
 
-The arguments are team, shirt number and the number of cycles. The lower panel is an enlargement
-around the player's decay; there every step has the bar of what its printed digits leave open.
-Orange marks at the lower edges are steps that fit no decay at all, after a contact."""
+The lower panel enlarges the range around the player's own decay. There each step has a bar, which
+shows the decays that are possible within the rounding of the printed numbers. Orange marks at the
+lower edge are steps that fit no decay, after a contact."""
 import math
 import re
 import sys
@@ -25,7 +26,7 @@ def print_error(value):
 
 
 def bounds(way, way_error, left, left_error):
-    """The decays that one coordinate leaves open."""
+    """The range of decays that one coordinate allows."""
     if abs(way) <= way_error:
         return 0, 1
     ends = [(left + a) / (way + b) for a in (-left_error, left_error)
@@ -34,7 +35,7 @@ def bounds(way, way_error, left, left_error):
 
 
 def step(before, now):
-    """Quotient, and the decays that it leaves open: none after a contact."""
+    """The quotient, and the range of decays that the step allows: an empty one after a contact."""
     ways = [now[i] - before[i] for i in (0, 1)]
     limits = [bounds(ways[i], print_error(now[i]) + print_error(before[i]), now[i + 2],
                      print_error(now[i + 2])) for i in (0, 1)]
@@ -114,13 +115,13 @@ def main():
     out = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{LEFT + WIDTH + 110}" '
            f'height="{bottom + 34}" font-family="sans-serif" font-size="10">',
            '<rect width="100%" height="100%" fill="white"/>',
-           f'<text x="{LEFT}" y="20" font-size="13">{team} {number}: speed left / way of each '
-           'cycle, and the decays of the types</text>']
+           f'<text x="{LEFT}" y="20" font-size="13">{team} {number}: new velocity / distance '
+           'covered in each cycle, and the decays of the types</text>']
     panel(out, decays, steps, cycles, *PANELS[0], 0.28, 0.52, False, own)
     panel(out, decays, steps, cycles, *PANELS[1], decays[own] - 0.001, decays[own] + 0.0016, True,
           own)
     out.append(f'<text x="{LEFT + WIDTH / 2}" y="{bottom + 27}" text-anchor="middle">'
-               'cycles of play on</text></svg>')
+               'cycles of play</text></svg>')
     print('\n'.join(out))
 
 

@@ -25,7 +25,7 @@ FLOORS = (
     ('connection', {'libVOK/connection': (0, 620)}),
     ('world', {'libVOK/world': (0, 620)}),
     ('modules', {'modules': (0, 300)}),
-    ('coach’s loop', {'libVOK': (320, 450)}),
+    ('main loop', {'libVOK': (320, 450)}),
     ('coach', {'OnlineCoach': (0, 125)}),
     ('tools’ library', {'tools/common': (780, 900)}),
     ('programs', {'tools/confcheck': (0, 125), 'tools/formationview': (137, 262),
@@ -142,7 +142,9 @@ def arrow(lanes, bus, folder, to):
     x = lanes.take(*EDGES_OF[folder], top, top + 8)
     if x is None:
         raise SystemExit(f'{sys.argv[0]}: no way for an arrow from {folder} to {to}')
-    end = bus.setdefault(to, sum(EDGES_OF[to]) // 2 + 35)
+    if to not in bus:
+        bus[to] = lanes.take(*EDGES_OF[to], bottom - 12, bottom)
+    end = bus[to]
     return f'M{x} {top}V{top + 8}H{end}V{bottom - 1}'
 
 
