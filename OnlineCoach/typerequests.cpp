@@ -38,7 +38,7 @@ TypeRequests::TypeRequests(Worldmodel& world, Comm& connection)
       assignment_(LAST_SHIRT - FIRST_FIELD_PLAYER + 1, world.playerType.size()),
       capacity_(world.playerType.size()) {
   target_.fill(NO_TARGET);
-  world_.ownChangesWithoutComma = true;
+  world_.takeChangesWithoutComma();
 }
 
 void TypeRequests::setUtility(int number, int type, double utility) {
@@ -237,10 +237,7 @@ void TypeRequests::given(const Answer& answer) {
   if (target_[number] != type) return;  // a detour
   target_[number] = NO_TARGET;
 
-  WPlayer& player = world_.ourTeam[number];
-  if (player.type == type) return;
-  player.setType(world_.playerType[at(type)]);
-  player.type = type;
+  if (world_.ourTeam[number].type != type) world_.setOurType(number, type);
 }
 
 /// The answer to the first request is lost; but the change may have been announced.

@@ -95,16 +95,8 @@ void VokCoach::sayMessage() {
     std::cerr << "Coach: Cannot scream: Lost voice earlier!\n";
     return;
   }
-  const int kicker = calcPlayerForKickUs();
   AudioMsg message(0, static_cast<unsigned>(world->time), true);
-  message << true << *world;
-  message << tactical->playerType.slots.data();
-  message << Int3B(static_cast<unsigned>(kicker));
-  int foremost = 3;
-  int second = 9;
-  otherTeam->GetDefensePlayer(foremost, second);
-  message << Int3B(static_cast<unsigned>(second + 12 * foremost));
-
+  newsForPlayers().write(message);
   if (!message.getState()) {
     std::cerr << "Coach : Fatal error: buffer overflow:" << message << "\n";
     return;
@@ -112,6 +104,14 @@ void VokCoach::sayMessage() {
   lastAumsgTime = world->time;
   comm->say(message);
   if (numMsgsLeft > INT_MIN) --numMsgsLeft;
+}
+
+CoachMessage VokCoach::newsForPlayers() const {
+  CoachMessage news = world->coachMessage();
+  news.otherTypes = tactical->playerType;
+  news.kicker = calcPlayerForKickUs();
+  otherTeam->GetDefensePlayer(news.lastDefender, news.secondLastDefender);
+  return news;
 }
 
 void VokCoach::chooseTypesOnce() {

@@ -40,6 +40,8 @@ class VokCoach : public Onlinecoach {
   void analyze() override;
   ~VokCoach() override;
 
+  /// What the players are to be told now.
+  CoachMessage newsForPlayers() const;
   /// Number of our midfielder nearest to the ball, who is to take the kick; -1 for none.
   int calcPlayerForKickUs() const;
 

@@ -91,22 +91,13 @@ void synchronous(benchmark::State& state) {
 /// As the coach puts its messages together, stamped.
 AudioMsg compose(VokCoach& coach) {
   AudioMsg message(0, static_cast<unsigned>(coach.world->time), true);
-  message << true << *coach.world << coach.tactical->playerType.slots.data();
-  message << Int3B(static_cast<unsigned>(coach.calcPlayerForKickUs()));
-  int foremost = 3;
-  int second = 9;
-  coach.otherTeam->GetDefensePlayer(foremost, second);
-  message << Int3B(static_cast<unsigned>(second + 12 * foremost));
+  coach.newsForPlayers().write(message);
   coach.comm->audiomgr->SpeakTo(message);
   return message;
 }
 
 bool decode(AudioMsg& message, Worldmodel& world) {
-  Int3B kicker;
-  Int3B opponents;
-  if (!world.feedbackAudio(message)) return false;
-  message >> kicker >> opponents;
-  return message.getState();
+  return CoachMessage::read(message) && world.feedbackAudio(message);
 }
 
 void composing(benchmark::State& state) {

@@ -135,11 +135,9 @@ void Match::expectGoodMessage(long time) {
   constexpr long TIME_IN_MESSAGES = 1 << 18;
   const bool left = coach_->comm->getMySide() == SIDE_LEFT;
   AudioMsg message(0, static_cast<unsigned>(time), true);
-  Worldmodel told(nullptr);
-  told.ball.pos = {-20.5, 7.25};
-  std::array<int, 12> types;
-  types.fill(-1);
-  message << true << told << types.data();
+  CoachMessage told;
+  told.ball = {-20.5, 7.25};
+  told.write(message);
   if (!message.getState() || time >= TIME_IN_MESSAGES) return;
 
   AudioMgr(0, left, AudioMsg::DEFAULT_MSG_PREFIX, 1).SpeakTo(message);

@@ -2,6 +2,7 @@
 // its world model and prints it. The skeleton of any player that is built on the library.
 #include <VOK/Comm.h>
 #include <VOK/Config.h>
+#include <VOK/coachmessage.h>
 #include <VOK/cycleloop.h>
 #include <VOK/stopsignals.h>
 #include <VOK/worldmodel.h>
@@ -12,8 +13,6 @@
 #include <string>
 
 namespace {
-
-constexpr unsigned noKicker = (1U << 18) - 1;  // -1, in the 18 bits that travel
 
 /// What the modules ask for when they are made. A team reads them, and its own keys, from a file:
 /// `Config::readFile("agent.conf")`.
@@ -33,10 +32,10 @@ void printPosition(const vok::Vector2d& pos) {
   std::cout << std::setw(7) << pos.x << std::setw(7) << pos.y;
 }
 
-void printNews(const vok::Worldmodel& world, unsigned sayTime, unsigned kicker) {
+void printNews(const vok::Worldmodel& world, unsigned sayTime, int kicker) {
   std::cout << std::fixed << std::setprecision(1) << "cycle " << world.time
             << ": the coach said in cycle " << sayTime << "\n  kicker    "
-            << (kicker == noKicker ? "none" : std::to_string(kicker)) << "\n  goalies   ours "
+            << numberOr(kicker, "none") << "\n  goalies   ours "
             << numberOr(world.ourGoalieNo, "unknown") << ", theirs "
             << numberOr(world.otherGoalieNo, "unknown") << "\n  ball   ";
   printPosition(world.ball.pos);
@@ -60,18 +59,17 @@ void printNews(const vok::Worldmodel& world, unsigned sayTime, unsigned kicker) 
 void listen(vok::Comm& comm, vok::Worldmodel& world) {
   vok::AudioMsg message;
   while (comm.getNextMsg(message)) {
-    if (!world.feedbackAudio(message)) continue;
-    vok::Int3B kicker;
-    vok::Int3B opponents;  // two that the coach's statistics name; nobody here asks for them
-    message >> kicker >> opponents;
-    if (message.getState()) printNews(world, message.getServerTime(), kicker.getValue());
+    // First the value: the world reads on in the message, and its checksum covers how far.
+    const auto news = vok::CoachMessage::read(message);
+    if (!world.feedbackAudio(message) || !news) continue;
+    printNews(world, message.getServerTime(), news->kicker);
   }
 }
 
 /// Runs the match and returns why it ended.
 const char* play(vok::Comm& comm) {
   vok::Worldmodel world(&comm);
-  world.ownChangesWithoutComma = true;  // current servers announce our types so
+  world.takeChangesWithoutComma();  // current servers announce our types so
   std::cout << "player " << comm.getMyNumber() << " of " << comm.getMyTeam() << " on the "
             << (comm.getMySide() == vok::SIDE_LEFT ? "left" : "right") << ", listening"
             << std::endl;

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <span>
 
-#include "audiomsg.h"
+#include "alphabet.h"
 
 namespace vok {
 

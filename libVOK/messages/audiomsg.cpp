@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <numbers>
 #include <ostream>
 #include <span>
 
@@ -25,18 +24,6 @@ constexpr unsigned WRITE_POS = 12;
 
 constexpr unsigned PREFIX_LENGTH = 3;
 constexpr unsigned FLAG = 16;  ///< left side in the source, coach in the destination
-constexpr unsigned MAX_PLAYER = 11;
-
-using DecodeTable = std::array<signed char, 256>;
-
-constexpr DecodeTable decodeTable() {
-  DecodeTable table{};
-  for (std::size_t i = 0; i < msgEncodeChars.size(); ++i)
-    table[static_cast<unsigned char>(msgEncodeChars[i])] = static_cast<signed char>(i);
-  return table;
-}
-
-constexpr DecodeTable msgDecodeChars = decodeTable();
 
 /// The parameter as a capacity that `AudioMsg` has room for.
 unsigned capacity(int parameter) {
@@ -44,10 +31,6 @@ unsigned capacity(int parameter) {
 }
 
 }  // namespace
-
-int decodeChar(char c) {
-  return msgDecodeChars[static_cast<unsigned char>(c)];
-}
 
 // Construction
 
@@ -265,12 +248,6 @@ AudioMsg& AudioMsg::operator<<(const Angle& value) {
 AudioMsg& AudioMsg::operator<<(const NodaChar& value) {
   const char character = digit(static_cast<unsigned char>(value));
   append(&character, 1);
-  return *this;
-}
-
-AudioMsg& AudioMsg::operator<<(const int* types) {
-  for (unsigned n = 1; n <= MAX_PLAYER; ++n)
-    *this << NodaChar(static_cast<unsigned char>(static_cast<unsigned>(types[n]) + 1));
   return *this;
 }
 

@@ -7,35 +7,12 @@
 
 #include <array>
 #include <iosfwd>
-#include <string_view>
 
+#include "alphabet.h"
 #include "coordinates.h"
+#include "objectstate.h"
 
 namespace vok {
-
-/// Confidence of an object's data.
-enum WObjectState {
-  UNSAFE = 0,  ///< not known or too old
-  FUZZY = 1,   ///< from prediction or a team-mate's message
-  VISUAL = 2   ///< seen this cycle
-};
-
-/// Kind of a player's world message.
-enum MessageType {
-  MSGTYPE_NONE = 0,
-  MSGTYPE_ACTION = 1,
-  MSGTYPE_SIM_ACTION = 2,
-  MSGTYPE_POSITION = 3,
-  MSGTYPE_BALL = 4,
-  MSGTYPE_TACKLE = 5
-};
-
-/// The characters by value; only the first 64 are ever written in messages of this codec.
-inline constexpr std::string_view msgEncodeChars =
-    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+-.*/?<>_() ";
-
-/// The value of a character; 0 for one outside the alphabet.
-int decodeChar(char c);
 
 /// An unsigned integer in three characters; its low 18 bits travel.
 class Int3B {

@@ -6,10 +6,8 @@
 #include <limits>
 #include <sstream>
 
-#include "Comm.h"
 #include "Config.h"
 #include "constants.h"
-#include "datastore.h"
 #include "mcommand.h"
 
 namespace vok {
@@ -18,7 +16,6 @@ namespace {
 
 constexpr double BENCH_X = 3.0;  ///< spacing of the players not yet seen
 constexpr double BENCH_Y = -37.0;
-constexpr std::size_t PLAYER_MESSAGE_LENGTH = 10;
 
 int configuredTeamSize(const char* key) {
   return std::clamp(Config::getValueAsInt(key), 0, LAST_SHIRT);
@@ -79,35 +76,20 @@ Worldmodel::Worldmodel(Comm* connection)
     ourTeam[n].pos = {-BENCH_X * n, BENCH_Y};
     otherTeam[n].pos = {BENCH_X * n, BENCH_Y};
   }
-  if (comm == nullptr) return;
-  my.number = comm->getMyNumber();
-  my.isGoalie = comm->amIGoalie() ? GOALIE_TRUE : GOALIE_FALSE;
-  playMode = comm->getPlayMode();
-  ourSide = comm->getMySide();
+  if (comm != nullptr) knowMyself(*comm);
 }
 
-Worldmodel& Worldmodel::adjust() {
-  if (comm == nullptr) return *this;
-
-  // They came before whatever is still queued.
-  for (const PlayerType& announced : comm->store->setAside()) takePlayerType(announced);
-  comm->store->clearSetAside();
-
-  while (const SensorData* data = comm->store->takeNext()) adjust(*data);
-  return *this;
-}
-
-void Worldmodel::adjust(const SensorData& data) {
+void Worldmodel::adjust(const SensorData& data, const ServerState& state) {
   switch (data.type) {
     case SENSOR_TYPE_HEAR:
       return hear(data);
     case SENSOR_TYPE_EXACT:
-      return takeView(data);
+      return takeView(data, state);
     case SENSOR_TYPE_SEE:
       visualAge = 0;  // what is in it is the player's to take
       return;
     case SENSOR_TYPE_SENSE_BODY:
-      return takeBody(data);
+      return takeBody(data, state);
     case SENSOR_TYPE_PLAYER_TYPE:
       return takePlayerType(data.playerType);
     case SENSOR_TYPE_PLAYER_CHANGED:
@@ -117,34 +99,27 @@ void Worldmodel::adjust(const SensorData& data) {
   }
 }
 
-void Worldmodel::takeView(const SensorData& data) {
+void Worldmodel::takeView(const SensorData& data, const ServerState& state) {
   if (data.time < time) return;
   predictTo(data.time);
-  takeServerState();
+  takeServerState(state);
   adjustExact(data);
   visualAge = 0;
 }
 
-void Worldmodel::takeServerState() {
-  if (comm == nullptr) return;
-  playMode = comm->getPlayMode();
-  ourSide = comm->getMySide();
-  ourScore = comm->getOurScore();
-  otherScore = comm->getOtherScore();
+void Worldmodel::takeServerState(const ServerState& state) {
+  playMode = state.mode;
+  ourSide = state.side;
+  ourScore = state.ourScore;
+  otherScore = state.otherScore;
 }
 
-void Worldmodel::takeBody(const SensorData& data) {
+void Worldmodel::takeBody(const SensorData& data, const ServerState& state) {
   if (data.time < time) return;
-  if (comm != nullptr) {
-    CycleAction last;
-    CycleAction lost;
-    comm->getLastAction(last);
-    comm->getLostAction(lost);
-    // An older one has had its effect, a lost one has none.
-    if (last.time >= time && lost.command == NO_COMMAND) action.store(last);
-  }
+  // An older action has had its effect, a lost one has none.
+  if (state.lastAction.time >= time && !state.actionLost) action.store(state.lastAction);
   if (data.time > time) predictTo(data.time);
-  takeServerState();
+  takeServerState(state);
 
   my.stamina = data.stamina;
   my.effort = data.effort;
@@ -298,17 +273,22 @@ void Worldmodel::changePlayer(const SensorData& data) {
 
   const auto id = static_cast<std::size_t>(std::max(type, 0));
   if (id >= playerType.size() || playerType[id].state == -1) {
-    std::cerr << "Nr. " << my.number << " : Player " << number << " was changed to type " << type
+    std::cerr << "Nr. " << number << " : Player " << number << " was changed to type " << type
               << ", but I don't know that type!\n";
     return;
   }
-  ourTeam[number].setType(playerType[id]);
-  ourTeam[number].type = type;
-  if (my.number == number) {
-    my.setType(playerType[id]);
-    my.type = type;
-  }
+  setOurType(number, type);
   record(ourSubs, numOurSubs, {number, time});
+}
+
+void Worldmodel::setOurType(int number, int type) {
+  // An unnamed type is the default type, and stays unnamed.
+  const WPlayerType& its = playerType[static_cast<std::size_t>(std::max(type, 0))];
+  for (WPlayer* player : {&ourTeam[number], &my}) {
+    if (player == &my && my.number != number) continue;
+    player->setType(its);
+    player->type = type;
+  }
 }
 
 void Worldmodel::hear(const SensorData& data) {
@@ -317,7 +297,7 @@ void Worldmodel::hear(const SensorData& data) {
   switch (data.sender) {
     case SENDER_PLAYER_US:
       if (directed) recordVoice(aOurDir, aOurAge, aOurCounter, direction);
-      if (std::strlen(data.message.data()) >= PLAYER_MESSAGE_LENGTH) {
+      if (std::strlen(data.message.data()) >= PlayerMessage::LENGTH) {
         decodeAudio(data.message.data(), data.sender_num, data.sender_dir);
       }
       return;

@@ -11,8 +11,11 @@
 #include <vector>
 
 #include "audiomsg.h"
+#include "coachmessage.h"
 #include "pitch.h"
+#include "playermessage.h"
 #include "sensordata.h"
+#include "serverstate.h"
 #include "worldobjects.h"
 
 namespace vok {
@@ -30,19 +33,27 @@ struct Substitution {
 /// Copies are deep and independent, so that moves can be tried on one.
 class Worldmodel {
  public:
-  /// Starts an empty world for `connection` (may be null). Reads its configuration keys.
+  /// Starts a world in which nobody was seen yet. Reads its configuration keys. `connection` may be
+  /// null; it is kept for `adjust()` alone and has to live as long as that is called.
   explicit Worldmodel(Comm* connection);
 
-  /// Folds all queued messages in: predicts up to the view's cycle, then takes the view over.
+  /// Takes one record, with the state of the server as the client knows it at that time: predicts
+  /// up to the cycle of a view or body sense, then takes it over. An older one changes nothing.
+  void adjust(const SensorData& data, const ServerState& state);
+  /// Takes everything that the connection has queued.
   Worldmodel& adjust();
-  /// Folds one message in.
-  void adjust(const SensorData& data);
   /// Takes one global view over.
   bool adjustExact(const SensorData& data);
   /// Our goalie becomes tactical number 1, the others keep their order behind it.
   void adjustTacticalNumbers(int newOurGoalieNo);
   /// Predicts one cycle; `time` is the caller's.
   void simCycle();
+  /// Gives our player the announced type that the server has granted. `number` is a shirt number,
+  /// `type` an index of `playerType`.
+  void setOurType(int number, int type);
+  /// From now on a change that names its type without a comma counts as one of our own players,
+  /// as current servers send it.
+  void takeChangesWithoutComma() { ownChangesWithoutComma = true; }
 
   // Queries. A player takes part when its age is at most `maxAge`.
 
@@ -67,13 +78,17 @@ class Worldmodel {
 
   // Say messages.
 
-  /// Takes a coach's message over; false when it is none, empty or older than a cycle.
+  /// What a coach's message tells of this world. The types, the kicker and the defenders are not
+  /// the world's to know.
+  CoachMessage coachMessage() const;
+  /// Takes a coach's message over, up to the opponents' types. False, and nothing is changed, when
+  /// it is none, carries no picture of the match, ends early or is older than a cycle.
   bool feedbackAudio(AudioMsg& audioMsg);
-  /// Writes a player's world message into characters 0..5 and, but for a position, 9 of `msg`.
+  /// Writes a player's message, see `PlayerMessage::write`. `comball` is the simulated ball.
   void encodeAudio(MessageType msgType, char* msg, const WBall& comball) const;
-  /// Reads ten characters of such a message, heard from team-mate `sender` in direction
-  /// `senderDir` (radians from our face, `NO_ANGLE` when unknown). Hearsay is `FUZZY` and never
-  /// replaces what is known as freshly or better.
+  /// Reads the characters of such a message, heard from team-mate `sender` in direction
+  /// `senderDir` (radians from our face, `NO_ANGLE` when unknown). What is heard is `FUZZY` and
+  /// never replaces what is known as freshly.
   void decodeAudio(const char* msg, int sender, double senderDir);
 
   void writeToStream(std::ostream& out) const;
@@ -104,11 +119,10 @@ class Worldmodel {
   std::vector<Substitution> otherSubs;
   int numOurSubs = 0;  ///< counts since the beginning
   int numOtherSubs = 0;
-  /// Announced changes of each opponent. The ring above also holds our own players' changes that
-  /// came without a comma.
+  /// Announced changes of each opponent. Unlike this count, the ring above also holds our own
+  /// players' changes that came without a comma.
   Squad<int> otherTypeChanges;
-  /// Take those changes for what they are, ours.
-  bool ownChangesWithoutComma = false;
+  bool ownChangesWithoutComma = false;  ///< see `takeChangesWithoutComma`
   // Command counters as the server reported them.
   long kickCount = 0;
   long dashCount = 0;
@@ -138,12 +152,13 @@ class Worldmodel {
   Vector2d oldBallRelpos;  ///< ball relative to `my` before the last prediction
   WPlayer oldMy;
   bool waitForSenseBody = false;
-  Comm* comm;  ///< not owned
+  Comm* comm;  ///< not owned, null for a world without a connection
 
  private:
-  void takeView(const SensorData& data);
-  void takeBody(const SensorData& data);
-  void takeServerState();
+  void knowMyself(const Comm& connection);
+  void takeView(const SensorData& data, const ServerState& state);
+  void takeBody(const SensorData& data, const ServerState& state);
+  void takeServerState(const ServerState& state);
   void predictTo(long viewTime);
   void takePlayerType(const PlayerType& announced);
   void changePlayer(const SensorData& data);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <ostream>
 
 #include "constants.h"
@@ -155,7 +154,7 @@ bool WPlayer::ballCatchable(const WBall& ball, Angle catchAngle) const {
 }
 
 double WPlayer::kickPowerRate(const WBall& ball) const {
-  const double aside = std::fabs(bodyAngleTo(ball.pos)) / std::numbers::pi;
+  const double aside = std::fabs(bodyAngleTo(ball.pos)) / PI;
   const double away = (distTo(ball.pos) - BALL_SIZE - size) / kickableMargin;
   return KICK_POWER_RATE * (1 - 0.25 * aside - 0.25 * away);
 }

@@ -7,8 +7,8 @@
 #include <iosfwd>
 
 #include "asyncinfo.h"
-#include "audiomsg.h"
 #include "coordinates.h"
+#include "objectstate.h"
 #include "pitch.h"
 #include "sensordata.h"
 
@@ -21,6 +21,7 @@ template <typename Counter>
 void ageOneCycle(Counter& counter) {
   if (counter < NEVER) ++counter;
 }
+
 struct WPlayer;
 
 struct WObject {

@@ -1,8 +1,7 @@
-// The prediction of one cycle, in the order of the simulator: the own command takes effect, all
-// moves, the ball collides, stamina recovers, everything grows a cycle older.
-
+// The prediction of one cycle, in the order of the simulator: our own command takes effect, then
+// everything moves, we collide with the ball, stamina recovers, and all ages grow by a cycle. Of
+// the other players no command is known: they keep their velocity, slowed by their decay.
 #include <algorithm>
-#include <numbers>
 
 #include "constants.h"
 #include "playmodes.h"
@@ -12,9 +11,8 @@ namespace vok {
 
 namespace {
 
-constexpr double DEGREE = std::numbers::pi / 180;
-
-/// What a catch puts on the goalkeeper's rim touches him; rounding must not make it a collision.
+/// Metres. A caught ball is put where it touches the goalie; rounding must not make that a
+/// collision.
 constexpr double TOUCH = 1e-9;
 
 Vector2d polar(double length, double radians) {
@@ -75,7 +73,8 @@ void Worldmodel::dash() {
 }
 
 void Worldmodel::turn() {
-  const double moment = std::max(MINMOMENT * DEGREE, std::min(MAXMOMENT * DEGREE, action.moment));
+  const double moment =
+      std::max(toRadians(MINMOMENT), std::min(toRadians(MAXMOMENT), action.moment));
   const double turned = moment * my.inertiaMoment();
   my.bodyDir += turned;
   my.faceDir += turned;

@@ -165,11 +165,12 @@ TEST(MonitorCommandsPage, ShowsWhatTheLibraryWrites) {
   EXPECT_EQ(all(page, "\n\\| `M[^|]*\\|[^|]*\\| `(.*?)` \\|"), written);
 
   Worldmodel world = newWorld();
-  world.playMode = PLAY_MODE_FREE_KICK_US;
-  world.adjust(
-      parsed("(see_global 42 ((g l) -52.5 0) ((b) -20.5 -3 0.25 0) "
-             "((p \"Alpha\" 1 goalie) -50 0.5 0 0.1 90 0) "
-             "((p \"Alpha\" 2) -35.5 -9 0.2 0.1 -45 0))"));
+  ServerState state;
+  state.mode = PLAY_MODE_FREE_KICK_US;
+  world.adjust(parsed("(see_global 42 ((g l) -52.5 0) ((b) -20.5 -3 0.25 0) "
+                      "((p \"Alpha\" 1 goalie) -50 0.5 0 0.1 90 0) "
+                      "((p \"Alpha\" 2) -35.5 -9 0.2 0.1 -45 0))"),
+               state);
   EXPECT_TRUE(MSnapshot(world).encoded.starts_with(block(page, "snapshot")));
 }
 

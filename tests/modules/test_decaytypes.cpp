@@ -64,7 +64,7 @@ class TypesFromDecay : public testing::Test {
     return verdict();
   }
 
-  void hear(const char* text) { world->adjust(parsed(text)); }
+  void hear(const char* text) { world->adjust(parsed(text), {}); }
 
   double forth = 1;
   const std::unique_ptr<Worldmodel> world = shippedWorld(6);

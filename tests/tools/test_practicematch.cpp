@@ -6,6 +6,7 @@
 
 #include "audiomsg.h"
 #include "coachdesk.h"
+#include "coachmessage.h"
 #include "match.h"
 #include "playerport.h"
 #include "support/server.h"
@@ -141,10 +142,10 @@ TEST_F(PracticeDesk, ComparesWhatACoachSaysWithTheViewOfThatTime) {
   desk.viewSent();
   for (const double ballX : {0.0, 0.3}) {
     AudioMsg message(0, static_cast<unsigned>(match.time()), true);
-    message << true << NodaChar(1) << NodaChar(1) << ballX << 0.0;
-    for (int i = 0; i < 44; ++i) message << 1.0;
-    for (int number = 1; number <= 11; ++number) message << NodaChar(number == 4 ? 8 : 0);
-    message << Int3B(9U) << Int3B(0U);
+    CoachMessage told;
+    told.ball = {ballX, 0};
+    told.otherTypes[4] = 7;
+    told.write(message);
     for (int damaged = 0; damaged < 2; ++damaged) {  // first the sum of no payload
       ask("(say (freeform \"" + std::string(message.getEncoding()) + "\"))");
       message.createChkSums();

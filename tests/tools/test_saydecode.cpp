@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <array>
 #include <cstdio>
 #include <fstream>
 #include <random>
 
 #include "audiomgr.h"
+#include "coachmessage.h"
 #include "support/server.h"
 
 namespace vok::test {
@@ -22,13 +22,13 @@ std::pair<int, std::string> saydecode(const std::string& arguments, const std::s
   return result;
 }
 
-/// A coach's message: kicker 9, opponents 10 and 7, our player n at (-n, n), theirs at (n, -n/2).
+/// A coach's message with the ball at (6.25, -18.4), cut to what travels: (6.2, -18.4).
 std::string coachText(unsigned time = 2345) {
+  CoachMessage told;
+  told.ball = {6.25, -18.4};
+  told.kicker = 9;
   AudioMsg msg(0, time, true);
-  msg << true << NodaChar(2) << NodaChar(0) << 6.25 << -18.4;
-  for (int n = 1; n <= 11; ++n) msg << -1.0 * n << 1.0 * n << 1.0 * n << -0.5 * n;
-  const std::array<int, 12> types = {0, 17, -1, 62, 0, -1, -1, -1, -1, -1, -1, -1};
-  msg << types.data() << Int3B(9U) << Int3B(7U + 12 * 10);
+  told.write(msg);
   AudioMgr(0, false, "vok", 1).SpeakTo(msg);
   return msg.getEncoding();
 }

@@ -16,6 +16,23 @@ bool samePlaces(const PositionEval& eval, const std::array<PlayerPos, 10>& place
       [](const PlayerPos& a, const PlayerPos& b) { return a.Pos == b.Pos && a.Area == b.Area; });
 }
 
+/// The last but one opponent makes the offside line. The others were never seen and do not count.
+SensorData viewOf(Vector2d ball, double line) {
+  SensorData view;
+  view.type = SENSOR_TYPE_EXACT;
+  view.exactball.valid = true;
+  view.exactball.x = ball.x;
+  view.exactball.y = ball.y;
+  for (const int n : {1, 2}) {
+    ExactPlayer& opponent = view.exactplayer[static_cast<std::size_t>(n)];
+    opponent.valid = true;
+    opponent.team = TEAM_THEM;
+    opponent.number = n;
+    opponent.x = line;
+  }
+  return view;
+}
+
 bool isFinite(Vector2d v) {
   return std::isfinite(v.x) && std::isfinite(v.y);
 }
@@ -24,17 +41,11 @@ bool isFinite(Vector2d v) {
 
 Pitch::Pitch() : world_(nullptr), tactical_(&world_, nullptr), eval_(nullptr, nullptr) {
   world_.adjustTacticalNumbers(1);
-  world_.playMode = PLAY_MODE_PLAY_ON;
 }
 
 std::optional<SettledTeam> Pitch::settle(Vector2d ball, std::optional<double> offside) {
-  world_.ball.pos = ball;
-  // The last but one opponent makes the offside line. The others were never seen and do not count.
-  for (const int n : {1, 2}) {
-    world_.otherTeam[n].age = 0;
-    world_.otherTeam[n].pos.x = offside.value_or(std::clamp(ball.x + GUARD, 0.0, PENALTY_AREA_X));
-  }
-  runUntilSettled();
+  const double line = offside.value_or(std::clamp(ball.x + GUARD, 0.0, PENALTY_AREA_X));
+  runUntilSettled(viewOf(ball, line));
 
   SettledTeam team{{}, eval_.GetMinX(), eval_.GetMaxX(), world_.ourOffsideLine(OFFSIDE_MAX_AGE)};
   for (int n = 2; n <= LAST_SHIRT; ++n) {
@@ -47,11 +58,15 @@ std::optional<SettledTeam> Pitch::settle(Vector2d ball, std::optional<double> of
 }
 
 /// Band and ball factors move step by step. Once all places stay for one cycle they stay for good.
-void Pitch::runUntilSettled() {
+void Pitch::runUntilSettled(const SensorData& view) {
+  SensorData next = view;
+  ServerState state;
+  state.mode = PLAY_MODE_PLAY_ON;
   for (int cycle = 0; cycle < MAX_CYCLES; ++cycle) {
     const std::array<PlayerPos, 10> before = eval_.RealPositions;
     const double bandBefore = eval_.GetMinX();
-    ++world_.time;
+    next.time = world_.time + 1;
+    world_.adjust(next, state);
     eval_.CalMinMaxX(&world_);
     eval_.CalPlayerPositions(&world_);
     if (eval_.GetMinX() == bandBefore && samePlaces(eval_, before)) return;

@@ -41,7 +41,7 @@ class Pitch {
   std::optional<SettledTeam> settle(Vector2d ball, std::optional<double> offside);
 
  private:
-  void runUntilSettled();
+  void runUntilSettled(const SensorData& view);
   Role roleOf(int n) const;
 
   Worldmodel world_;

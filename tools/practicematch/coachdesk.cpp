@@ -4,8 +4,9 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <optional>
 
-#include "audiomsg.h"
+#include "coachmessage.h"
 
 namespace vok::practicematch {
 
@@ -78,29 +79,6 @@ std::string_view SayRules::judge(std::string_view command, long time, bool playO
   return "(ok say)";
 }
 
-std::optional<CoachMessage> decodeCoachMessage(const std::string& text, Side side) {
-  AudioMsg message(text.c_str());
-  if (!message.isChkSumsValid() || !message.isCoachMsg()) return std::nullopt;
-  CoachMessage decoded;
-  decoded.time = message.getServerTime();
-
-  bool worldFollows = false;
-  NodaChar goalie(0);
-  double x = 0;
-  double y = 0;
-  message >> worldFollows >> goalie >> goalie >> x >> y;
-  decoded.ball = forward(side) * Vector2d(x, y);
-  for (int i = 0; i < 4 * 11; ++i) message >> x;
-  for (int number = FIRST_SHIRT; number <= LAST_SHIRT; ++number) {
-    NodaChar type(0);
-    message >> type;
-    decoded.opponentTypes[number] = type - 1;
-  }
-  Int3B tail;
-  message >> tail >> tail;  // the kicker and two opponents
-  return worldFollows && message.getState() ? std::optional(decoded) : std::nullopt;
-}
-
 void CoachDesk::take(const Command& command, std::vector<std::string>& answers) {
   const std::string_view text = command.text;
   const std::string_view word = commandWord(text);
@@ -161,23 +139,26 @@ void CoachDesk::say(std::string_view text, std::vector<std::string>& answers) {
 }
 
 void CoachDesk::compare(const std::string& text) {
-  const auto message = decodeCoachMessage(text, match_.settings().coachSide);
-  if (!message) return;
+  const AudioMsg message(text.c_str());
+  const auto told = CoachMessage::read(message);
+  if (!told) return;
+  const Side side = match_.settings().coachSide;
+  const Vector2d ball = forward(side) * told->ball;
   ++report_.messagesDecoded;
-  report_.lastTypes = message->opponentTypes;
+  report_.lastTypes = told->otherTypes;
   report_.lastTypesRight = report_.lastTypesUnknown = 0;
-  for (const Player& p : match_.state().team(other(match_.settings().coachSide))) {
-    const int told = report_.lastTypes[p.number];
-    if (told == p.type) ++report_.lastTypesRight;
-    if (told == -1) ++report_.lastTypesUnknown;
+  for (const Player& p : match_.state().team(other(side))) {
+    const int type = told->otherTypes[p.number];
+    if (type == p.type) ++report_.lastTypesRight;
+    if (type == -1) ++report_.lastTypesUnknown;
   }
 
   // Messages have positions in steps of 0.1 m, and the numbers of a view are rounded, too.
   constexpr double TOLERANCE = 0.1 + 1e-4;
   const bool right = std::any_of(balls_.begin(), balls_.end(), [&](const auto& view) {
-    const Vector2d error = view.second - message->ball;
-    return view.first == message->time && std::abs(error.x) <= TOLERANCE &&
-           std::abs(error.y) <= TOLERANCE;
+    const Vector2d error = view.second - ball;
+    return view.first == static_cast<long>(message.getServerTime()) &&
+           std::abs(error.x) <= TOLERANCE && std::abs(error.y) <= TOLERANCE;
   });
   if (right) ++report_.ballsRight;
 }

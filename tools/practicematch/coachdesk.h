@@ -2,7 +2,6 @@
 #pragma once
 
 #include <deque>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -24,16 +23,6 @@ class SayRules {
  private:
   int said_ = 0;
 };
-
-/// What a coach's message says, in field coordinates.
-struct CoachMessage {
-  long time = 0;
-  Vector2d ball;
-  Squad<int> opponentTypes;  ///< -1 unknown
-};
-
-/// Nothing unless it is a coach's message that is complete and has a valid checksum.
-std::optional<CoachMessage> decodeCoachMessage(const std::string& text, Side side);
 
 class CoachDesk {
  public:

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "match.h"
+#include "pitch.h"
 
 namespace vok::practicematch {
 

@@ -3,16 +3,17 @@
 #include <istream>
 #include <string>
 
+#include "coachmessage.h"
+
 namespace vok::saydecode {
 namespace {
 
-constexpr std::size_t CODE_SIZE = 64;        ///< characters that messages are made of
-constexpr std::size_t MAX_SIZE = 511;        ///< of any message
-constexpr std::size_t COACH_MSG_SIZE = 126;  ///< flag, world, types, kicker and two opponents
-constexpr std::size_t MAX_RUN = 65536;       ///< where a run without an end is cut
+constexpr std::size_t MAX_SIZE = 511;   ///< of any message
+constexpr std::size_t MAX_RUN = 65536;  ///< a longer run of code characters is cut there
+constexpr std::size_t COACH_MSG_SIZE = AudioMsg::HEADER_LENGTH + CoachMessage::PAYLOAD_LENGTH;
 
 bool isCodeChar(char c) {
-  return msgEncodeChars.substr(0, CODE_SIZE).find(c) != std::string_view::npos;
+  return msgEncodeChars.substr(0, CODE_CHARS).find(c) != std::string_view::npos;
 }
 
 /// Size of the message at `at`, 0 when there is none.
@@ -21,7 +22,8 @@ std::size_t messageSize(std::string_view run, std::size_t at) {
   const std::size_t size = header.getSize();
   if (size > MAX_SIZE || size > run.size() - at) return 0;
   const bool whole = size == run.size();
-  // Who sends rewinds: most chance hits within a run fail here, before the checksum.
+  // A sender rewinds the read position. So most characters within a run that look like a header by
+  // chance are rejected here, before the checksum is computed.
   if (!whole && (!header.isCoachMsg() || header.getReadPos() != 0)) return 0;
   const AudioMsg msg(std::string(run.substr(at, size)).c_str());
   const bool damaged = whole && msg.isCoachMsg() && size == COACH_MSG_SIZE;

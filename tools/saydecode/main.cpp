@@ -50,10 +50,9 @@ struct Reader {
   void take(const AudioMsg& msg, const char* unit, long place) {
     std::cout << "message " << ++count << ", " << unit << " " << place << "\n";
     printHeader(std::cout, msg);
-    const std::optional<CoachNews> news = readNews(msg);
-    if (news) {
-      printNews(std::cout, *news);
-      drawing = draw(*news, msg);
+    if (const auto told = CoachMessage::read(msg)) {
+      printNews(std::cout, *told);
+      drawing = draw(*told, msg);
     } else if (msg.isCoachMsg() && msg.isChkSumsValid()) {
       std::cout << "  no picture of the match in it\n";
     }

@@ -1,6 +1,7 @@
+// What the world says and takes from what it hears. The characters of the coach's message are held
+// by the page about it and by the coach's own tests.
 #include <gtest/gtest.h>
 
-#include <array>
 #include <string>
 #include <tuple>
 
@@ -17,16 +18,18 @@ class WorldAudio : public testing::Test {
     return text;
   }
 
-  /// What the coach says at time 50 of a world with known goalies.
-  AudioMsg coachMessage(int ourGoalie, int otherGoalie) {
-    Worldmodel seen = newWorld(7);
-    seen.ourGoalieNo = ourGoalie;
-    seen.otherGoalieNo = otherGoalie;
-    seen.ball.pos = {10, -5};
-    seen.otherTeam[11].pos = {3.5, 33};
-    const std::array types{-1, -1, -1, -1, 6, 7, -1, -1, -1, -1, -1, -1};  // 7 is not announced
+  /// What the coach says at time 50.
+  static AudioMsg said(int ourGoalie, int otherGoalie) {
+    CoachMessage told;
+    told.ourGoalie = ourGoalie;
+    told.otherGoalie = otherGoalie;
+    told.ball = {10, -5};
+    told.otherTeam[11] = {3.5, 33};
+    told.otherTypes[4] = 6;
+    told.otherTypes[5] = 7;  // not announced
     AudioMsg msg(0, 50, true);
-    return msg << true << seen << types.data();
+    told.write(msg);
+    return msg;
   }
 
   Worldmodel world = newWorld(7);
@@ -37,8 +40,7 @@ TEST_F(WorldAudio, PlayerTakesTheCoachsPictureButKeepsItself) {
   world.my.number = 3;
   world.my.pos = {7, 7};
   world.ball.v = {1, 1};
-  AudioMsg msg = coachMessage(5, 2);
-  EXPECT_EQ(msg.getWritePos(), 1u + 2 + 4 + 88 + 11);
+  AudioMsg msg = said(5, 2);
   ASSERT_TRUE(world.feedbackAudio(msg));
   EXPECT_TRUE(near(world.ball.pos, {10, -5}) && near(world.ball.v, {0, 0}) && world.ball.age == 0);
   EXPECT_TRUE(near(world.otherTeam[11].pos, {3.5, 33}) && near(world.ourTeam[3].pos, {7, 7}));
@@ -49,30 +51,34 @@ TEST_F(WorldAudio, PlayerTakesTheCoachsPictureButKeepsItself) {
 
 TEST_F(WorldAudio, GoaliesAreLearntOnceAndOnlyWhenTheyAreShirtNumbers) {
   for (const int told : {-1, 0, 12, 11, 4}) {
-    AudioMsg msg = coachMessage(told, told);
+    AudioMsg msg = said(told, told);
     EXPECT_TRUE(world.feedbackAudio(msg));
     EXPECT_EQ(world.ourGoalieNo, told == 11 || told == 4 ? 11 : -1) << told;
     EXPECT_EQ(world.otherGoalieNo, world.ourGoalieNo) << told;
   }
 }
 
-TEST_F(WorldAudio, OnlyWholeFreshMessagesOfTheCoachAreTaken) {
+TEST_F(WorldAudio, OnlyAWholeFreshMessageOfTheCoachChangesTheWorld) {
   world.time = 52;
-  AudioMsg old = coachMessage(1, 1);
+  AudioMsg old = said(1, 1);
   AudioMsg empty(0, 52, true);
   empty << false;
   AudioMsg players(0, 52, false);
   players << true;
   EXPECT_EQ((players << world).getWritePos(), 1u) << "a player has no picture to send";
   for (AudioMsg* msg : {&old, &empty, &players}) EXPECT_FALSE(world.feedbackAudio(*msg));
-  EXPECT_EQ(world.ball.age, NEVER);
 
+  // The kicker and the defenders behind the first 106 characters are not for the world.
   world.time = 51;
-  old.rewindRead();
-  old.setWritePos(1 + 2 + 4 + 5);  // in the first opponent's position
-  EXPECT_FALSE(world.feedbackAudio(old));
-  EXPECT_EQ(world.ourTeam[1].age, 0);
-  EXPECT_EQ(world.otherTeam[1].age, NEVER);
+  for (unsigned length = 0; length <= 106; ++length) {
+    ASSERT_EQ(world.ball.age + world.ourTeam[1].age + world.otherTeam[1].age, 3 * NEVER) << length;
+    ASSERT_EQ(std::tuple(world.ourGoalieNo, world.otherGoalieNo, world.otherTeam[4].type),
+              std::tuple(-1, -1, -1));
+    AudioMsg cut = said(1, 1);
+    cut.setWritePos(length);
+    EXPECT_EQ(world.feedbackAudio(cut), length == 106) << length;
+  }
+  EXPECT_EQ(world.otherTeam[4].type, 6);
 }
 
 TEST_F(WorldAudio, PlayersMessageIsTwoNumbersAndADistance) {
@@ -114,22 +120,39 @@ TEST_F(WorldAudio, HeardBallReplacesOnlyAnOlderOne) {
   }
 }
 
-TEST_F(WorldAudio, SpeakerIsWhereHeSaysOrWhereHisVoiceMeetsHisDistance) {
+TEST_F(WorldAudio, SpeakerIsWhereHeSays) {
   world.my.number = 2;
-  world.my.pos = {3, 4};
   world.ourTeam[6].stamina = 1;
-  world.adjust(parsed("(hear 1 0 our 6 \"RwhV*i....\")"));
-  world.adjust(parsed("(hear 1 0 our 7 \"RwhV*i...\")"));  // a character short
+  world.adjust(parsed("(hear 1 0 our 6 \"RwhV*i....\")"), {});
+  world.adjust(parsed("(hear 1 0 our 7 \"RwhV*i...\")"), {});  // a character short
   EXPECT_TRUE(near(world.ourTeam[6].pos, {10, -5.25}));
   EXPECT_DOUBLE_EQ(world.ourTeam[6].stamina, 4000);
-  world.decodeAudio(".bqQKk... ", 8, 0);  // 64 m from the centre on the line y = 4
-  EXPECT_TRUE(near(world.ourTeam[8].pos, {63.874877, 4}));
-  world.decodeAudio(".bqQKk...a", 9, 0);  // the line does not meet the circle
-  world.decodeAudio(".bqQKk... ", 2, 0);  // our own words
-  world.my.pos = {-70, 4};
-  world.decodeAudio(".bqQKk... ", 10, 0);  // the line meets it twice ahead of us
-  for (int n = 1; n <= 11; ++n)
-    EXPECT_EQ(world.ourTeam[n].age, n == 6 || n == 8 ? 0 : int{NEVER}) << n;
+  EXPECT_EQ(world.ourTeam[7].age, NEVER);
+}
+
+TEST_F(WorldAudio, SpeakerOfTheBallIsWhereHisVoiceMeetsHisDistanceFromTheCentre) {
+  const struct {
+    Vector2d listener;
+    int speaker;
+    double direction;
+    char distance;
+    bool placed;
+  } rows[] = {{{3, 4}, 8, 0, ' ', true},     // 64 m from the centre on the line y = 4
+              {{3, 4}, 2, 0, ' ', false},    // our own words
+              {{3, 4}, 8, 0, 'a', false},    // the line does not meet the circle
+              {{-70, 4}, 8, 0, ' ', false},  // or meets it twice ahead of us
+              // A mate at (30.3, 0.6) says 30.7, and the line leaves that circle at (24.2, 18.8).
+              {{30.5, 0}, 8, Vector2d(-0.2, 0.6).getAngle(), 'J', false},
+              {{30.2, 0}, 8, PI, 'J', true}};
+  world.my.number = 2;
+  for (const auto& [listener, speaker, direction, distance, placed] : rows) {
+    world.ourTeam[speaker] = WPlayer();
+    world.my.pos = listener;
+    world.decodeAudio((std::string(".bqQKk...") + distance).c_str(), speaker, direction);
+    EXPECT_EQ(world.ourTeam[speaker].age, placed ? 0 : int{NEVER}) << listener.x << distance;
+    const double x = distance == ' ' ? 63.874877 : -35 * 64 / 73.0;
+    EXPECT_EQ(near(world.ourTeam[speaker].pos, {x, listener.y}), placed) << listener.x;
+  }
 }
 
 }  // namespace

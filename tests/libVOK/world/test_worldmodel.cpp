@@ -3,7 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <numbers>
+#include <limits>
+#include <sstream>
 #include <tuple>
 #include <vector>
 
@@ -18,28 +19,22 @@ namespace {
 /// A world of three player types and substitution rings of eleven.
 class World : public testing::Test {
  protected:
-  void take(const std::string& text) { world.adjust(parsed(text)); }
+  void take(const std::string& text, client_type client = CLIENT_ONLINECOACH) {
+    world.adjust(parsed(text, client), state);
+  }
   void view(long time, const std::string& objects = "((b) 0 0 0 0)") {
     take("(see_global " + std::to_string(time) + " " + objects + ")");
   }
 
-  void place(goalie_player goalie, Vector2d pos, Vector2d v, const WBall& its) {
-    my.isGoalie = goalie;
-    my.pos = pos;
-    my.v = v;
-    ball = its;
-  }
-
   /// One cycle in which our number 7 sends a command.
   void act(CycleCommand command, double param1, double param2 = 0) {
-    my.number = 7;
+    world.my.number = 7;
     world.action.store({0, command, param1, param2});
     world.simCycle();
   }
 
   Worldmodel world = newWorld(3);
-  WPlayer& my = world.my;
-  WBall& ball = world.ball;
+  ServerState state;
 };
 
 TEST_F(World, ConfiguredTeamSizesAreCutToATeam) {
@@ -47,11 +42,11 @@ TEST_F(World, ConfiguredTeamSizesAreCutToATeam) {
   EXPECT_EQ(newWorld(0, "-3").maxPlayersOtherTeam, 0);
 }
 
-// Ball and players of a view are held by the fuzzers' good cycle.
+// The fuzzers' good cycle holds ball and players of a view.
 TEST_F(World, ViewIsTurnedForATeamOnTheRight) {
-  world.ourSide = SIDE_RIGHT;
+  state.side = SIDE_RIGHT;
   view(3, "((p \"Alpha\" 4) 0 0 0 0 401 30) ((g l) 52 0)");
-  EXPECT_NEAR(world.ourTeam[4].bodyDir, 41 * PI / 180, 1e-9);  // directions stay as they were sent
+  EXPECT_NEAR(world.ourTeam[4].bodyDir, toRadians(41), 1e-9);  // directions stay as they were sent
   EXPECT_NEAR(world.ourTeam[4].faceDir, PI / 6, 1e-9);
   EXPECT_TRUE(near(world.ourGoal.pos, {-52, 0}));
   EXPECT_EQ(std::pair(world.ourGoal.age, world.otherGoal.age), std::pair(0, int{NEVER}));
@@ -80,126 +75,162 @@ TEST_F(World, FirstGoalieSetsTheTacticalNumbers) {
   EXPECT_EQ(world.otherTeam[9].isGoalie, GOALIE_FALSE);
 }
 
-TEST_F(World, ChangedPlayersTakeAnnouncedTypesAndAreCounted) {
+/// All that a type gives a player, in the order of `WPlayerType`'s printed form.
+std::string abilities(const WPlayer& p) {
+  std::ostringstream out;
+  out << WPlayerType{p.type,          p.vmax,          p.decay,         p.size,
+                     p.staminaIncMax, p.inertiaFactor, p.dashPowerRate, p.kickableMargin,
+                     p.kickRand,      p.extraStamina,  p.effortMin,     p.effortMax};
+  return out.str();
+}
+
+TEST_F(World, PlayersTakeTheTypesThatWereAnnounced) {
+  SensorData data;
+  data.type = SENSOR_TYPE_PLAYER_TYPE;
   for (const int id : {-1, 1, 3}) {
-    SensorData data;
-    data.type = SENSOR_TYPE_PLAYER_TYPE;
-    data.playerType = {id, 1.1, 40, 0.4, 5, 0.006, 0.3, 0.8, 0, 50, 1, 0.6};
-    world.adjust(data);
+    data.playerType = {id, 1.1, 40, 0.4, 7, 0.006, 0.35, 0.8, 0.2, 50, 0.9, 0.6};
+    world.adjust(data, state);
   }
-  EXPECT_DOUBLE_EQ(world.playerType[1].playerSpeedMax, 1.0);  // 100 * 0.006 / (1 - 0.4)
-  EXPECT_EQ(reachableSpeed(1.1, 0.006, 1.2), 1.1) << "of who never slows down";
-  my.number = 8;
+  // 100 * 0.006 / (1 - 0.4) is the speed that a full dash can reach.
+  const char* announced =
+      "(PlayerType 1 ((speed_max 1) (player_decay 0.4) (inertia_moment 7) (dash_power_rate 0.006))"
+      " (player_size 0.35) ((kickable_margin 0.8) (kick_rand 0.2)) ((stamina_inc_max 40)"
+      " (extra_stamina 50) (effort_max 0.9) (effort_min 0.6)))";
+  EXPECT_EQ(reachableSpeed(1.1, 0.006, 1.2), 1.1) << "of a player that never slows down";
+  world.my.number = 8;
   take("(change_player_type 8, 1)");
-  EXPECT_EQ(world.ourTeam[8].type, 1);
-  EXPECT_DOUBLE_EQ(world.ourTeam[8].kickableMargin, 0.8);
-  EXPECT_DOUBLE_EQ(my.kickableMargin, 0.8);
+  std::ostringstream stored;
+  stored << world.playerType[1];
+  EXPECT_EQ(stored.str(), announced);
+  EXPECT_EQ(abilities(world.ourTeam[8]), announced);
+  EXPECT_EQ(abilities(world.my), announced);
+  EXPECT_EQ(abilities(world.ourTeam[7]), abilities(WPlayer()));
+}
+
+TEST_F(World, ChangesAreCountedAndOpponentsGoBackToTheDefaultType) {
   StderrCapture errors;
+  world.my.number = 8;
   take("(change_player_type 4, 2)");
-  EXPECT_EQ(errors.take(), "Nr. 8 : Player 4 was changed to type 2, but I don't know that type!\n");
-  EXPECT_EQ(std::pair(world.ourTeam[4].type, world.numOurSubs), std::pair(-1, 1));
+  EXPECT_EQ(errors.take(), "Nr. 4 : Player 4 was changed to type 2, but I don't know that type!\n");
+  EXPECT_EQ(std::pair(world.ourTeam[4].type, world.numOurSubs), std::pair(-1, 0));
 
   world.time = 30;
-  world.otherTeam[1].setType(world.playerType[1]);
+  world.otherTeam[1].setType({});
   for (const char* odd : {"0)", "12)", "3, 3)"}) take("(change_player_type " + std::string(odd));
   for (int n = 0; n <= 11; ++n) take("(change_player_type " + std::to_string(n % 11 + 1) + ")");
-  EXPECT_DOUBLE_EQ(world.otherTeam[1].kickableMargin, KICKABLE_MARGIN);
+  EXPECT_EQ(abilities(world.otherTeam[1]), abilities(WPlayer()));
   EXPECT_EQ(world.numOtherSubs, 12);  // so the ring of eleven came round
   EXPECT_EQ(std::pair(world.otherSubs[0].number, world.otherSubs[1].number), std::pair(1, 2));
   EXPECT_EQ(world.otherSubs[10].time, 30);
   EXPECT_EQ(errors.take(), "");
 }
 
-TEST_F(World, DashIsLimitedByStaminaAndCostsDoubleBackwards) {
-  // Power and stamina; then x and stamina. The tired have lost some recovery: 0.998 * 45.
-  const std::tuple<double, double, double, double> cases[] = {{100, 4000, 0.6, 3945},
-                                                              {-100, 4000, -0.6, 3845},
-                                                              {-100, 50, -0.15, 44.91},
-                                                              {0, 1100, 0, 1144.91}};
-  for (const auto& [power, stamina, x, staminaAfter] : cases) {
+TEST_F(World, CommandsHaveTheirEffectInTheNextCycle) {
+  using Given = void (*)(Worldmodel&);
+  const Given none = [](Worldmodel&) {};
+  const Given tired = [](Worldmodel& w) { w.my.stamina = 50; };
+  const Given running = [](Worldmodel& w) { w.my.v = {0.4, 0}; };
+  const Given nearBall = [](Worldmodel& w) { w.ball.pos = {0.5, 0}; };
+  const Given lying = [](Worldmodel& w) { w.my.cyclesSinceTackle = TACKLE_CYCLES; };
+  const Given risen = [](Worldmodel& w) { w.my.cyclesSinceTackle = TACKLE_CYCLES + 1; };
+  const Given kickOff = [](Worldmodel& w) { w.playMode = PLAY_MODE_BEFORE_KICK_OFF; };
+  const Given freeKick = [](Worldmodel& w) { w.playMode = PLAY_MODE_FREE_KICK_US; };
+  const Given goalie = [](Worldmodel& w) { w.my.isGoalie = GOALIE_TRUE; };
+  const Given inGoal = [](Worldmodel& w) {
+    w.my.pos = {-45, 0};
+    w.my.v = {0.1, 0};
+    w.ball = WBall({-44, 0}, {0, 0.1});
+  };
+  const Given caught = [](Worldmodel& w) { w.cyclesSinceCatch = CATCH_BAN_CYCLES; };
+  const struct {
+    CycleCommand command;
+    Vector2d parameters;
+    std::vector<Given> given;
+    Vector2d pos;
+    double bodyDir;
+    Vector2d ball;
+  } rows[] = {
+      {DASH_COMMAND, {100, 0}, {none}, {0.6, 0}, 0, {20, 0}},
+      {DASH_COMMAND, {-100, 0}, {none}, {-0.6, 0}, 0, {20, 0}},
+      {DASH_COMMAND, {-100, 0}, {tired}, {-0.15, 0}, 0, {20, 0}},
+      {DASH_COMMAND, {50, 0}, {freeKick, goalie, nearBall}, {0.3, 0}, 0, {0.8, 0}},
+      {TURN_COMMAND, {PI / 2, 0}, {none}, {0, 0}, PI / 2, {20, 0}},
+      {TURN_COMMAND, {PI / 2, 0}, {running}, {0.4, 0}, PI / 6, {20, 0}},
+      {TURN_COMMAND, {-7, 0}, {running}, {0.4, 0}, -PI / 3, {20, 0}},
+      {TURN_COMMAND, {1, 0}, {lying}, {0, 0}, 0, {20, 0}},
+      {TURN_COMMAND, {1, 0}, {risen}, {0, 0}, 1, {20, 0}},
+      // 100 * 0.027 * (1 - 0.25 * 0.115 / 0.7)
+      {KICK_COMMAND, {100, PI / 2}, {nearBall}, {0, 0}, 0, {0.5, 2.5891071}},
+      {KICK_COMMAND, {100, 0}, {none}, {0, 0}, 0, {20, 0}},
+      // The ball comes to touch the goalie's next place.
+      {CATCH_COMMAND, {0, 0}, {inGoal, goalie}, {-44.9, 0}, 0, {-44.515, 0}},
+      {CATCH_COMMAND, {0, 0}, {inGoal, goalie, caught}, {-44.9, 0}, 0, {-44, 0.1}},
+      {CATCH_COMMAND, {0, 0}, {inGoal}, {-44.9, 0}, 0, {-44, 0.1}},
+      {MOVE_COMMAND, {-10, 2}, {kickOff, running}, {-10, 2}, 0, {20, 0}},
+      {MOVE_COMMAND, {-10, 2}, {running}, {0.4, 0}, 0, {20, 0}},
+      {MOVE_COMMAND, {-10, 2}, {freeKick, goalie, nearBall}, {-10, 2}, 0, {-9.5, 2}},
+      {MOVE_COMMAND, {-10, 2}, {freeKick, goalie}, {-10, 2}, 0, {20, 0}},
+      {MOVE_COMMAND, {-10, 2}, {freeKick, nearBall}, {0, 0}, 0, {0.5, 0}},
+  };
+  for (const auto& row : rows) {
     world = newWorld(3);
-    ball.pos = {20, 0};
-    my.stamina = stamina;
-    act(DASH_COMMAND, power);
-    EXPECT_TRUE(near(my.pos, {x, 0})) << my.pos.x;
-    EXPECT_TRUE(near(my.v, {x * 0.4, 0})) << my.v.x;
-    EXPECT_NEAR(my.stamina, staminaAfter, 1e-9) << power;
-    EXPECT_NEAR(my.effort, stamina > 1200 ? 1 : 0.995, 1e-9) << power;
-    EXPECT_TRUE(near(world.ourTeam[7].pos, my.pos));
+    world.ball.pos = {20, 0};
+    for (const Given prepare : row.given) prepare(world);
+    act(row.command, row.parameters.x, row.parameters.y);
+    const auto number = &row - rows;
+    EXPECT_TRUE(near(world.my.pos, row.pos)) << number << " " << world.my.pos.x;
+    EXPECT_NEAR(world.my.bodyDir, row.bodyDir, 1e-9) << number;
+    EXPECT_TRUE(near(world.ball.pos, row.ball)) << number << " " << world.ball.pos.x;
+    EXPECT_TRUE(near(world.ourTeam[7].pos, world.my.pos)) << number;
   }
-}
-
-TEST_F(World, KickNeedsTheBallInReachAndTurnLosesToInertia) {
-  ball.pos = {0.5, 0};
-  act(KICK_COMMAND, 100, PI / 2);  // 100 * 0.027 * (1 - 0.25 * 0.115 / 0.7)
-  EXPECT_TRUE(near(ball.v, {0, 2.5891071 * 0.94})) << ball.v.y;
-  act(KICK_COMMAND, 100, PI / 2);  // out of reach
-  EXPECT_TRUE(near(ball.v, {0, 2.5891071 * 0.94 * 0.94})) << ball.v.y;
-  my.v = {0.4, 0};
-  act(TURN_COMMAND, PI / 2);  // divided by 1 + 5 * 0.4
-  EXPECT_NEAR(my.bodyDir, PI / 6, 1e-9);
-}
-
-TEST_F(World, ACatchIsForAGoaliesHandsAndNotToBeRepeatedSoon) {
-  // Goalie, x of the ball, cycles since a catch before; x of the ball and cycles after.
-  const std::tuple<goalie_player, double, long, double, long> cases[] = {
-      {GOALIE_TRUE, -44, CATCH_BAN_CYCLES + 1, -44.515, 1},  // touches the goalie's next place
-      {GOALIE_TRUE, -44, CATCH_BAN_CYCLES, -44, CATCH_BAN_CYCLES + 1},
-      {GOALIE_TRUE, -42, NEVER, -42, 1},
-      {GOALIE_FALSE, -44, NEVER, -44, NEVER}};
-  for (const auto& [goalie, ballX, before, xAfter, after] : cases) {
-    place(goalie, {-45, 0}, {0.1, 0}, WBall({ballX, 0}, {0, 0.1}));
-    world.cyclesSinceCatch = before;
-    act(CATCH_COMMAND, 0);
-    EXPECT_NEAR(ball.pos.x, xAfter, 1e-9) << ballX;
-    EXPECT_EQ(ball.v == Vector2d(), xAfter == -44.515);
-    EXPECT_EQ(world.cyclesSinceCatch, after) << ballX;
-    EXPECT_TRUE(near(my.v, {0.04, 0})) << "touching is no collision";
-  }
-}
-
-TEST_F(World, AMoveNeedsAnInterruptionAndTheGoalieTakesTheBallAlong) {
-  // Mode, goalie, x of the ball; whether it moves, x of the ball then.
-  const std::tuple<play_mode, goalie_player, double, bool, double> cases[] = {
-      {PLAY_MODE_BEFORE_KICK_OFF, GOALIE_FALSE, 0.5, true, 0.5},
-      {PLAY_MODE_GOAL_US, GOALIE_FALSE, 0.5, true, 0.5},
-      {PLAY_MODE_PLAY_ON, GOALIE_TRUE, 0.5, false, 0.5},
-      {PLAY_MODE_FREE_KICK_US, GOALIE_FALSE, 0.5, false, 0.5},
-      {PLAY_MODE_FREE_KICK_US, GOALIE_TRUE, 0.5, true, -9.5},
-      {PLAY_MODE_FREE_KICK_US, GOALIE_TRUE, 1.5, true, 1.5}};
-  for (const auto& [mode, goalie, ballX, moves, ballXAfter] : cases) {
-    world.playMode = mode;
-    place(goalie, {}, {0, 0.1}, WBall({ballX, 0}, {}));
-    act(MOVE_COMMAND, -10, 2);
-    EXPECT_TRUE(near(my.pos, moves ? Vector2d(-10, 2) : Vector2d(0, 0.1))) << mode;
-    if (!moves) continue;
-    EXPECT_TRUE(near(ball.pos, {ballXAfter, ballXAfter < 0 ? 2.0 : 0.0})) << mode;
-  }
-}
-
-TEST_F(World, ATacklerLiesStillAndADashingGoalieCarriesTheBall) {
   act(TACKLE_COMMAND, 50);
-  EXPECT_EQ(my.cyclesSinceTackle, 1);
-  act(TURN_COMMAND, 1);
-  EXPECT_EQ(my.bodyDir, 0) << "it lies";
-  my.cyclesSinceTackle = TACKLE_CYCLES + 1;
-  act(TURN_COMMAND, 1);
-  EXPECT_NEAR(my.bodyDir, 1, 1e-9);
+  EXPECT_EQ(world.my.cyclesSinceTackle, 1);
+  world.my.isGoalie = GOALIE_TRUE;
+  world.my.cyclesSinceTackle = NEVER;
+  act(CATCH_COMMAND, 0);
+  EXPECT_EQ(world.cyclesSinceCatch, 1) << "a catch that misses counts";
+}
 
-  my.bodyDir = 0;
-  world.playMode = PLAY_MODE_FREE_KICK_US;
-  place(GOALIE_TRUE, {}, {}, WBall({0.5, 0}, {}));
-  act(DASH_COMMAND, 50);
-  EXPECT_TRUE(near(ball.pos, {0.8, 0})) << ball.pos.x;  // 50 * 0.006 further
+TEST_F(World, StaminaEffortAndRecoveryFollowTheServersThresholds) {
+  const struct {
+    double power, stamina, effort, recovery;
+    double staminaAfter, effortAfter, recoveryAfter;
+  } rows[] = {
+      {100, 4000, 1, 1, 3945, 1, 1},
+      {-100, 4000, 1, 1, 3845, 1, 1},
+      {-100, 50, 1, 1, 0.998 * 45, 0.995, 0.998},
+      {0, 1000, EFFORT_MIN + 0.001, RECOVER_MIN + 0.001, 1000 + RECOVER_MIN * 45, EFFORT_MIN,
+       RECOVER_MIN},
+      {0, 3000, 0.995, 1, 3045, 1, 1},
+      {0, 2000, 0.9, 0.9, 2000 + 0.9 * 45, 0.9, 0.9},
+  };
+  for (const auto& row : rows) {
+    WPlayer& my = world.my;
+    std::tie(my.stamina, my.effort, my.recovery) = std::tie(row.stamina, row.effort, row.recovery);
+    act(DASH_COMMAND, row.power);
+    EXPECT_NEAR(my.stamina, row.staminaAfter, 1e-9) << row.stamina;
+    EXPECT_NEAR(my.effort, row.effortAfter, 1e-9) << row.stamina;
+    EXPECT_NEAR(my.recovery, row.recoveryAfter, 1e-9) << row.stamina;
+  }
+}
+
+TEST_F(World, OurPlayersTireAndTheOthersRest) {
+  world.ourTeam[3].stamina = 1210;
+  world.otherTeam[3].stamina = 1000;
+  world.simCycle();
+  EXPECT_EQ(world.ourTeam[1].stamina, 3945);
+  EXPECT_EQ(world.ourTeam[3].stamina, 1200);
+  EXPECT_EQ(world.otherTeam[1].stamina, 4000);
+  EXPECT_EQ(world.otherTeam[3].stamina, 1045);
 }
 
 TEST_F(World, EveryCounterGrowsByACycleUpToNever) {
-  my.number = 0;
+  world.my.number = 0;
   std::vector<long*> longs = {&world.cyclesSinceCatch, &world.cyclesSincePointTo, &world.visualAge};
   for (auto* ring : {&world.vAge, &world.aOppAge, &world.aOurAge})
     longs.insert(longs.end(), {&ring->front(), &ring->back()});
-  std::vector<int*> ages = {&my.age, &my.cyclesSinceTackle, &ball.age, &world.ourGoal.age,
-                            &world.otherGoal.age};
+  std::vector<int*> ages = {&world.my.age, &world.my.cyclesSinceTackle, &world.ball.age,
+                            &world.ourGoal.age, &world.otherGoal.age};
   for (const int n : {1, 11}) {
     for (WPlayer* p : {&world.ourTeam[n], &world.otherTeam[n]})
       ages.insert(ages.end(), {&p->age, &p->bodyAge, &p->cyclesSinceTackle});
@@ -213,16 +244,33 @@ TEST_F(World, EveryCounterGrowsByACycleUpToNever) {
   }
 }
 
+TEST_F(World, BallBouncesOffAPlayerButNotOffTheCoach) {
+  for (const int number : {0, 7}) {
+    world.my.number = number;
+    world.my.pos = {-0.1, 0};
+    world.my.v = {0.1, 0};
+    world.ball = WBall({1.2, 0}, {-1, 0});
+    world.simCycle();
+    // At a distance of 0.2 pushed apart to 1.0001 * 0.385 around their middle.
+    EXPECT_TRUE(near(world.my.pos, {number == 7 ? 0.1 - 0.19251925 : 0, 0})) << world.my.pos.x;
+    EXPECT_TRUE(near(world.my.v, {number == 7 ? -0.004 : 0.04, 0})) << world.my.v.x;
+    EXPECT_TRUE(near(world.ball.pos, {number == 7 ? 0.1 + 0.19251925 : 0.2, 0}));
+    EXPECT_TRUE(near(world.ball.v, {number == 7 ? 0.094 : -0.94, 0})) << world.ball.v.x;
+  }
+}
+
 TEST_F(World, VoicesGoRoundTheirRingsAndThePenaltySideIsHeardOnce) {
-  my.faceDir = 1;
+  world.my.faceDir = 1;
   for (int i = 0; i < 11; ++i) take("(hear 1 " + std::to_string(6 * i) + " opp \"a\")");
-  for (const char* voice : {"opp)", "-90 our 3 \"a\")", "referee play_on)",
-                            "referee penalty_onfield_r)", "referee penalty_onfield_l)"})
+  for (const char* voice : {"opp)", "-90 our 3 \"a\")", "referee play_on)"})
     take("(hear 1 " + std::string(voice));
   EXPECT_EQ(world.aOppCounter, 1);
   EXPECT_NEAR(world.aOppDir[0], 1 + PI / 3, 1e-9);
   EXPECT_EQ(world.aOppAge[1], 0);
   EXPECT_EQ(std::pair(world.aOurCounter, world.aOurAge[0]), std::pair(1L, 0L));
+  EXPECT_EQ(world.penaltySide, SIDE_UNKNOWN);
+  take("(hear 1 referee penalty_onfield_r)");
+  take("(hear 1 referee penalty_onfield_l)");
   EXPECT_EQ(world.penaltySide, SIDE_RIGHT);
 }
 
@@ -236,34 +284,12 @@ TEST_F(World, ASnapshotHasOneLineAPlayer) {
       << text;
 }
 
-TEST_F(World, BallBouncesOffAPlayerButNotOffTheCoach) {
-  for (const int number : {0, 7}) {
-    place(GOALIE_FALSE, {-0.1, 0}, {0.1, 0}, WBall({1.2, 0}, {-1, 0}));
-    my.number = number;
-    world.simCycle();
-    // At a distance of 0.2 pushed apart to 1.0001 * 0.385 around their middle.
-    EXPECT_TRUE(near(my.pos, {number == 7 ? 0.1 - 0.19251925 : 0, 0})) << my.pos.x;
-    EXPECT_TRUE(near(my.v, {number == 7 ? -0.004 : 0.04, 0})) << my.v.x;
-    EXPECT_TRUE(near(ball.pos, {number == 7 ? 0.1 + 0.19251925 : 0.2, 0})) << ball.pos.x;
-    EXPECT_TRUE(near(ball.v, {number == 7 ? 0.094 : -0.94, 0})) << ball.v.x;
-  }
-}
-
-TEST_F(World, OurPlayersTireAndTheOthersRest) {
-  world.ourTeam[3].stamina = 1210;
-  world.otherTeam[3].stamina = 1000;
-  world.simCycle();
-  EXPECT_DOUBLE_EQ(world.ourTeam[1].stamina, 3945);
-  EXPECT_DOUBLE_EQ(world.ourTeam[3].stamina, 1200);
-  EXPECT_DOUBLE_EQ(world.otherTeam[1].stamina, 4000);
-  EXPECT_DOUBLE_EQ(world.otherTeam[3].stamina, 1045);
-}
-
-TEST_F(World, QueueIsFoldedInBehindTheTypesItHadToDrop) {
+TEST_F(World, TheQueueIsTakenBehindTheTypesThatItHadToDrop) {
   setEntry("async_waitForSeeTime", "40");
   Comm comm("Alpha", CLIENT_ONLINECOACH, "127.0.0.1", 1, 0, false, 7, 8, SIDE_RIGHT);
   comm.serverOK = false;  // nobody to say "(bye)" to
   comm.async->setStates(0, 0, PLAY_MODE_KICK_OFF_THEM, SIDE_RIGHT, false);
+  comm.async->ourScore = 1;
   comm.async->otherScore = 2;
   const StderrCapture errors;
   SensorData type;
@@ -279,50 +305,42 @@ TEST_F(World, QueueIsFoldedInBehindTheTypesItHadToDrop) {
   told.adjust();
   EXPECT_EQ(told.playerType[1].state, 1);
   EXPECT_EQ(told.playerType[2].playerSize, SensorDataStore::SIZE - 2);
-  EXPECT_EQ(std::tuple(told.time, told.playMode, told.ourSide, told.otherScore),
-            std::tuple(5, PLAY_MODE_KICK_OFF_THEM, SIDE_RIGHT, 2));
-
-  comm.async->setStates(0, 5, PLAY_MODE_GOAL_US, SIDE_RIGHT, false);
-  comm.async->ourScore = 1;
-  told.adjust(parsed("(see_global 6 ((b) 0 0))"));
-  EXPECT_EQ(std::pair(told.playMode, told.ourScore), std::pair(PLAY_MODE_GOAL_US, 1))
-      << "as it stands at each view";
+  EXPECT_EQ(std::tuple(told.time, told.playMode, told.ourSide, told.ourScore, told.otherScore),
+            std::tuple(5, PLAY_MODE_KICK_OFF_THEM, SIDE_RIGHT, 1, 2));
 }
 
 TEST_F(World, TheBodySenseCarriesAPlayersWorldOn) {
-  setEntry("async_waitForSeeTime", "40");
-  Comm comm("Alpha", CLIENT_FIELDPLAYER, "127.0.0.1", 1, 0, false, 7, 7, SIDE_LEFT);
-  comm.async->setStates(5, 7, PLAY_MODE_PLAY_ON, SIDE_LEFT, false);
-  comm.serverOK = false;
-  Worldmodel told = newWorld(3, "11", &comm);
-  told.time = 7;
-  told.ball.age = 0;
-  const auto sense = [&](int time, int stamina) {
-    told.adjust(parsed("(sense_body " + std::to_string(time) + " (stamina " +
-                           std::to_string(stamina) + " 1) (speed 0.5 30) (head_angle 45) (turn 1))",
-                       CLIENT_FIELDPLAYER));
+  state.mode = PLAY_MODE_PLAY_ON;
+  world.time = 7;
+  world.ball.age = 0;
+  const auto sense = [&](int time) {
+    take("(sense_body " + std::to_string(time) +
+             " (stamina 3000 1) (speed 0.5 30)"
+             " (head_angle 45) (turn 1))",
+         CLIENT_FIELDPLAYER);
   };
-  comm.async->setAction(TURN_COMMAND, 7, 1, 0, comm.async->processedAction);
-  sense(8, 3000);
-  EXPECT_EQ(std::tuple(told.time, told.ball.age, told.playMode, told.my.stamina, told.turnCount),
-            std::tuple(8, 1, PLAY_MODE_PLAY_ON, 3000, 1));
-  EXPECT_NEAR(told.my.bodyDir, 1, 1e-9) << "the turn has had its effect";
-  EXPECT_NEAR(told.my.faceDir, 1 + PI / 4, 1e-9);
-  EXPECT_NEAR(told.my.v.getAngle(), 1 + PI / 4 + PI / 6, 1e-9);
+  state.lastAction = {7, TURN_COMMAND, 1, 0};
+  sense(8);
+  EXPECT_EQ(std::tuple(world.time, world.ball.age, world.playMode, world.my.stamina),
+            std::tuple(8, 1, PLAY_MODE_PLAY_ON, 3000));
+  EXPECT_NEAR(world.my.bodyDir, 1, 1e-9) << "the turn has had its effect";
+  EXPECT_NEAR(world.my.faceDir, 1 + PI / 4, 1e-9);
+  EXPECT_NEAR(world.my.v.getAngle(), 1 + PI / 4 + PI / 6, 1e-9);
 
-  sense(8, 3000);
-  EXPECT_EQ(told.ball.age, 1) << "no second time";
-  sense(9, 3000);
-  EXPECT_NEAR(told.my.bodyDir, 1, 1e-9) << "the same turn does not count again";
-  comm.async->setAction(TURN_COMMAND, 9, 1, 0, comm.async->processedAction);
-  comm.async->lostAction = comm.async->processedAction;
-  sense(10, 3000);
-  EXPECT_NEAR(told.my.bodyDir, 1, 1e-9) << "a lost turn has none";
-  EXPECT_EQ(told.visualAge, NEVER);
-  told.adjust(parsed("(see 10 ((b) 1 0))", CLIENT_FIELDPLAYER));
-  EXPECT_EQ(told.visualAge, 0);
-  sense(3, 1);
-  EXPECT_EQ(told.my.stamina, 3000) << "too old";
+  sense(8);
+  EXPECT_EQ(world.ball.age, 1) << "no second prediction";
+  sense(9);
+  EXPECT_NEAR(world.my.bodyDir, 1, 1e-9) << "the same turn does not count again";
+  state.lastAction.time = 9;
+  state.actionLost = true;
+  sense(10);
+  EXPECT_NEAR(world.my.bodyDir, 1, 1e-9) << "a lost turn has no effect";
+  EXPECT_EQ(world.visualAge, NEVER);
+  take("(see 10 ((b) 1 0))", CLIENT_FIELDPLAYER);
+  EXPECT_EQ(world.visualAge, 0);
+  world.my.stamina = 1;
+  sense(3);
+  EXPECT_EQ(world.my.stamina, 1) << "too old";
 }
 
 }  // namespace
