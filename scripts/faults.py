@@ -66,6 +66,7 @@ def located(name, file, edits, sources):
         if all(len(found) == 1 for found in matches):
             spans[path] = [(*found[0].span(), new) for found, (_, new) in zip(matches, edits)]
     if file not in spans and len(spans) == 1:
+        print(f"{name}: {file} has moved to {next(iter(spans))}")
         file = next(iter(spans))
     if file in spans:
         return Fault(name, file, spans[file], True)
@@ -133,7 +134,7 @@ def sites(text):
     for m in NUMBER.finditer(code):
         digits = m[0].replace("'", "")
         if m[1] or m[2]:
-            yield "constant", [(*m.span(), f"{float(digits) * 1.1 or 0.1:.10g}".replace("e-0", "e-"))]
+            yield "constant", [(*m.span(), str(round(float(digits) * 1.1, 12) or 0.1))]
         elif digits == "0" or digits[0] != "0":
             for other in {int(digits) + 1, max(int(digits) - 1, 0)} - {int(digits)}:
                 yield "constant", [(*m.span(), str(other))]
