@@ -194,7 +194,6 @@ void PositionEval::followPlayMode(const Worldmodel& world) {
       break;
     case PLAY_MODE_GOAL_KICK_THEM:
       maxX = FRONT_AT_THEIR_GOAL_KICK;
-      if (maxX - minX < SHORTEST_BAND) minX = oldminX = maxX - SHORTEST_BAND;
       break;
     case PLAY_MODE_CORNER_KICK_US:
       maxX = FRONT_AT_OUR_CORNER_KICK;

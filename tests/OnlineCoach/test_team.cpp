@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
+#include <cmath>
 #include <utility>
 
 #include "support/world.h"
@@ -11,100 +11,73 @@
 namespace vok::test {
 namespace {
 
-// Opponents 2 to 5 on a rectangle around (10, 0) with standard deviations 4 and 2; the goalie and
-// one who was seen too long ago stand elsewhere.
 class Opponents : public testing::Test {
  protected:
-  Opponents() {
-    world->otherGoalieNo = 1;
-    put(1, {50, 0}, 0);
-    put(6, {-40, 30}, 20);
-    stand({14, 14, 6, 6});
-  }
-
-  void put(int n, Vector2d pos, int age) {
+  void put(int n, Vector2d pos, int age = 19) {
     world->otherTeam[n].pos = pos;
     world->otherTeam[n].age = age;
   }
 
-  void stand(const std::array<double, 4>& x, int age = 19) {
-    for (int i = 0; i < 4; ++i)
-      put(2 + i, {x.at(static_cast<std::size_t>(i)), i % 2 == 0 ? 2.0 : -2.0}, age);
-  }
-
-  void update(long upTo) {
-    while (team.aCount < upTo) team.Update();
+  // Opponents 2 to 5 on a rectangle around (10, 0) with standard deviations 4 and 2: 2 in front or
+  // behind.
+  void stand(double x) {
+    for (int n = 2; n <= 5; ++n) put(n, {n % 4 < 2 ? 20 - x : x, n % 2 == 0 ? 2.0 : -2.0});
   }
 
   const std::unique_ptr<Worldmodel> world = shippedWorld();
   Team team{world.get()};
 };
 
-TEST_F(Opponents, CentreAndSpreadLeaveOutTheGoalieAndTheLongUnseen) {
-  for (const int age : {19, 20}) {  // when nobody is seen they stay
-    stand({14, 14, 6, 6}, age);
-    team.CalcTeamCOG();
-    EXPECT_EQ(team.GetTeamCOG(), Vector2d(10, 0));
-    EXPECT_EQ(team.GetTeamVar(), Vector2d(4, 2));
-  }
-}
-
 TEST_F(Opponents, ATeamWithoutAUsableSpreadIsNotCounted) {
-  stand({12.3, 12.3, 12.3, 0});
-  world->otherTeam[5].age = 20;
+  for (int n = 2; n <= 4; ++n) put(n, {12.3, 2.0 * n});
   team.Update();
   EXPECT_EQ(team.GetTeamVar().x, 0) << "the variance of these three rounds to below zero";
-  stand({1.4e154, 14, 6, 6});  // whose square is too great, but not that of the centre
+  stand(14);
+  put(2, {1.4e154, 2});  // whose square is too great, but not that of the centre
   team.Update();
   EXPECT_EQ(team.aCount, 0);
 }
 
-TEST_F(Opponents, MeansAndSpreadsNeedThreeSamplesOfAnOpponent) {
-  update(2);
-  EXPECT_EQ(team.GetaPos(2), Vector2d());
-  update(3);
-  EXPECT_EQ(team.GetaPos(2), Vector2d(14, 2));
-  stand({6, 14, 14, 6});
-  update(6);
-  EXPECT_EQ(team.GetaPos(2), Vector2d(10, 2));
-  EXPECT_EQ(team.GetaVar(2), Vector2d(2, 0)) << "the root of variance 1 times spread 4";
-  team.NPos[0][2] = 1;
-  EXPECT_EQ(team.GetaPos(2), Vector2d()) << "seen once is not known";
-  StderrCapture errors;
-  EXPECT_EQ(team.GetaPos(12), Vector2d());
-  EXPECT_EQ(errors.take(), "Team::GetPos invalid player no : 12\n");
-}
-
 TEST_F(Opponents, TheMeanIsThatOfTheLast50To100Updates) {
   // Opponent 2 is at 14 until update 49, at 6 from then on; y never changes.
-  constexpr std::pair<long, double> ROWS[] = {{49, 14},
-                                              {50, 10 + 4.0 * (49 - 1) / 50},
-                                              {99, 10 + 4.0 * (49 - 50) / 99},
-                                              {100, 6},
-                                              {150, 6}};
+  constexpr std::pair<long, double> ROWS[] = {
+      {2, 0},   {3, 14}, {49, 14}, {50, 10 + 4.0 * (49 - 1) / 50}, {99, 10 + 4.0 * (49 - 50) / 99},
+      {100, 6}, {150, 6}};
   for (const auto& [updates, meanX] : ROWS) {
-    update(updates);
+    stand(updates < 50 ? 14 : 6);
+    while (team.aCount < updates) team.Update();
     EXPECT_NEAR(team.GetaPos(2).x, meanX, 1e-9) << updates;
     EXPECT_EQ(team.GetaVar(2).y, 0) << updates;
-    stand({6, 14, 14, 6});
   }
+  std::pair<int, int> rear;
+  team.GetDefensePlayer(rear.first, rear.second);
+  EXPECT_EQ(rear, std::pair(4, 5)) << "both at 14";
+  StderrCapture errors;
+  EXPECT_EQ(team.GetaPos(12), Vector2d());
+  EXPECT_EQ(team.GetaVar(-1), Vector2d());
+  EXPECT_EQ(errors.take(),
+            "Team::GetPos invalid player no : 12\nTeam::GetVar invalid player no : -1\n");
 }
 
-TEST_F(Opponents, TheRearDefendersAreTheTwoFarthestUp) {
-  // The x of opponents 2 to 5, and the two.
-  using Two = std::pair<int, int>;
-  const std::pair<std::array<double, 4>, Two> rows[] = {
-      {{5, 9, 1, 2}, {3, 2}}, {{9, 9, 1, 2}, {2, 3}}, {{1, 9, 5, 5}, {3, 4}}};
-  for (const auto& [x, rear] : rows) {
-    team = Team(world.get());
-    stand(x);
-    for (const int updates : {2, 3}) {  // seen twice is not enough
-      Two found = {3, 9};
-      update(updates);
-      team.GetDefensePlayer(found.first, found.second);
-      EXPECT_EQ(found, updates == 2 ? Two(0, 0) : rear);
+// Eleven players who move about, unseen for a while now and then: all results of all updates.
+TEST_F(Opponents, StatisticsAreTheSameAsEver) {
+  world->otherGoalieNo = 1;
+  double sum = 0;
+  for (int update = 0; update < 170; ++update) {
+    for (int n = 1; n <= 11; ++n) {
+      put(n, {20 + 3 * n + 9 * std::sin(0.3 * n * update), 30 * std::cos(n + 0.05 * update)},
+          (n + update) % 33);
+    }
+    team.Update();
+    std::pair<int, int> rear;
+    team.GetDefensePlayer(rear.first, rear.second);
+    sum += rear.first + 12 * rear.second + team.GetTeamCOG().x + 3 * team.GetTeamVar().y;
+    for (int k = 0; k <= 11; ++k) {
+      const Vector2d result = team.GetaPos(k) + 3 * team.GetaVar(k);
+      sum += (k + 1) * (result.x + 5 * result.y);
     }
   }
+  EXPECT_NEAR(sum, 1244869.8624246076, 1e-5);
 }
 
 }  // namespace

@@ -15,14 +15,10 @@ class TypeChoice : public CoachTest {
   TypeChoice() {
     // Over the server's default type: decay, kickable margin and dash rate; extra stamina. The
     // default type, what 10 and 11 wish, what 2 and 5 wish, what 6 and 7 wish, the default again,
-    // and a type for strikers and nobody else.
-    constexpr double TYPES[7][4] = {{0, 0, 0, 0},
-                                    {0.1, 0.05, 0.0016, 40},
-                                    {0.05, 0.05, 0.0012, 50},
-                                    {0.05, 0.15, 0.0006, 60},
-                                    {0, 0, 0, 0},
-                                    {0, 0, 0, 0},
-                                    {0.2, -0.2, 0.002, 100}};
+    // and a type for offenders and nobody else.
+    constexpr double TYPES[7][4] = {
+        {}, {0.1, 0.05, 0.0016, 40}, {0.05, 0.05, 0.0012, 50}, {0.05, 0.15, 0.0006, 60}, {},
+        {}, {0.2, -0.2, 0.002, 100}};
     checkIn();
     coach->world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
     PLAYER_DECAY = 0.5;
@@ -53,7 +49,6 @@ TEST_F(TypeChoice, OffendersChooseFirstAndATypeServesThreePlayers) {
     coach->chooseHeterogenousPlayers();
     EXPECT_EQ(changes(), asked) << offenders << " offenders";
   }
-  EXPECT_EQ(coach->plType[11], 6);
   EXPECT_EQ(coach->numPlType, (std::vector<int>{3, 0, 0, 0, 3, 3, 2}));
 }
 
@@ -61,44 +56,46 @@ TEST_F(TypeChoice, AfterKickOffAChangeNeedsASubstitutionAndAWish) {
   coach->choosePlayerType(2);
   EXPECT_EQ(changes(), "") << "before any wish was read";
   coach->readAgentConf();
-  coach->world->playMode = PLAY_MODE_FREE_KICK_US;
-  coach->choosePlayerType(2);
   coach->numSubs = 0;
-  coach->choosePlayerType(3);
-  coach->world->playMode = PLAY_MODE_BEFORE_KICK_OFF;
   coach->choosePlayerType(4);
-  EXPECT_EQ(changes(), "2:2 4:3 ");
+  coach->world->playMode = PLAY_MODE_FREE_KICK_US;
+  coach->choosePlayerType(3);
+  coach->numSubs = 1;
+  coach->choosePlayerType(2);
+  EXPECT_EQ(changes(), "4:3 2:2 ");
+}
+
+TEST_F(TypeChoice, TheUtilityIsTheWeighedSumOfFourClosenesses) {
+  coach->desiredType[2] = {0.1, 1, 0.05, 2, 0.0016, 4, 50, 8};
+  EXPECT_NEAR(coach->calcUtility(2, 0), 0.5 + 2 * 0.75 + 4 * 0.2 + 8 * 0.5, 1e-9);
+  EXPECT_NEAR(coach->calcUtility(2, 1), 1 + 2 + 4 + 8 * 0.9, 1e-9);
 }
 
 TEST_F(TypeChoice, TypesAreKnownWhenAllSixAreAnnounced) {
   auto& types = coach->world->playerType;
   types[0].state = -1;  // the default type needs no announcement
   EXPECT_TRUE(coach->knowsHeteroTypes());
-  types.resize(6);
-  EXPECT_FALSE(coach->knowsHeteroTypes());
-  types.resize(7);
-  EXPECT_FALSE(coach->knowsHeteroTypes());
+  for (const std::size_t size : {6U, 7U}) {
+    types.resize(size);
+    EXPECT_FALSE(coach->knowsHeteroTypes()) << size;
+  }
 }
 
-TEST_F(TypeChoice, MoreTypesThanTheWorldWasMadeForAreNotLookedAt) {
+TEST_F(TypeChoice, MoreTypesThanTheWorldWasMadeForAreNeitherChosenNorReported) {
   playerParams.player_types = 1000;
   coach->chooseHeterogenousPlayers();
-  EXPECT_EQ(errors.take(),
-            "WARNING: utility < 0. Check agent.conf\n"
-            "WARNING: utility < 0. Check agent.conf\n")
-      << "type 6 for players 6 and 7";
+  const std::string warning = "WARNING: utility < 0. Check agent.conf\n";
+  EXPECT_EQ(errors.take(), warning + warning) << "type 6 for players 6 and 7";
   EXPECT_EQ(changes().substr(0, 10), "10:1 11:1 ");
 
   coach->comm->ZELTRAmode = true;
   coach->printStats();
-  EXPECT_EQ(server.receive(), "(vokproxy 0 (log 0 Coach hetero player status:))");
-  for (const WPlayerType& announced : coach->world->playerType) {
-    std::ostringstream line;
-    line << "(vokproxy 0 (log 1 " << announced << "))";
-    EXPECT_EQ(server.receive(), line.str());
-  }
-  for (const char* line : {"2 has type 2", "3 has type 3", "4 has type 3"}) {
-    EXPECT_EQ(server.receive(), std::string("(vokproxy 0 (log 2 Player ") + line + "))");
+  std::ostringstream report;
+  report << "0 Coach hetero player status:";
+  for (const WPlayerType& known : coach->world->playerType) report << "\n1 " << known;
+  for (int n = 2; n <= 4; ++n) report << "\n2 Player " << n << " has type " << (n == 2 ? 2 : 3);
+  for (const std::string& line : lines(report.str())) {
+    EXPECT_EQ(server.receive(), "(vokproxy 0 (log " + line + "))");
   }
 }
 

@@ -110,6 +110,12 @@ class WithinLimits : public CoachTest {
   }
   std::string cycle(long time) { return cycle(view(time)); }
 
+  // One player of ours, and nobody else.
+  static std::string viewOf(int number, long time) {
+    return "(see_global " + std::to_string(time) + " ((b) 0 0 0 0) ((p \"Alpha\" " +
+           std::to_string(number) + ") -1 0 0 0 0 0))";
+  }
+
   void give(int number, int type) {
     const std::string change = std::to_string(number) + " " + std::to_string(type) + ")";
     hear("(change_player_type " + change);
@@ -150,7 +156,6 @@ TEST_F(WithinLimits, EachPlayerGetsItsOwnBestTypeAndARefusedOneTheBestThatIsLeft
   for (int n = 2; n <= 11; ++n) {
     const int type = n == 3 ? 2 : n == 11 ? 1 : n + 1;
     EXPECT_EQ(coach->plType[n], type);
-    EXPECT_EQ(coach->world->ourTeam[n].type, type);
     EXPECT_EQ(coach->world->ourTeam[n].extraStamina, type);
   }
   EXPECT_EQ(coach->world->numOtherSubs, 0);
@@ -186,7 +191,7 @@ TEST_F(WithinLimits, APlayerWhoIsNotThereYetIsAskedForWhenItComes) {
   refuse(1, "no_such_player");
   EXPECT_EQ(cycle(0), "");
   EXPECT_EQ(summary(), "");
-  EXPECT_EQ(cycle("(see_global 0 ((b) 0 0 0 0) ((p \"Alpha\" 11) -1 0 0 0 0 0))"), "11:12 ");
+  EXPECT_EQ(cycle(viewOf(11, 0)), "11:12 ");
   give(11, 12);
   cycle(0);
   EXPECT_EQ(summary(), "11 asked, 10 given, 1 refused");
@@ -200,9 +205,10 @@ TEST_F(WithinLimits, AfterTheKickOffTheMostUsefulChangesAreMade) {
   refuse(1, "cannot_sub_while_playon");
   refuse(1, "no_left_of_that_type");  // 11:12; now 11 would gain 8 by type 9, and 8 gains 9
   EXPECT_EQ(cycle(2), "10:11 8:9 ") << "9:10 is not answered and may use a substitution";
-  refuse(1, "cannot_sub_while_penalty_shootouts");
-  refuse(2, "no_subs_left");
+  refuse(1, "no_subs_left");
+  refuse(2, "cannot_sub_while_playon");
   EXPECT_EQ(cycle(3), "");
+  cycle(4);
   EXPECT_EQ(summary(), "5 asked, 0 given, 5 refused");
 }
 
@@ -226,14 +232,21 @@ TEST_F(WithinLimits, APlanThatComesTooLateIsMadeAnewByGain) {
 }
 
 TEST_F(WithinLimits, APlayerWhoComesInTheMatchGetsNoMoreThanItsTurn) {
-  playerParams.subs_max = 1;
+  playerParams.subs_max = 2;
   cycle(0);
-  giveWishes(2, 8);
-  refuse(1, "no_such_player");           // 9
-  refuse(1, "cannot_sub_while_playon");  // 10
+  giveWishes(2, 6);
+  for (int i = 0; i < 2; ++i) {
+    refuse(1, "cannot_sub_while_playon");  // 7 and 9
+    refuse(1, "no_such_player");           // 8 and 10
+  }
   give(11, 12);
   hear("(hear 1 referee kick_in_l)");
-  EXPECT_EQ(cycle("(see_global 1 ((b) 0 0 0 0) ((p \"Alpha\" 9) -1 0 0 0 0 0))"), "10:11 ");
+  EXPECT_EQ(cycle(1), "9:10 7:8 ") << "what 8 and 10 are to have is kept for them";
+  refuse(1, "cannot_sub_while_playon");
+  give(7, 8);
+  EXPECT_EQ(cycle(viewOf(8, 2)), "9:10 ") << "one substitution is left, and 8 would gain less";
+  give(9, 10);
+  EXPECT_EQ(cycle(viewOf(10, 3)), "") << "none is left";
 }
 
 TEST_F(WithinLimits, ARequestThatIsAlwaysTooLateIsGivenUp) {
@@ -246,15 +259,12 @@ TEST_F(WithinLimits, ARequestThatIsAlwaysTooLateIsGivenUp) {
   EXPECT_EQ(cycle(5), "");
 }
 
-TEST_F(WithinLimits, ASubstitutionThatBringsNothingIsNotAskedFor) {
-  wish(2, "1.4");
-  giveWishes(3, 11);
+TEST_F(WithinLimits, APenaltyShootOutEndsTheRequests) {
   hear("(hear 1 referee kick_in_l)");
-  EXPECT_EQ(cycle(1), "2:1 ");
-  refuse(1, "no_left_of_that_type");
-  EXPECT_EQ(cycle(2), "2:2 ");
-  refuse(1, "no_left_of_that_type");
-  EXPECT_EQ(cycle(3), "") << "3 is farther from 1.4 than the default";
+  EXPECT_EQ(cycle(1), "11:12 10:11 9:10 ");
+  refuse(1, "cannot_sub_while_penalty_shootouts");
+  refuse(2, "cannot_sub_while_playon");
+  EXPECT_EQ(cycle(2), "");
 }
 
 TEST_F(WithinLimits, AnswersThatNeverComeAreCounted) {

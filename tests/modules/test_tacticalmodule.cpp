@@ -63,16 +63,14 @@ class Tactics : public testing::Test {
 };
 
 TEST_F(Tactics, RolesFollowFromTheTacticalNumber) {
-  world->adjustTacticalNumbers(3);           // of shirts 3, 1, 2, 4, 5, ...
-  const std::string roles = ".DD.DDddooFF";  // by shirts, from 0
+  world->adjustTacticalNumbers(3);  // of shirts 3, 1, 2, 4, 5, ...
+  std::string roles;
   for (int n = 1; n <= 11; ++n) {
-    const char role = roles.at(static_cast<std::size_t>(n));
-    EXPECT_EQ(tactical.ourTeamDefender(n), role == 'D') << n;
-    EXPECT_EQ(tactical.ourTeamDefMidfield(n), role == 'd') << n;
-    EXPECT_EQ(tactical.ourTeamOffMidfield(n), role == 'o') << n;
-    EXPECT_EQ(tactical.ourTeamMidfield(n), role == 'd' || role == 'o') << n;
-    EXPECT_EQ(tactical.ourTeamOffender(n), role == 'F') << n;
+    roles += tactical.ourTeamDefender(n) ? 'D' : tactical.ourTeamOffender(n) ? 'F' : '.';
+    roles += tactical.ourTeamDefMidfield(n) ? 'd' : tactical.ourTeamOffMidfield(n) ? 'o' : '.';
+    EXPECT_EQ(tactical.ourTeamMidfield(n), roles.back() != '.') << n;
   }
+  EXPECT_EQ(roles, "D.D...D.D..d.d.o.oF.F.");
   setEntry("ourDefenders", "-9");
   for (const char* midfield : {"ourDefMidfield", "ourOffMidfield"})
     setEntry(midfield, "2147483647");
