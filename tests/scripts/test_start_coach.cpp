@@ -8,14 +8,14 @@
 namespace vok::test {
 namespace {
 
+constexpr const char* SCRIPT = VOK_SOURCE_DIR "/scripts/start-coach";
+
 class StartCoach : public testing::Test {
  protected:
-  CoachProcess start(const Lines& arguments) {
-    return CoachProcess(arguments, {}, VOK_SOURCE_DIR "/scripts/start-coach");
-  }
-  CoachProcess startRight(const std::string& wait = "60") {
-    return start({"-t", "Alpha", "-p", port, "-f", SHIPPED_CONFIG, "-w", wait, "127.0.0.1",
-                  VOK_BIN_DIR, "12"});
+  CoachProcess start(const std::string& wait = "60", const std::string& host = "127.0.0.1") {
+    return CoachProcess(
+        {"-t", "Alpha", "-p", port, "-f", SHIPPED_CONFIG, "-w", wait, host, VOK_BIN_DIR, "12"}, {},
+        SCRIPT);
   }
 
   std::string waiting(const std::string& end) const {
@@ -40,7 +40,7 @@ class StartCoach : public testing::Test {
 };
 
 TEST_F(StartCoach, TriesUntilTheTeamIsThereAndSaysOnceWhatItWaitsFor) {
-  CoachProcess started = startRight();
+  CoachProcess started = start();
   refuse();
   refuse();
   letIn();
@@ -54,7 +54,7 @@ TEST_F(StartCoach, TriesUntilTheTeamIsThereAndSaysOnceWhatItWaitsFor) {
 }
 
 TEST_F(StartCoach, GivesUpAfterItsTime) {
-  CoachProcess started = startRight("1");
+  CoachProcess started = start("1");
   // The shell's clock counts whole seconds: the first attempt may be the last.
   for (refuse(); server.receive() == init;) {
     server.send("(error no_such_team)");
@@ -65,51 +65,45 @@ TEST_F(StartCoach, GivesUpAfterItsTime) {
 }
 
 TEST_F(StartCoach, DoesNotTryAgainWhereTryingCannotHelp) {
-  CoachProcess started = startRight();
+  CoachProcess started = start();
   refuse("already_have_coach");
   EXPECT_EQ(started.wait(), 1);
   EXPECT_EQ(started.reports(),
             Lines{"start-coach: team Alpha has a coach already (already_have_coach)"});
-  CoachProcess nowhere = start({"-f", SHIPPED_CONFIG, "no-such-host.invalid", VOK_BIN_DIR});
+  CoachProcess nowhere = start("60", "no-such-host.invalid");
   EXPECT_EQ(nowhere.wait(30000), 1);
   EXPECT_EQ(nowhere.reports()[0], "CommError: server host unknown");
 }
 
 TEST_F(StartCoach, PassesSignalsOnToTheCoachOrEndsItsWaitWithTheirStatus) {
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-    CoachProcess started = startRight();
+    CoachProcess started = start();
     letIn();
     started.signal(number);
     EXPECT_EQ(server.receive(), "(bye)") << number;
     EXPECT_EQ(started.wait(), 0) << number;
   }
-  CoachProcess unanswered = startRight();
+  CoachProcess unanswered = start();
   EXPECT_EQ(server.receive(), init);
   unanswered.signal(SIGTERM);
   EXPECT_EQ(unanswered.wait(1500), 128 + SIGTERM);
   EXPECT_EQ(server.receive(), "(bye)");
 
-  CoachProcess refused = startRight();
+  CoachProcess refused = start();
   refuse();
   refused.signal(SIGTERM);
   EXPECT_EQ(refused.wait(), 128 + SIGTERM);
 }
 
 TEST_F(StartCoach, WrongArgumentsGetOneLine) {
-  const std::string host = "127.0.0.1";
-  const std::string bin = VOK_BIN_DIR;
-  for (Lines given : {Lines{host},
-                      {host, bin, "7"},
-                      {"-w", "long", host, bin},
-                      {"-x"},
-                      {host, "/nowhere"},
-                      {"-t", "(x)", host, bin},
-                      {"-p", "99999", host, bin},
-                      {"-f", "/", host, bin}}) {
-    given.insert(given.begin(), {"-f", SHIPPED_CONFIG});
-    CoachProcess started = start(given);
-    EXPECT_EQ(started.wait(), 2);
-    EXPECT_EQ(lines(started.errors()).size(), 1U) << started.errors();
+  const std::string start = std::string(SCRIPT) + " -f " + SHIPPED_CONFIG + " ";
+  const std::string place = " 127.0.0.1 " VOK_BIN_DIR;
+  for (const std::string& arguments :
+       Lines{"127.0.0.1", place + " 7", "-w long" + place, "-x", "127.0.0.1 /nowhere",
+             "-t '(x)'" + place, "-p 99999" + place, "-f /" + place}) {
+    const auto [status, output] = runCommand(start + arguments);
+    EXPECT_EQ(status, 2) << arguments;
+    EXPECT_EQ(count(output, "\n"), 1U) << output;
   }
 }
 

@@ -1,7 +1,6 @@
 // The command lines of all tools, which one table reads.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
 
 #include "support/server.h"
@@ -18,19 +17,12 @@ std::pair<int, std::string> run(const std::string& toolAndArguments) {
 }
 
 TEST(CommandLines, HelpAndVersionAreShownByEveryTool) {
-  std::ifstream file(VOK_SOURCE_DIR "/CMakeLists.txt");
-  std::stringstream project;
-  project << file.rdbuf();
   for (const std::string tool : TOOLS) {
     const auto [status, help] = run(tool + " --help");
     EXPECT_EQ(status, 0) << tool;
     EXPECT_TRUE(help.starts_with("Usage: " + tool + " ")) << help;
     for (const std::string& line : lines(help)) EXPECT_LE(line.size(), 84U) << line;
-    const auto [versionStatus, version] = run(tool + " --version");
-    EXPECT_EQ(versionStatus, 0) << tool;
-    ASSERT_TRUE(version.starts_with(tool + " (VOK) ") && version.ends_with('\n')) << version;
-    const std::string number = version.substr(tool.size() + 7, version.size() - tool.size() - 8);
-    EXPECT_EQ(count(project.str(), "project(VOK VERSION " + number + " "), 1U) << number;
+    EXPECT_EQ(run(tool + " --version"), std::pair(0, tool + " (VOK) " VOK_VERSION "\n"));
   }
 }
 

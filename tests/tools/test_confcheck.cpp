@@ -14,74 +14,68 @@ std::pair<int, std::string> confcheck(const std::string& arguments) {
   return runCommand(VOK_BIN_DIR "/confcheck " + arguments);
 }
 
-struct Change {
-  std::string begin, text;  ///< of the line that is replaced, and by what
-  /// What is found: the line, counted from the first replaced one and '-' for none, and the text.
-  std::string findings;
-  int fatal = 0;
-};
+/// The shipped file with one line replaced: what is found, each with its line, counted from the
+/// first replaced one, and '-' for none; and how many of the findings end the coach.
+void expectFindings(const std::string& begin, const std::string& text, const Lines& findings,
+                    int fatal = 0) {
+  const ChangedConfig changed(begin, text);
+  ASSERT_GT(changed.line, 0) << begin;
+  std::string expected;
+  for (const std::string& found : findings) {
+    const std::string line = ":" + std::to_string(changed.line + found[0] - '0');
+    expected += changed.path + (found[0] == '-' ? "" : line) + ": " + found.substr(2) + "\n";
+  }
+  expected += changed.path + (findings.empty()
+                                  ? ": all is well with its 205 keys\n"
+                                  : ": " + std::to_string(findings.size()) + " found, of which " +
+                                        std::to_string(fatal) + " end the coach\n");
+  EXPECT_EQ(confcheck(changed.path), std::pair(findings.empty() ? 0 : 1, expected));
+}
 
 TEST(Confcheck, TellsWhatIsWrongAndWhere) {
   using namespace std::string_literals;
-  const Change table[] = {
-      {"Form1_off_Watch3", "form1_OFF_Wtch4 = -1, -1, -1, -1, -1",
-       "0 nothing asks for 'form1_OFF_Wtch4'; is 'Form1_off_Watch3' meant?\n"
-       "- no value for key 'Form1_off_Watch3' found.",
-       1},
-      {"#types_withinLimits", "types_withinLimits = 2\ngoal_mxg = 1\ncolor\x1b = 1",
-       "0 'types_withinLimits' is 2, not 0 or 1\n"
-       "1 nothing asks for 'goal_mxg'\n"
-       "2 nothing asks for 'color\\x1b'"},
-      // The last definition counts, whether it is right or wrong.
-      {"goal_maxAge", "goal_maxAge = 3\n\ngoal_maxAge = x",
-       "0 'goal_maxAge' does not count: it is defined again in line 48\n"
-       "2 value 'x' for key 'goal_maxAge' not an integer.",
-       1},
-      {"Form1_off_PosX", "Form1_off_PosX = 1, 2, 3, 4",
-       "0 'Form1_off_PosX' has only 4 of the 5 values that are read", 1},
-      {"Form1_off_PosX", "Form1_off_PosX = 1, 2, 3,5 6, 4, 5",
-       "0 of '5 6' for key 'Form1_off_PosX' only '5' is read\n"
-       "0 'Form1_off_PosX' has 6 values, of which only 5 are read"},
-      {"Form1_off_tact", "Form1_off_tact = 1, 2, 0, 3, 4",
-       "0 'Form1_off_tact' is 3, not 0, 1, 2 or 4"},
-      {"Form2_def_Watch2", "Form2_def_Watch2 = -1, 11, 1, 2, 12",
-       "0 'Form2_def_Watch2' is 12, not a tactical number or -1"},
-      {"StartFormationOff", "StartFormationOff = 3",
-       "0 'StartFormationOff' is 3, but there is no such formation: 0 is taken"},
-      {"ourOffenders", "ourOffenders = 3",
-       "0 the head counts 4 + 2 + 2 + 3 make 11 field players, not ten"},
-      {"async_waitForSeeTime", "async_waitForSeeTime = 45",
-       "0 'async_waitForSeeTime' is 45, not 0, 10, ... or 90"},
-      // A wish is a difference from the default type; at the limit a type counts for nothing.
-      {"player2_decay_inertia_delta", "player2_decay_inertia_delta = 0.4",
-       "0 'player2_decay_inertia_delta' is 0.4, more than 0.2 from what any type can have, -0.1 to "
-       "0.1"},
-      {"player3_extra_stamina_effort_delta", "player3_extra_stamina_effort_delta = 200", ""},
-      {"player3_extra_stamina_effort_weight", "player3_extra_stamina_effort_weight = -0.5",
-       "0 'player3_extra_stamina_effort_weight' is -0.5, not 0 or more"},
-      // Lines keep their numbers, though the configuration reads long ones in pieces.
-      {"# --- Passes", "no equals sign\n# " + std::string(1100, 'x') + "\nnul = 1\0\n"s,
-       "0 can't find '=' sign.\n"
-       "1 line longer than 1023 characters: what is behind them counts as a line of its own\n"
-       "1 can't find '=' sign.\n"
-       "2 a NUL byte ends the line\n"
-       "2 nothing asks for 'nul'"},
-  };
-  for (const Change& row : table) {
-    const ChangedConfig changed(row.begin, row.text);
-    ASSERT_GT(changed.line, 0) << row.begin;
-    const Lines findings = lines(row.findings);
-    std::string expected;
-    for (const std::string& found : findings) {
-      const std::string line = ":" + std::to_string(changed.line + found[0] - '0');
-      expected += changed.path + (found[0] == '-' ? "" : line) + ": " + found.substr(2) + "\n";
-    }
-    expected += changed.path + (findings.empty()
-                                    ? ": all is well with its 205 keys\n"
-                                    : ": " + std::to_string(findings.size()) + " found, of which " +
-                                          std::to_string(row.fatal) + " end the coach\n");
-    EXPECT_EQ(confcheck(changed.path), std::pair(findings.empty() ? 0 : 1, expected));
+  expectFindings("Form1_off_Watch3", "form1_OFF_Wtch4 = -1, -1, -1, -1, -1",
+                 {"0 nothing asks for 'form1_OFF_Wtch4'; is 'Form1_off_Watch3' meant?",
+                  "- no value for key 'Form1_off_Watch3' found."},
+                 1);
+  expectFindings("# --- Passes", "goal_mxg = 1\ncolor\x1b = 1",
+                 {"0 nothing asks for 'goal_mxg'", "1 nothing asks for 'color\\x1b'"});
+  // The last definition counts, whether it is right or wrong.
+  expectFindings("goal_maxAge", "goal_maxAge = 3\n\ngoal_maxAge = x",
+                 {"0 'goal_maxAge' does not count: it is defined again in line 48",
+                  "2 value 'x' for key 'goal_maxAge' not an integer."},
+                 1);
+  expectFindings("Form1_off_PosX", "Form1_off_PosX = 1, 2, 3, 4",
+                 {"0 'Form1_off_PosX' has only 4 of the 5 values that are read"}, 1);
+  expectFindings("Form1_off_PosX", "Form1_off_PosX = 1, 2, 3,5 6, 4, 5",
+                 {"0 of '5 6' for key 'Form1_off_PosX' only '5' is read",
+                  "0 'Form1_off_PosX' has 6 values, of which only 5 are read"});
+  expectFindings("ourOffenders", "ourOffenders = 3",
+                 {"0 the head counts 4 + 2 + 2 + 3 make 11 field players, not ten"});
+  // Lines keep their numbers, though the configuration reads long ones in pieces.
+  expectFindings(
+      "# --- Passes", "no equals sign\n# " + std::string(1100, 'x') + "\nnul = 1\0\n"s,
+      {"0 can't find '=' sign.",
+       "1 line longer than 1023 characters: what is behind them counts as a line of its own",
+       "1 can't find '=' sign.", "2 a NUL byte ends the line", "2 nothing asks for 'nul'"});
+}
+
+TEST(Confcheck, TellsWhichNumbersMakeNoSense) {
+  const std::string wish = ", more than 0.2 from what any type can have, -0.1 to 0.1";
+  for (const auto& [key, value, problem] :
+       {std::tuple("#types_withinLimits", "2", std::string(", not 0 or 1")),
+        {"Form1_off_tact", "1, 2, 0, 4, 3", ", not 0, 1, 2 or 4"},
+        {"Form2_def_Watch2", "-1, 11, 1, 2, 12", ", not a tactical number or -1"},
+        {"StartFormationOff", "3", ", but there is no such formation: 0 is taken"},
+        {"async_waitForSeeTime", "45", ", not 0, 10, ... or 90"},
+        {"player2_decay_inertia_delta", "0.4", wish},
+        {"player3_extra_stamina_effort_weight", "-0.5", ", not 0 or more"}}) {
+    const std::string name = key[0] == '#' ? key + 1 : key;
+    const std::string last = std::string(value).substr(std::string(value).find_last_of(' ') + 1);
+    expectFindings(key, name + " = " + value, {"0 '" + name + "' is " + last + problem});
   }
+  expectFindings("player3_extra_stamina_effort_delta", "player3_extra_stamina_effort_delta = 200",
+                 {});
 }
 
 TEST(Confcheck, NeedsTheWishesOnlyWhereTypesAreGiven) {

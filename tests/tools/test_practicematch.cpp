@@ -67,11 +67,13 @@ TEST(PracticeMatch, HasEverySetPlayOfBothSidesAndStopsTheClockAfterGoalsAndFouls
     EXPECT_NE(callIn(texts[next]).back(), call.back()) << texts[next];
     EXPECT_EQ(std::stol(texts[next].substr(6)), std::stol(texts[i].substr(6)));
   }
-  for (const std::string name : {"kick_off", "kick_in", "corner_kick", "goal_kick", "free_kick",
-                                 "offside", "foul_charge", "goal"})
-    EXPECT_TRUE(calls.contains(name + "_l") && calls.contains(name + "_r")) << name;
-  for (const char* name : {"half_time", "before_kick_off", "play_on", "time_up", "time_over"})
-    EXPECT_TRUE(calls.contains(name)) << name;
+  for (const std::string call :
+       {"half_time",     "before_kick_off", "play_on",       "time_up",       "time_over",
+        "kick_off_l",    "kick_off_r",      "kick_in_l",     "kick_in_r",     "corner_kick_l",
+        "corner_kick_r", "goal_kick_l",     "goal_kick_r",   "free_kick_l",   "free_kick_r",
+        "offside_l",     "offside_r",       "foul_charge_l", "foul_charge_r", "goal_l",
+        "goal_r"})
+    EXPECT_TRUE(calls.contains(call)) << call;
 }
 
 TEST(PracticeSayRules, JudgeFormAndTimeAndGrant128MessagesForEach6000Cycles) {
@@ -81,15 +83,14 @@ TEST(PracticeSayRules, JudgeFormAndTimeAndGrant128MessagesForEach6000Cycles) {
     return rules.judge("(say (freeform \"" + message + "\"))", time, playOn, text);
   };
   const std::string longest = "a (b) 1.+-*/?<>_" + std::string(112, 'a');
-  EXPECT_EQ(judge(longest, 0, false), "(ok say)");
+  EXPECT_EQ(judge(longest, 619, true), "(ok say)");
   EXPECT_EQ(text, longest);
   for (const std::string& message : {longest + "a", std::string(), std::string("a,b")})
     EXPECT_EQ(judge(message, 0, false), "(error could_not_parse_say)") << message;
-  EXPECT_EQ(text, "");
-  EXPECT_EQ(judge("a", 619, true), "(ok say)");
   for (const long time : {600, 620})
     EXPECT_EQ(judge("a", time, true), "(error cannot_say_freeform_while_playon)") << time;
-  int granted = 2;
+  EXPECT_EQ(text, "");
+  int granted = 1;
   for (const long time : {5999, 6000}) {
     while (judge("a", time, false) == "(ok say)" && granted < 300) ++granted;
     EXPECT_EQ(granted, time < 6000 ? 128 : 256);
@@ -166,10 +167,7 @@ TEST(PracticePlayers, AreLetInOnceAndDroppedWhenTheyStaySilent) {
   Socket player;
   ASSERT_TRUE(port.open(0, error) && player.open(0, error)) << error;
   sockaddr_in from{};
-  sockaddr_in to{};
-  to.sin_family = AF_INET;
-  to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  to.sin_port = htons(static_cast<in_port_t>(port.port()));
+  sockaddr_in to{AF_INET, htons(static_cast<in_port_t>(port.port())), {htonl(INADDR_LOOPBACK)}, {}};
   const auto answersTo = [&](const std::string& text, int times = 1) {
     for (int i = 0; i < times; ++i) player.send(text, to);
     port.company().serve();
