@@ -10,7 +10,7 @@ namespace vok {
 namespace {
 
 constexpr int OPPONENTS = 12;
-constexpr int MAX_AGE = 20;           // cycles; an older position says nothing
+constexpr int MAX_AGE = 20;           // cycles; players unseen for longer are left out
 constexpr double VANISHING = 0.001;   // metres; a spread that must not be divided by
 constexpr long BANK_PERIOD = 50;      // updates
 constexpr double NO_BOUND = -9999.0;  // metres
@@ -68,8 +68,8 @@ void Team::Update() {
   }
 }
 
-/// Both banks collect everything. The one that was read starts anew, the other has collected for
-/// 50 updates and is read.
+/// Both banks collect all samples. The bank that was read so far is cleared; the other one, which
+/// holds those of the last 50 updates, is read from now on.
 void Team::changeBank() {
   const auto bank = static_cast<std::size_t>(afor);
   aNPos[bank].fill(0);
@@ -93,7 +93,7 @@ void Team::addSample(int k) {
   const Vector2d meanPos = mean(aSummePos[bank][k], n);
   const Vector2d variance = mean(aSummePosSq[bank][k], n) - squares(meanPos);
   aPos[k] = scaled(meanPos, TeamVar) + TeamCOG;
-  // By the spread, not by its square, on purpose.
+  // Scaled by the spread and not by its square, on purpose.
   aPosVar[k] = roots(scaled(variance, TeamVar));
 }
 

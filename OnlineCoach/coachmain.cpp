@@ -30,7 +30,7 @@ void printUsage(const char* program) {
 }
 
 bool parseOptions(int argc, char** argv, Options& options) {
-  // -l takes no argument although the usage announces one: its name is used for nothing.
+  // -l takes no argument although the usage announces one; the trace file is never opened.
   for (int option = 0; (option = getopt(argc, argv, "Ft:h:p:lf:")) != -1;) {
     switch (option) {
       case 't':

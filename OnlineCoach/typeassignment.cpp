@@ -1,7 +1,9 @@
-// One player after the other is placed by the cheapest chain of moves: it takes a column, whose
-// holder moves on to another, until one has room. Chains are found as shortest paths over the
-// columns; a move may gain, but since the placed players are always placed best, no ring of moves
-// does, and the plain method of Bellman and Ford is right.
+// A column is a type, or a place without a type, one for each player. The players are placed one by
+// one, each by the cheapest chain of moves: it takes a column, a player who holds that column moves
+// on to another one, and so on until a column has room. The cheapest chain is a shortest path over
+// the columns. A single move may have a negative cost, but a closed ring of moves never has, since
+// the players placed so far are always placed best; so the method of Bellman and Ford finds the
+// path. After the last player the sum of all costs is the least possible.
 #include "typeassignment.h"
 
 #include <algorithm>

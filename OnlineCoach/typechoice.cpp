@@ -1,6 +1,6 @@
 // The choice of our players' types, made once when all types are announced: each player gets what
-// suits its wishes best, in turn, as long as there is some left. Within the server's limits the
-// wishes go to the type requests instead.
+// suits its wishes best, in turn, and a type goes to three of them at most. With
+// "types_withinLimits" the type requests decide by the same utilities.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -96,7 +96,7 @@ void VokCoach::followTypes() {
 
 void VokCoach::choosePlayerType(int playerNumber) {
   if (world->playMode != PLAY_MODE_BEFORE_KICK_OFF && numSubs == 0) return;
-  // The world was sized at the check-in; the server may have told other counts since.
+  // The world has the types of the check-in; the server may have announced another number since.
   const int types = std::min(numPlTypes, static_cast<int>(world->playerType.size()));
   if (types == 0) return;
 

@@ -41,7 +41,7 @@ void VokCoach::createModules() {
 
 VokCoach::~VokCoach() {
   typeRequests.reset();
-  // In the order of their making, not in the reverse one of the members.
+  // In the order of construction; the members by themselves would go in the reverse order.
   tactical.reset();
   goalShotEval.reset();
   passEval.reset();
@@ -85,7 +85,7 @@ void VokCoach::act() {
 void VokCoach::refillBudget() {
   if (world->time - lastNewMessageTime < 2L * HALF_TIME_IN_CYCLES) return;
   lastNewMessageTime = world->time;
-  // Saturating: the server names the number.
+  // Saturating: the server may name any number.
   const long refilled = static_cast<long>(numMsgsLeft) + SAY_COACH_CNT_MAX;
   numMsgsLeft = static_cast<int>(std::clamp<long>(refilled, INT_MIN, INT_MAX));
 }

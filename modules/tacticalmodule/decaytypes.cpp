@@ -12,7 +12,7 @@ namespace {
 
 // By how many votes a type must lead each other type before it is decided.
 constexpr int MIN_LEAD = 3;
-// Contradicting steps that undo a verdict. Even one is a rare accident.
+// So many contradicting steps undo a verdict. Even a single one is rare when the verdict is right.
 constexpr int GIVE_UP = 3;
 // A type that so many steps fit, and all of them, leads by one: the bounds are hard.
 constexpr int SURE_VOTES = 12;
@@ -20,16 +20,16 @@ constexpr int SURE_VOTES = 12;
 constexpr int TWIN_STEPS = 100;
 // Room around a body within which it may have been touched in the step, metres.
 constexpr double CONTACT_ROOM = 0.1;
-// Half a unit of the last printed digit, and a little for what is of second order and for the
+// Half a unit of the last printed digit, and a little more for products of errors and for the
 // rounding of our own arithmetic.
 constexpr double HALF = 0.5 * (1 + 1e-4);
 // The server announces a decay with six digits after the point.
 constexpr double DECAY_ERROR = HALF * 1e-6;
-// And a full dash as the product of two numbers of six significant digits: the true one may be
-// greater by so much.
+// A full dash is computed from two announced numbers of six significant digits; the true one may be
+// greater by this share.
 constexpr double FULL_DASH_ERROR = 2 * HALF * 1e-5;
 
-/// Of six significant digits.
+/// The largest error of a number that was printed with six significant digits.
 double printError(double printed) {
   const double size = std::abs(printed);
   if (size >= 100) return size * HALF * 1e-5;
@@ -43,7 +43,8 @@ Vector2d printError(Vector2d printed) {
   return {printError(printed.x), printError(printed.y)};
 }
 
-/// True for what the view of this cycle shows: predicted players decay as the prediction has it.
+/// True for an object in this cycle's view. A predicted one decays by the prediction and tells
+/// nothing.
 bool isSeen(const WObject& object) {
   return object.age == 0;
 }
@@ -58,11 +59,11 @@ bool isCloser(const WObject& a, const WObject& b, double distance) {
 /// A player's motion from one view to the next, with its uncertainty.
 struct DecayTypes::Step {
   Vector2d way;
-  Vector2d left;  ///< velocity at the end
+  Vector2d left;  ///< velocity at the end, after the decay
   Vector2d fromError;
   Vector2d toError;
   Vector2d leftError;
-  Vector2d gained;  ///< velocity at the end over that at the begin, before the decay
+  Vector2d gained;  ///< the way less the velocity at its beginning: own dash and noise
   Vector2d gainedError;
 
   Step(const WPlayer& from, const WPlayer& to)
@@ -225,16 +226,16 @@ void DecayTypes::decide(const Worldmodel& world, int n, TypeBeliefs& beliefs, Ve
 }
 
 /// Decides between types of the same decay: a full dash of this one is too weak for what the
-/// opponent did, or others have it already, as many as may.
+/// opponent did, or as many others as are allowed have it already.
 bool DecayTypes::isUnlikelyTwin(const Worldmodel& world, int n, std::size_t type,
                                 const Verdicts& verdicts) const {
   const WPlayerType& twin = world.playerType[type];
   const double fullDash = MAXPOWER * twin.dashPowerRate * twin.effortMax * (1 + FULL_DASH_ERROR);
   if (fullDash < evidence_[n].secondStrongest) return true;
-  // The default type is no proof: everybody starts with it.
+  // The number of those who have the default type proves nothing: everybody starts with it.
   if (type == 0 || !(playerParams.pt_max >= 1)) return false;
-  const auto wearers = std::count(verdicts.begin(), verdicts.end(), static_cast<int>(type));
-  return static_cast<double>(wearers) >= playerParams.pt_max;
+  const auto owners = std::count(verdicts.begin(), verdicts.end(), static_cast<int>(type));
+  return static_cast<double>(owners) >= playerParams.pt_max;
 }
 
 void DecayTypes::endTracks(int n) {

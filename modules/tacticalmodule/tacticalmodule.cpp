@@ -19,8 +19,9 @@ int saturatedSum(int a, int b) {
       std::clamp<long>(sum, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
-/// What one cycle of a player's motion demands of its type. A quotient that is no number (nothing
-/// moved or turned) must exclude nothing: test for the violation, never for the agreement negated.
+/// What one cycle of a player's motion demands of its type. A quotient may be no number (0 / 0,
+/// when nothing moved or turned) and must then exclude nothing: so the comparisons ask for a
+/// violation, which a NaN never is.
 struct ObservedMotion {
   double distance;
   double inertiaBound;
@@ -32,10 +33,10 @@ struct ObservedMotion {
     const double turned = std::abs(now.bodyDir - before.bodyDir);
     const double fullPower = std::max(MAXPOWER, MINPOWER);
     distance = way.getLength();
-    // Degrees over radians, on purpose.
+    // MAXMOMENT is in degrees and `turned` in radians, on purpose.
     inertiaBound = (std::abs(MAXMOMENT) / turned - 1) / before.v.getLength();
     dashRate = (way - before.v).getLength() / fullPower;
-    // The way over the speed that is left, not the reverse, on purpose.
+    // The way divided by the speed that is left, and not the reverse, on purpose.
     decay = distance / now.v.getLength();
   }
 
@@ -157,7 +158,7 @@ int TacticalModule::otherPlayerType(int n) const {
   return playerType[n];
 }
 
-/// Looks back at most once around the ring of changes.
+/// Looks at no more changes than the ring holds; older ones are overwritten.
 bool TacticalModule::substitutedSinceLastCall(int n) const {
   const auto& ring = world->otherSubs;
   const int size = static_cast<int>(ring.size());
