@@ -30,8 +30,8 @@ TEST(Scanner, ReadsTheNearestReal) {
   double value = 7;
   std::mt19937 random(41);
   for (int i = 0; i < 4000; ++i) {
-    std::string number = std::to_string(random()) + std::to_string(random());
-    number.resize(1 + random() % 19);
+    std::string number(1 + random() % 19, '0');
+    for (char& digit : number) digit = static_cast<char>('0' + random() % 10);
     number.insert(1 + random() % number.size(), ".0");
     if (i % 2 == 1) number.insert(0, " -");
     ASSERT_TRUE(Scanner(number).real(value)) << number;
