@@ -45,23 +45,6 @@ TEST_F(ParamsTest, TheFirstItemThatNoRowTakesEndsTheReading) {
   EXPECT_EQ(errors.take(), "");
 }
 
-TEST_F(ParamsTest, APlayerTypeIsReadOverUnknownItems) {
-  const std::string known =
-      "(player_type (id 1)(player_speed_max 2)(stamina_inc_max 3)(player_decay 4)"
-      "(inertia_moment 5)(dash_power_rate 6)(new one)(player_size 7)(kickable_margin 8)"
-      "(kick_rand 9)(extra_stamina 10)(effort_max 11)";
-  SensorData record;
-  EXPECT_TRUE(parser.parseServerString(known + "(effort_min 12.5))", record));
-  const PlayerType& t = record.playerType;
-  EXPECT_EQ(std::tuple(record.type, t.player_type, t.player_speed_max, t.stamina_inc_max,
-                       t.player_decay, t.inertia_moment, t.dash_power_rate, t.player_size,
-                       t.kickable_margin, t.kick_rand, t.extra_stamina, t.effort_max, t.effort_min),
-            std::tuple(SENSOR_TYPE_PLAYER_TYPE, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12.5));
-  EXPECT_EQ(errors.take(), "Parser::parsePlayerType: skipping unknown token at 6 (new one)\n");
-  for (const std::string end : {")", "()(effort_min 1))", "(effort_min x))"})
-    EXPECT_FALSE(parser.parseServerString(known + end, record)) << end;
-}
-
 TEST_F(ParamsTest, APartGoesOnWhereTheLastCallStopped) {
   SensorData record;
   int number = 0;
