@@ -1,4 +1,4 @@
-// Numbers in the characters of say messages, six bits a character: the codec's own tools.
+// How the codec lays numbers into characters, six bits each. Internal to this folder.
 #pragma once
 
 #include <algorithm>
@@ -22,7 +22,7 @@ inline unsigned decoded(char c) {
   return static_cast<unsigned>(decodeChar(c));
 }
 
-/// Copies up to the terminator or the end of the room; what is left of it is NUL.
+/// Copies up to the terminator or the end of `into`, and fills the rest of it with NUL.
 inline void copyText(std::span<char> into, const char* text) {
   std::size_t n = 0;
   for (; n < into.size() && text[n] != '\0'; ++n) into[n] = text[n];

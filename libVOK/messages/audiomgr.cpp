@@ -38,7 +38,7 @@ void AudioMgr::setStates(int number, bool sideIsLeft) {
   mySideIsLeft = sideIsLeft;
 }
 
-/// The checksum comes last: it covers everything before it.
+/// The checksum is made last because it covers all the other fields.
 void AudioMgr::SpeakTo(AudioMsg& msg) {
   msg.setPrefix(m_prefix.data());
   msg.setSourceAndSideIsLeft(myNumber, mySideIsLeft);

@@ -1,4 +1,4 @@
-// The queue of heard messages and its manager, which stamps what is said and filters what is heard.
+// Marks outgoing say messages with their sender, and filters and queues the heard ones.
 #pragma once
 
 #include <array>
@@ -8,12 +8,12 @@
 
 namespace vok {
 
-/// A ring of messages, first in, first out; a full one overwrites the oldest.
+/// Messages in the order of their arrival. A full queue overwrites the oldest.
 class AudioMsgQueue {
  public:
   explicit AudioMsgQueue(unsigned queueSize);
 
-  /// False, and nothing is stored, when the ring has no place at all.
+  /// False, and nothing is stored, when the queue has size 0.
   bool storeMessage(const AudioMsg& msg);
   /// Takes the oldest message; false when there is none.
   bool getNextMsg(AudioMsg& msg);
@@ -31,13 +31,15 @@ class AudioMgr {
   /// `msgPrefix` is cut to three characters. A queue size of 0 is reported, and nothing is queued.
   AudioMgr(unsigned myPlayerNum, bool sideIsLeft, const char* msgPrefix, unsigned queueSize);
 
+  /// Number and side as they are known after the check-in; 0 is a coach.
   void setStates(int number, bool sideIsLeft);
 
-  /// Stamps a message with prefix, sender, rewound read position and checksum, ready to be sent.
+  /// Makes a message ready to be sent: prefix, sender, rewound read position, and checksum.
   void SpeakTo(AudioMsg& msg);
 
-  /// Queues a heard message. One whose sender the server named is taken unseen; another needs a
-  /// valid checksum, our prefix and side, and us or everybody as destination.
+  /// Queues a heard message and returns true, or drops it. A message whose sender the server named
+  /// is queued without any check. Any other must have a valid checksum, our team's prefix and side,
+  /// and be addressed to us or to everybody.
   bool storeMsg(const AudioMsg& msg);
   bool getNextMsg(AudioMsg& msg) { return myQueue.getNextMsg(msg); }
 

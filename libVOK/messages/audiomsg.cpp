@@ -1,4 +1,8 @@
-// The message: its header and positions, and the stream of values in its payload.
+// The message: its header and positions, and the stream of values in its payload. The read and the
+// write position are themselves characters of the header, so every read changes the text and with
+// it the checksum. Each value is written or read whole or not at all: a value that does not fit, or
+// a read beyond the end, clears `state_` and changes nothing else, and later values are still
+// tried.
 #include "audiomsg.h"
 
 #include <algorithm>
@@ -25,7 +29,7 @@ constexpr unsigned WRITE_POS = 12;
 constexpr unsigned PREFIX_LENGTH = 3;
 constexpr unsigned FLAG = 16;  ///< left side in the source, coach in the destination
 
-/// The parameter as a capacity that `AudioMsg` has room for.
+/// A server parameter as a capacity, cut to the size of the buffer.
 unsigned capacity(int parameter) {
   return static_cast<unsigned>(std::clamp(parameter, 0, 512));
 }
@@ -161,7 +165,7 @@ void AudioMsg::rewindRead() {
   setNumber(READ_POS, 0);
 }
 
-// A mark beyond its position is not gone to, so going back needs no look at the capacity.
+// A position only moves back to its mark, never forward, so the capacity needs no check.
 void AudioMsg::rollbackWrite() {
   if (writeMark > getWritePos()) writeMark = 0;
   if (writeMark >= getReadPos())
@@ -191,7 +195,7 @@ void AudioMsg::append(const char* characters, unsigned count) {
   encoded[HEADER_LENGTH + pos + count] = '\0';
 }
 
-/// The next characters, null when there are not as many.
+/// The next characters, or null when fewer are left.
 const char* AudioMsg::take(unsigned count) {
   const unsigned pos = getReadPos();
   if (!setReadPos(pos + count)) {
@@ -236,7 +240,7 @@ AudioMsg& AudioMsg::operator<<(double value) {
   return *this;
 }
 
-/// Rounding may put an angle on the border of two steps into the lower one.
+/// Rounding errors may put an angle that lies between two steps into the lower one.
 AudioMsg& AudioMsg::operator<<(const Angle& value) {
   const double v = Angle::mod2pi(static_cast<double>(value) + PI);
   const auto n = static_cast<unsigned>(static_cast<int>(std::floor(v * 4096 / (2 * PI))));

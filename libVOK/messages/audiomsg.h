@@ -62,7 +62,7 @@ class Val5B {
   std::array<char, 5> encoding{};
 };
 
-/// A value of six bits in one character; a larger one becomes 0.
+/// A value of six bits (0 to 63) in one character; a larger one becomes 0.
 class NodaChar {
  public:
   NodaChar(unsigned char value) : val(value > 63 ? 0 : value) {}
@@ -72,9 +72,10 @@ class NodaChar {
   unsigned char val;
 };
 
-/// One message. Values are appended and read as a stream; an operation that does not fit clears
-/// `state` and changes nothing else, so test `getState` after a group of them. Check the checksum
-/// before reading: it covers the read position.
+/// One message, a value without references to the text it was made from. Values are appended and
+/// read as a stream. An operation that does not fit clears the state and changes nothing else, so
+/// test `getState` after a group of them. Check the checksum before reading, since it covers the
+/// read position.
 class AudioMsg {
  public:
   static constexpr unsigned HEADER_LENGTH = 14;
@@ -116,7 +117,7 @@ class AudioMsg {
   void rewindWrite();
   void rewindRead();
   void markWrite() { writeMark = getWritePos(); }
-  /// Back to the mark; writes no new terminator.
+  /// Goes back to the mark, but writes no new terminator there.
   void rollbackWrite();
   void markRead() { readMark = getReadPos(); }
   void rollbackRead();
@@ -131,10 +132,11 @@ class AudioMsg {
   AudioMsg& operator<<(double value);
   AudioMsg& operator<<(const Angle& value);
   AudioMsg& operator<<(const NodaChar& value);
-  /// The opponents' types, entries 1..11, -1 for an unknown one.
+  /// The opponents' types, entries 1..11, -1 for an unknown one. Defined in coachmessage.cpp,
+  /// beside its reader.
   AudioMsg& operator<<(const int* types);
   AudioMsg& operator<<(int* types) { return *this << static_cast<const int*>(types); }
-  /// Any other pointer would pass for a bool.
+  /// Any other pointer would be converted to a bool.
   AudioMsg& operator<<(const void*) = delete;
 
   AudioMsg& operator>>(Int3B& value);
@@ -142,12 +144,12 @@ class AudioMsg {
   AudioMsg& operator>>(bool& value);
   AudioMsg& operator>>(char& value);
   AudioMsg& operator>>(double& value);
-  /// Adds the two digits instead of combining them: exact only for multiples of pi/32. The
-  /// players have it so.
+  /// Adds the two digits instead of combining them, so it is exact for multiples of pi/32 only. The
+  /// players read angles in this way.
   AudioMsg& operator>>(Angle& value);
   AudioMsg& operator>>(NodaChar& value);
 
-  // The sender as the server reported it: empty and -1 otherwise.
+  // The sender as the server reported it; empty and -1 when it did not.
   std::array<char, 40> teamName{};
   int senderNo = -1;
 

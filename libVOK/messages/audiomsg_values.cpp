@@ -8,7 +8,7 @@
 namespace vok {
 namespace {
 
-/// The low bits of a whole number of any size; 0 for one that is no number.
+/// The low bits of a whole number; 0 for a NaN and beyond a billion.
 unsigned lowBits(double whole) {
   return std::fabs(whole) < 1e9 ? static_cast<unsigned>(static_cast<int>(whole)) : 0;
 }

@@ -30,6 +30,7 @@ struct CoachMessage {
   int secondLastDefender = 0;
 
   CoachMessage() { otherTypes.fill(-1); }
+  bool operator==(const CoachMessage&) const = default;
 
   /// Appends everything to a coach's message. A position beyond the code's range and what does not
   /// fit are left out and clear the message's state.

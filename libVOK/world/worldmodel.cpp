@@ -1,3 +1,9 @@
+// How records change the world. A global view is exact: it replaces what it shows. Between two
+// views the world is predicted cycle by cycle (worldsim.cpp), so that what a view does not show has
+// moved and aged. A second view of the same cycle also predicts one cycle, on purpose, but does not
+// count the time; it then replaces what it shows. The play mode, the side and the score come with
+// the record as `ServerState`, because views and body senses do not carry them. Views and body
+// senses that are older than the world's time are dropped.
 #include "worldmodel.h"
 
 #include <algorithm>
@@ -86,7 +92,7 @@ void Worldmodel::adjust(const SensorData& data, const ServerState& state) {
     case SENSOR_TYPE_EXACT:
       return takeView(data, state);
     case SENSOR_TYPE_SEE:
-      visualAge = 0;  // what is in it is the player's to take
+      visualAge = 0;  // the objects in it are left to the player program
       return;
     case SENSOR_TYPE_SENSE_BODY:
       return takeBody(data, state);
@@ -142,10 +148,10 @@ void Worldmodel::takeBody(const SensorData& data, const ServerState& state) {
 }
 
 void Worldmodel::predictTo(long viewTime) {
-  // A second view of a cycle predicts as well: what it does not show has grown older.
+  // The second view of a cycle; see the head of this file.
   if (viewTime == time) return simCycle();
 
-  // Behind `NEVER` cycles nothing is left to predict.
+  // After `NEVER` cycles everything is at rest and no counter grows any more.
   const long cycles = std::min<long>(viewTime - time, NEVER);
   for (long i = 0; i < cycles; ++i) simCycle();
   time = viewTime;
@@ -197,8 +203,8 @@ void Worldmodel::takePlayer(WPlayer& player, const ExactPlayer& seen) const {
   player.isGoalie = seen.goalie;
   player.pos = toOurFrame(seen.x, seen.y);
   player.v = toOurFrame(seen.x_vel, seen.y_vel);
-  // As they were sent: not turned for a team on the right, and the face relative to the body. A
-  // direction that was not sent stays.
+  // Directions are kept as they were sent: not turned for a team on the right, and the face
+  // relative to the body. A direction that was not sent stays as it was.
   if (seen.body_dir > NO_ANGLE) {
     player.bodyDir = seen.body_dir;
     player.bodyAge = 0;
@@ -264,7 +270,7 @@ void Worldmodel::changePlayer(const SensorData& data) {
   if (!ours) {
     int& changes = otherTypeChanges[number];
     if (data.announcedType == -1 && changes < std::numeric_limits<int>::max()) ++changes;
-    // What an opponent can do is inferred elsewhere; until then it plays with the default.
+    // The server does not name an opponent's type. Until it is inferred the default type holds.
     otherTeam[number].setType(WPlayerType::fromDefaults());
     otherTeam[number].type = type;
     record(otherSubs, numOtherSubs, {number, time});

@@ -1,9 +1,10 @@
 // The one picture of the match that all decisions read.
 //
-// Field frame for either side: our goal is at x = -52.5; positions and velocities of a team on the
-// right are turned by 180 degrees on the way in, body and face directions stay the server's. Teams
-// are indexed by shirt number 1..11, entry 0 is no player. A player's entry is as good as its age:
-// readers pass a maximum age.
+// Positions are in metres in the field frame (coordinates.h), velocities in metres per cycle. Our
+// goal is at x = -HALF_LENGTH on either side: positions and velocities of a team on the right are
+// turned by 180 degrees when they are taken in, while body and face directions stay as the server
+// sends them. Teams are indexed by shirt number 1..11. How far an entry can be trusted depends on
+// its age in cycles, so readers pass a maximum age. Only the world's own operations change it.
 #pragma once
 
 #include <array>
@@ -30,7 +31,7 @@ struct Substitution {
   long time = 0;
 };
 
-/// Copies are deep and independent, so that moves can be tried on one.
+/// A copy is independent of its original (but for `comm`), so that moves can be tried on it.
 class Worldmodel {
  public:
   /// Starts a world in which nobody was seen yet. Reads its configuration keys. `connection` may be
@@ -42,11 +43,11 @@ class Worldmodel {
   void adjust(const SensorData& data, const ServerState& state);
   /// Takes everything that the connection has queued.
   Worldmodel& adjust();
-  /// Takes one global view over.
+  /// Takes one global view over, without a prediction. Returns true.
   bool adjustExact(const SensorData& data);
-  /// Our goalie becomes tactical number 1, the others keep their order behind it.
+  /// Our goalie becomes tactical number 1, the others follow in the order of their shirt numbers.
   void adjustTacticalNumbers(int newOurGoalieNo);
-  /// Predicts one cycle; `time` is the caller's.
+  /// Predicts one cycle. Does not count `time` up.
   void simCycle();
   /// Gives our player the announced type that the server has granted. `number` is a shirt number,
   /// `type` an index of `playerType`.
@@ -65,15 +66,17 @@ class Worldmodel {
                         int maxAge) const;
   int otherTeamInCorridor(const Vector2d& source, const Vector2d& target, double d, Angle alpha,
                           int maxAge) const;
-  /// x of the line beyond which our players are offside. The opponents are taken to have run
-  /// towards us since they were seen.
+  /// x of the line beyond which our players are offside, metres. Opponents are assumed to have run
+  /// towards our goal since they were seen, two cycles at most.
   double ourOffsideLine(int maxAge) const;
-  /// x of the line beyond which the opponents are offside. Knows the set plays instead.
+  /// x of the line beyond which the opponents are offside, metres. In a set play it depends on the
+  /// mode and the ball; otherwise our players count where they were seen.
   double otherOffsideLine(int maxAge) const;
-  /// Half of the view cone.
+  /// Half of the view cone, radians; 0 for an unknown width.
   static Angle getViewAngle(view_width width);
   /// Age in cycles of the freshest look that covered a direction.
   int dirAge(Angle alpha) const;
+  /// True when more than half of sixteen directions around the body were looked at lately.
   bool lookAroundFinished() const;
 
   // Say messages.
@@ -137,12 +140,13 @@ class Worldmodel {
   long attentionToCount = 0;
   view_width viewWidth = VIEW_WIDTH_NORMAL;
   view_quality viewQuality = VIEW_QUALITY_HIGH;
-  // The last ten looks: direction, half-width and age.
+  // The last ten looks: direction, half-width and age in cycles; `vCounter` is the next slot.
   std::array<Angle, 10> vDir;
   std::array<Angle, 10> vAngle;
   std::array<long, 10> vAge;
   long vCounter = 0;
-  // Rings of the directions (field frame) in which voices were heard; the counter is the next slot.
+  // Rings of the directions (field frame) from which voices were heard, with their ages in cycles;
+  // the counter is the next slot.
   std::array<Angle, 10> aOppDir;
   std::array<long, 10> aOppAge;
   long aOppCounter = 0;

@@ -166,8 +166,8 @@ double WPlayer::inertiaMoment() const {
 double WPlayer::tackleProb(const WBall& ball) const {
   const Vector2d rel = (ball.pos - pos).turn(-bodyDir);
   const double limit = rel.x < 0 ? TACKLE_BACK_DIST : TACKLE_DIST;
-  // (d / limit)^e + (|w| / width)^e over a common denominator. The distance ahead keeps its sign,
-  // which matters for an odd exponent only.
+  // (d / limit)^e + (|w| / width)^e over a common denominator. The distance ahead keeps its sign;
+  // that makes a difference for odd exponents only.
   const double fail =
       (power(TACKLE_WIDTH * rel.x, TACKLE_EXP) + power(limit * std::fabs(rel.y), TACKLE_EXP)) /
       power(limit * TACKLE_WIDTH, TACKLE_EXP);
@@ -193,7 +193,7 @@ void WPlayer::setBySensorData(const SensorPlayer& player, const WPlayer& my, WOb
     bodyAge = 0;
     calcVelocity(my, player.dist_change, player.dir_change);
   } else if (playMode == PLAY_MODE_BEFORE_KICK_OFF) {
-    v = {};  // it was moved to its place, it did not run there
+    v = {};  // it was placed, it did not run there
   }
 }
 

@@ -1,7 +1,8 @@
 // The things on the field: goals, the ball, the players, and what is known of each.
 //
-// Field frame (see coordinates.h). Ages count cycles since a sensor last set the data; `NEVER` is
-// where every age and "cycles since" counter stops.
+// Positions are in metres in the field frame (coordinates.h), velocities in metres per cycle,
+// directions in radians. Ages count the cycles since a sensor last set the data; every age and
+// "cycles since" counter stops at `NEVER`.
 #pragma once
 
 #include <iosfwd>
@@ -60,7 +61,7 @@ struct WMovedObject : WObject {
   /// Velocity from the changes of distance (metres) and direction (radians) per cycle as seen from
   /// `relObject`.
   void calcVelocity(const WMovedObject& relObject, double distChange, double dirChange);
-  /// Position from what the observer `my` sees.
+  /// Position from the rounded distance and the direction in which the observer `my` sees it.
   void setPos(const SensorObject& object, const WPlayer& my);
 };
 

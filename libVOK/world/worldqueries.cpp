@@ -1,4 +1,5 @@
-// What the evaluations ask the world: closest players, corridors, offside lines, old directions.
+// What the evaluations ask the world: closest players, corridors, offside lines, and how long ago a
+// direction was looked at.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -13,11 +14,11 @@ namespace {
 
 using TeamArray = Squad<WPlayer>;
 
-constexpr int MAX_RUN_CYCLES = 2;  // that a defender is taken to have run unseen
+constexpr int MAX_RUN_CYCLES = 2;  // that a defender is assumed to have run unseen
 constexpr int LOOK_DIRECTIONS = 16;
 constexpr int OLD_LOOK = 7;  // cycles
 
-/// Ranks are small, so each one is a scan of its own: nothing is sorted, nothing allocated.
+/// Ranks are small, so each takes a scan of its own, and nothing is sorted or allocated.
 int closestTo(const TeamArray& team, const Vector2d& target, int maxAge, int index) {
   if (!isShirtNumber(index)) return -1;
 
@@ -47,7 +48,7 @@ int countInCorridor(const TeamArray& team, const Vector2d& source, const Vector2
   return static_cast<int>(found);
 }
 
-/// The ball's x less a distance (metres), but in our half.
+/// A distance (metres) behind the ball, but within our half.
 double behindBall(const WBall& ball, double distance) {
   return std::min(0.0, std::max(-HALF_LENGTH, ball.pos.x - distance));
 }

@@ -145,7 +145,7 @@ void Worldmodel::simStamina() {
     my.stamina = std::min(STAMINA_MAX, my.stamina + my.recovery * my.staminaIncMax);
   }
 
-  // Pessimistic for us, who are taken to dash all the time, optimistic for them, who rest.
+  // Cautious estimates: our players are assumed to dash at full power all the time, theirs to rest.
   const double tired = EFFORT_DEC_THR * STAMINA_MAX;
   for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     WPlayer& ours = ourTeam[n];

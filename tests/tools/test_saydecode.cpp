@@ -35,7 +35,6 @@ std::string coachText(unsigned time = 2345) {
 
 std::string playerText() {
   AudioMsg msg(7, 99, false);
-  msg << true << 1.5;
   AudioMgr(3, true, "vok", 1).SpeakTo(msg);
   return msg.getEncoding();
 }

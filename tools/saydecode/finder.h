@@ -10,9 +10,9 @@
 
 namespace vok::saydecode {
 
-/// The messages in a run of characters of the code, first to last, unread. Anything with a valid
-/// checksum is one when it fills the run, and a coach's also within it. A damaged one is
-/// recognised only as a run that has a coach's flag and exactly a coach's length.
+/// The messages in a run of code characters, in their order, none of them read yet. A run with a
+/// valid checksum is a message as a whole; coach's messages are also found within a longer run. A
+/// damaged message is recognised only when it is a whole run with the coach's flag and length.
 std::vector<AudioMsg> findMessages(std::string_view run);
 
 /// Reads to the end, in constant memory, and calls `found` with each message and its line (from 1).

@@ -1,15 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <numbers>
 #include <sstream>
 #include <string>
 #include <tuple>
 #include <utility>
-#include <vector>
 
 #include "audiomgr.h"
 #include "audiomsg.h"
@@ -19,7 +18,6 @@ using namespace vok;
 
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double NOT_A_NUMBER = std::numeric_limits<double>::quiet_NaN();
 
 std::string digits(unsigned n) {
@@ -66,23 +64,18 @@ TEST(SayCode, CharactersHaveTheirIndexAndForeignBytesAreZero) {
 TEST(SayCode, PositionsTravelOnTheirGridWithAgeAndState) {
   EXPECT_EQ(written(Val5B(0, 0, 0, VISUAL)), "aqaWa");
   EXPECT_EQ(written(Val5B(-102.4, 102.3, 62, FUZZY)), "aG-F+");
-  EXPECT_EQ(read("aWaWa", Val5B()).getState(), FUZZY);
   for (unsigned n = 0; n < 2048; ++n) {
     const double x = (n - 1024.0) / 10;
     const auto state = static_cast<WObjectState>(n % 3);
-    const Val5B sent({x + 0.05, -x - 0.05}, n % 63, state);
-    const Val5B got = read(written(sent), Val5B());
+    const Val5B got = read(written(Val5B({x + 0.05, -x - 0.05}, n % 63, state)), Val5B());
     ASSERT_EQ(Vector2d(got), Vector2d(x, (1023.0 - n) / 10)) << n;
-    ASSERT_EQ(got.getAge(), n % 63);
-    ASSERT_EQ(got.getState(), state);
+    ASSERT_EQ(std::tuple(got.getAge(), got.getState()), std::tuple(n % 63, state));
   }
-}
-
-TEST(SayCode, PositionsOffTheGridAreInvalidButTravel) {
-  for (const Val5B& value :
+  EXPECT_EQ(read("aWaWa", Val5B()).getState(), FUZZY);
+  for (const Val5B& invalid :
        {Val5B(102.4, 0, 0, VISUAL), Val5B(0, -102.5, 0, VISUAL), Val5B(NOT_A_NUMBER, 0, 0, VISUAL),
         Val5B(3e9, -1e300, 0, VISUAL), Val5B(0, 0, 64, VISUAL), Val5B(0, 0, 0, WObjectState(3))})
-    EXPECT_FALSE(read(written(value), Val5B(0, 0, 0, VISUAL)).isValid());
+    EXPECT_FALSE(read(written(invalid), Val5B(0, 0, 0, VISUAL)).isValid());
 }
 
 TEST(SayCode, RealsAreFlooredToTenthsAndRefusedBeyondTheirRange) {
@@ -90,7 +83,7 @@ TEST(SayCode, RealsAreFlooredToTenthsAndRefusedBeyondTheirRange) {
     ASSERT_EQ(read(digits(n), 0.0), (n - 2048.0) / 10);
     ASSERT_EQ(written((n - 2047.5) / 10), digits(n));
   }
-  for (const double d : {204.8, -204.81, -205.0, 1e300, infinity, -infinity, NOT_A_NUMBER}) {
+  for (const double d : {204.8, -204.81, 1e300, -HUGE_VAL, NOT_A_NUMBER}) {
     AudioMsg msg;
     msg << d << true;  // a failure does not stop later values
     EXPECT_FALSE(msg.getState()) << d;
@@ -138,26 +131,20 @@ TEST(AudioMsg, HeaderFieldsStandAtTheirPlaces) {
 
 TEST(AudioMsg, ChecksumShowsEveryChangeOfOneCharacter) {
   AudioMsg msg(3, 4321, true);
-  msg << true << 12.3 << Int3B(262143U) << Val5B(1, 2, 3, FUZZY) << NodaChar(17);
+  msg << true << 12.3 << NodaChar(17);
   msg.createChkSums();
   const std::string good = msg.getEncoding();
-  ASSERT_TRUE(AudioMsg(good.c_str()).isChkSumsValid());
   for (std::size_t at = 0; at < good.size(); ++at) {
     std::string bad = good;
-    for (const char c : msgEncodeChars.substr(0, 64)) {
+    for (const char c : msgEncodeChars.substr(0, CODE_CHARS)) {
       bad[at] = c;
       ASSERT_EQ(AudioMsg(bad.c_str()).isChkSumsValid(), bad == good) << bad;
     }
   }
-  AudioMsg full;
-  for (int i = 0; i < 100; ++i) full << NodaChar(63);
-  full.createChkSums();  // 36 + 1 for the length and 6300, modulo 4096: 2241
-  EXPECT_EQ(std::string(full.getEncoding(), 14), "aaaaabJaaaaaKb");
 }
 
 TEST(AudioMsg, WritesFitBelowTheCapacityAndFailUnchangedBeyondIt) {
-  const std::pair<int, unsigned> rooms[] = {{-5, 0},    {14, 0},    {15, 0},    {16, 1},
-                                            {128, 113}, {512, 497}, {9999, 497}};
+  const std::pair<int, unsigned> rooms[] = {{-5, 0}, {15, 0}, {16, 1}, {128, 113}, {9999, 497}};
   for (const auto& [size, room] : rooms) {
     SAY_COACH_MSG_SIZE = size;
     AudioMsg msg(0, 0, true);
@@ -168,15 +155,14 @@ TEST(AudioMsg, WritesFitBelowTheCapacityAndFailUnchangedBeyondIt) {
       ASSERT_TRUE(longer.getState() || !std::strcmp(longer.getEncoding(), msg.getEncoding()));
       msg << true;
       ASSERT_EQ(msg.getState(), pos < room) << size;
-      ASSERT_EQ(std::strlen(msg.getEncoding()), msg.getSize());
     }
-    EXPECT_EQ(msg.getWritePos(), room);
+    EXPECT_EQ(std::strlen(msg.getEncoding()), 14 + room);
     EXPECT_FALSE(msg.setWritePos(0xFFFFFFF5U) || msg.setReadPos(room + 1));
   }
-  SAY_COACH_MSG_SIZE = 128;
   const AudioMsg coach(0, 0, true);
-  EXPECT_EQ(AudioMsg(coach.getEncoding()).getWriteLeft(), 128U);
-  EXPECT_EQ(AudioMsg(4, "Ours", coach.getEncoding()).getWriteLeft(), 512U);
+  EXPECT_EQ(AudioMsg(coach.getEncoding()).getWriteLeft(), 512U) << "9999, cut";
+  SAY_MSG_SIZE = 100;
+  EXPECT_EQ(AudioMsg(4, "Ours", coach.getEncoding()).getWriteLeft(), 100U);
 }
 
 TEST(AudioMsg, RollingBackKeepsTheCharactersAndNeverGoesBehindWhatIsReadNorAhead) {
@@ -204,20 +190,17 @@ TEST(AudioMsg, RollingBackKeepsTheCharactersAndNeverGoesBehindWhatIsReadNorAhead
 
 TEST(AudioMsgQueue, KeepsTheNewestInOrderThroughAllTurnsOfTheRing) {
   AudioMsg msg;
-  for (unsigned size = 0; size <= 3; ++size)
-    for (unsigned taken = 0; taken <= 3; ++taken) {
-      AudioMsgQueue queue(size);
-      for (unsigned t = 0; t < taken; ++t) {
-        queue.storeMessage(AudioMsg(0, 100, false));
-        ASSERT_EQ(queue.getNextMsg(msg), size > 0);
-      }
-      for (unsigned t = 1; t <= 4; ++t) queue.storeMessage(AudioMsg(0, t, false));
-      for (unsigned t = 5 - size; t <= 4; ++t) {
+  for (unsigned size = 0; size <= 3; ++size) {
+    AudioMsgQueue queue(size);
+    for (unsigned round = 1; round <= 4; ++round) {
+      for (unsigned t = 1; t <= round; ++t) queue.storeMessage(AudioMsg(0, t, false));
+      for (unsigned t = round - std::min(round, size) + 1; t <= round; ++t) {
         ASSERT_TRUE(queue.getNextMsg(msg));
         ASSERT_EQ(msg.getServerTime(), t) << size;
       }
       ASSERT_FALSE(queue.getNextMsg(msg));
     }
+  }
 }
 
 TEST(AudioMgr, DropsWhatIsDamagedForeignOrForSomebodyElse) {

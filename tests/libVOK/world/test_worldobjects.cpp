@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <numbers>
-#include <sstream>
 #include <tuple>
 
 #include "support/world.h"
@@ -117,15 +115,6 @@ TEST(WorldObjects, ASeenVelocityStaysWithinTheLimitAndIsOursAtOurPlace) {
   ball.pos = my.pos;
   ball.calcVelocity(my, -10, 1);
   EXPECT_EQ(ball.v, my.v);
-}
-
-TEST(WorldObjects, TypeIsPrintedInItsGroups) {
-  std::ostringstream out;
-  out << WPlayerType{3, 1.2, 0.4, 0.3, 45, 5, 0.006, 0.7, 0.1, 50, 0.6, 1};
-  EXPECT_EQ(out.str(),
-            "(PlayerType 3 ((speed_max 1.2) (player_decay 0.4) (inertia_moment 5) "
-            "(dash_power_rate 0.006)) (player_size 0.3) ((kickable_margin 0.7) (kick_rand 0.1)) "
-            "((stamina_inc_max 45) (extra_stamina 50) (effort_max 1) (effort_min 0.6)))");
 }
 
 }  // namespace

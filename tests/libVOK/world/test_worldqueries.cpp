@@ -56,8 +56,11 @@ TEST_F(WorldQueries, OurOffsideLineFollowsTheSecondLastOpponentOrTheBall) {
   EXPECT_EQ(world.ourOffsideLine(10), 37);
   world.otherTeam[2].age = 1;  // and no longer than unseen
   EXPECT_EQ(world.ourOffsideLine(10), 38.5);
-  world.playMode = PLAY_MODE_KICK_OFF_THEM;
-  EXPECT_EQ(world.ourOffsideLine(10), 0);
+  for (const play_mode mode : {PLAY_MODE_BEFORE_KICK_OFF, PLAY_MODE_KICK_OFF_US,
+                               PLAY_MODE_KICK_OFF_THEM, PLAY_MODE_GOAL_US, PLAY_MODE_GOAL_THEM}) {
+    world.playMode = mode;
+    EXPECT_EQ(world.ourOffsideLine(10), 0) << mode;
+  }
 }
 
 TEST_F(WorldQueries, OtherOffsideLineKnowsTheSetPlaysAndElseOurSecondLastOrTheBall) {
@@ -81,15 +84,19 @@ TEST_F(WorldQueries, OtherOffsideLineKnowsTheSetPlaysAndElseOurSecondLastOrTheBa
   EXPECT_EQ(world.otherOffsideLine(3), -30);
 }
 
-TEST_F(WorldQueries, ADirectionIsAsOldAsItsFreshestLook) {
-  world.vDir[3] = -3.0;
-  world.vDir[9] = PI;
-  world.vAngle[3] = Worldmodel::getViewAngle(VIEW_WIDTH_NARROW);
-  world.vAngle[9] = Worldmodel::getViewAngle(VIEW_WIDTH_NORMAL);
-  world.vAge[3] = 2;
-  world.vAge[9] = 5;
-  for (const auto& [direction, age] : {std::pair(3.1, 2), {2.5, 5}, {2.2, int{NEVER}}})
-    EXPECT_EQ(world.dirAge(direction), age) << direction;  // the first across the seam at pi
+TEST_F(WorldQueries, ADirectionIsAsOldAsTheFreshestLookWhoseConeHeldIt) {
+  // Of a look at pi, across which the angles jump.
+  for (const auto& [width, half] : {std::pair(VIEW_WIDTH_NARROW, PI / 8),
+                                    {VIEW_WIDTH_NORMAL, PI / 4},
+                                    {VIEW_WIDTH_WIDE, PI / 2}}) {
+    world.vDir[3] = world.vDir[9] = PI;
+    world.vAngle[3] = world.vAngle[9] = Worldmodel::getViewAngle(width);
+    world.vAge[3] = 5;
+    world.vAge[9] = 2;
+    EXPECT_EQ(world.dirAge(0.01 + half - PI), NEVER) << width;
+    EXPECT_EQ(world.dirAge(half - PI - 0.01), 2) << width;
+    EXPECT_EQ(world.dirAge(PI - half + 0.01), 2) << width;
+  }
 }
 
 TEST_F(WorldQueries, LookingAroundEndsWithNineFreshDirectionsOfSixteen) {
