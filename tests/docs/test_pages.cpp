@@ -141,6 +141,18 @@ TEST(ServerMessagesPage, QuotesOnlyDiagnosticsThatExist) {
   }
 }
 
+TEST(ManualPages, HaveTheOptionsOfTheHelp) {
+  for (const std::string tool :
+       {"confcheck", "formationview", "practicematch", "saydecode", "typecheck"}) {
+    const std::string help = runCommand(VOK_BIN_DIR "/" + tool + " --help").second;
+    std::string page = fileText(ROOT + "man/" + tool + ".1");
+    std::erase(page, '\\');
+    const Lines told = all(help, "\n  (-[-a-z]+)");
+    const Lines documented = all(page, "\n\\.B[IR]? \"?(-[-a-z]+)");
+    EXPECT_EQ(std::set(documented.begin(), documented.end()), std::set(told.begin(), told.end()));
+  }
+}
+
 TEST(MonitorCommandsPage, ShowsWhatTheLibraryWrites) {
   const Vector2d a(1, -2);
   const Vector2d b(0.25, 34);

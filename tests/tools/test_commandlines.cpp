@@ -47,6 +47,7 @@ TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
       {"formationview " + huge.path, "the formation's values are too large to draw", 1},
       {"practicematch --quiet=1", "--quiet has no value"},
       {"practicematch --synch --step 10", "--synch does not go with --step"},
+      {"practicematch --synch --speed 2 --replay x", "--synch does not go with --speed"},
       {"practicematch --speed 2", "--speed goes only with --replay"},
       {"practicematch --replay x --types 3", "--types does not go with --replay"},
       {"practicematch --replay no/such", "--replay no/such: cannot be opened"},

@@ -45,6 +45,8 @@ TEST_F(TypeCheck, AllOpponentsAreKnownSoonAndNoVerdictIsEverWrong) {
 TEST_F(TypeCheck, AWrongTruthShows) {
   std::istringstream wrong("1\tr\t2\t17\n1\tr\t3\t15\n400\tr\t2\t5\n");
   ASSERT_TRUE(truth.read(wrong, error));
+  EXPECT_EQ(truth.typeAt(SIDE_RIGHT, 2, 399), 17);
+  EXPECT_EQ(truth.typeAt(SIDE_RIGHT, 2, 400), 5);
   follow(true);
   EXPECT_TRUE(findings[2].isWrong()) << "not announced, not seen";
   EXPECT_EQ(findings[2].wrongOnTheWay, 0);
