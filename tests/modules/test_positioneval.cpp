@@ -4,11 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <initializer_list>
 #include <tuple>
+#include <variant>
 
 #include "goalshoteval.h"
 #include "passeval.h"
 #include "support/world.h"
+#include "tacticalmodule.h"
 
 namespace vok::test {
 namespace {
@@ -139,41 +142,65 @@ TEST(Settings, GoalAndLongestShotFollowTheServer) {
 }
 
 TEST(Settings, EachKeyHasItsOwnMember) {
+  Config::readFile(SHIPPED_CONFIG);
   int value = 0;
-  for (const char* key :
-       {"goal_minDistToCorner",    "goal_maxDistToCorner", "goal_maxAge",
-        "goal_maxKickDuration",    "goal_score_POOR",      "goal_score_AVERAGE",
-        "goal_score_GOOD",         "goal_score_PERFECT",   "goal_maxSimSteps",
-        "pass_sameLevelLength",    "pass_maxKickDuration", "pass_maxKickLength",
-        "pass_rpassLatticeLength", "pass_shortPassLength", "pass_shortPassLengthGoalie",
-        "pass_securityDist",       "pass_borderDist",      "pass_score_POOR",
-        "pass_score_AVERAGE",      "pass_score_GOOD",      "pass_score_PERFECT"}) {
+  for (const char* key : {"goal_minDistToCorner",
+                          "goal_maxDistToCorner",
+                          "goal_maxAge",
+                          "goal_maxKickDuration",
+                          "goal_score_POOR",
+                          "goal_score_AVERAGE",
+                          "goal_score_GOOD",
+                          "goal_score_PERFECT",
+                          "goal_maxSimSteps",
+                          "pass_sameLevelLength",
+                          "pass_maxKickDuration",
+                          "pass_maxKickLength",
+                          "pass_rpassLatticeLength",
+                          "pass_shortPassLength",
+                          "pass_shortPassLengthGoalie",
+                          "pass_securityDist",
+                          "pass_borderDist",
+                          "pass_score_POOR",
+                          "pass_score_AVERAGE",
+                          "pass_score_GOOD",
+                          "pass_score_PERFECT",
+                          "ourDefenders",
+                          "ourDefMidfield",
+                          "ourOffMidfield",
+                          "ourOffenders",
+                          "tac_ourEdgeDefender",
+                          "tac_ourEdgeDefMidfield",
+                          "tac_ourEdgeOffMidfield",
+                          "tac_ourEdgeOffender",
+                          "tac_ourEdgeGoalie",
+                          "tac_otherEdgeDefender",
+                          "tac_otherEdgeDefMidfield",
+                          "tac_otherEdgeOffMidfield",
+                          "tac_otherEdgeOffender",
+                          "tac_otherEdgeGoalie"}) {
     setEntry(key, std::to_string(++value).c_str());
   }
   const GoalShotEval g;
   const PassEval p(&g);
-  const double members[] = {g.minDistToCorner,
-                            g.maxDistToCorner,
-                            1.0 * g.maxAge,
-                            1.0 * g.maxKickDuration,
-                            1.0 * g.score_POOR,
-                            1.0 * g.score_AVERAGE,
-                            1.0 * g.score_GOOD,
-                            1.0 * g.score_PERFECT,
-                            1.0 * g.maxSimSteps,
-                            p.SAMELEVEL_LENGTH,
-                            1.0 * p.MAXKICK_DURATION,
-                            p.MAXPASS_LENGTH,
-                            p.RPASS_LATTICELENGTH,
-                            p.SHORTPASS_LENGTH,
-                            p.SHORTPASS_LENGTH_GOALIE,
-                            p.SECURITY_DIST,
-                            p.BORDER_DIST,
-                            1.0 * p.SCORE_POOR,
-                            1.0 * p.SCORE_AVERAGE,
-                            1.0 * p.SCORE_GOOD,
-                            1.0 * p.SCORE_PERFECT};
-  for (std::size_t i = 0; i < std::size(members); ++i) EXPECT_EQ(members[i], i + 1);
+  const TacticalModule t(nullptr, nullptr);
+  const TacticalSystem& s = t.ourSystem;
+  int next = 0;
+  for (const std::variant<int, double> member : std::initializer_list<std::variant<int, double>>{
+           g.minDistToCorner,     g.maxDistToCorner,      g.maxAge,
+           g.maxKickDuration,     g.score_POOR,           g.score_AVERAGE,
+           g.score_GOOD,          g.score_PERFECT,        g.maxSimSteps,
+           p.SAMELEVEL_LENGTH,    p.MAXKICK_DURATION,     p.MAXPASS_LENGTH,
+           p.RPASS_LATTICELENGTH, p.SHORTPASS_LENGTH,     p.SHORTPASS_LENGTH_GOALIE,
+           p.SECURITY_DIST,       p.BORDER_DIST,          p.SCORE_POOR,
+           p.SCORE_AVERAGE,       p.SCORE_GOOD,           p.SCORE_PERFECT,
+           s.numDefenders,        s.numDefMidfield,       s.numOffMidfield,
+           s.numOffenders,        t.ourEdgeDefender,      t.ourEdgeDefMidfield,
+           t.ourEdgeOffMidfield,  t.ourEdgeOffender,      t.ourEdgeGoalie,
+           t.otherEdgeDefender,   t.otherEdgeDefMidfield, t.otherEdgeOffMidfield,
+           t.otherEdgeOffender,   t.otherEdgeGoalie}) {
+    EXPECT_EQ(std::visit([](auto v) { return static_cast<int>(v); }, member), ++next);
+  }
 }
 
 }  // namespace

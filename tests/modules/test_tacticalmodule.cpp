@@ -21,6 +21,8 @@ struct Motion {
 class Tactics : public testing::Test {
  protected:
   Tactics() {
+    MAXPOWER = 50;
+    MINPOWER = 100;  // the greater one is a full dash
     constexpr double TYPES[3][4] = {
         {1.0, 5, 0.006, 0.3}, {1.25, 179, 0.0075, 0.4}, {1.5, 180, 0.009, 0.5}};
     for (std::size_t id = 0; id < 3; ++id) {
@@ -113,7 +115,9 @@ TEST_F(Tactics, OnlyUninterruptedPlayRefinesAndTheSnapshotIsAlwaysOfTheCycleBefo
   world->otherTeam[10].pos.x = 40;
   EXPECT_EQ(move(9, 40), "...") << "play was stopped";
   world->playMode = PLAY_MODE_PLAY_ON;
+  tactical.cyclesSinceLastMessage = 3;
   EXPECT_EQ(move(9, 40), "---");
+  EXPECT_EQ(tactical.cyclesSinceLastMessage, 4);
   EXPECT_EQ(beliefs(10), "...") << "not moved since the stopped cycle";
 }
 
@@ -126,6 +130,7 @@ TEST_F(Tactics, ASubstitutionForgetsOneOpponentsType) {
   EXPECT_EQ(move(7, 40), "...") << "the new one is not examined in this cycle";
   EXPECT_EQ(beliefs(8), "--!");
   EXPECT_EQ(tactical.playerType[7], -1);
+  EXPECT_EQ(move(7, 40), "---") << "but in the next one";
 }
 
 }  // namespace
