@@ -2,8 +2,10 @@
 // report.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <sstream>
 
+#include "Config.h"
 #include "constants.h"
 #include "support/coach.h"
 
@@ -63,6 +65,20 @@ TEST_F(TypeChoice, AfterKickOffAChangeNeedsASubstitutionAndAWish) {
   coach->numSubs = 1;
   coach->choosePlayerType(2);
   EXPECT_EQ(changes(), "4:3 2:2 ");
+}
+
+TEST_F(TypeChoice, EachWishHasItsOwnKey) {
+  int value = 0;
+  for (const std::string name :
+       {"decay_inertia", "kickmargin_rand", "dpr_stamina_inc_max", "extra_stamina_effort"}) {
+    for (const char* part : {"_delta", "_weight"}) {
+      setEntry(("player7_" + name + part).c_str(), std::to_string(++value).c_str());
+    }
+  }
+  coach->readAgentConf();
+  const auto& [a, b, c, d, e, f, g, h] = coach->desiredType[7];
+  EXPECT_EQ((std::array{a, b, c, d, e, f, g, h}),
+            (std::array{1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0}));
 }
 
 TEST_F(TypeChoice, TheUtilityIsTheWeighedSumOfFourClosenesses) {

@@ -169,9 +169,10 @@ TEST_F(WithinLimits, TypesThatAreTakenAreLeftFirst) {
 }
 
 TEST_F(WithinLimits, WhoIsToKeepTheDefaultTypeAsksForItLast) {
-  playerParams.pt_max = 2;
+  playerParams.pt_max = 1e300;  // as good as no limit
+  type(7).state = -1;           // not announced; 6 gets the nearest one
   wish(2, "0");
-  EXPECT_EQ(cycle(0), "3:4 4:5 5:6 6:7 7:8 8:9 9:10 10:11 11:12 2:0 ");
+  EXPECT_EQ(cycle(0), "3:4 4:5 5:6 6:6 7:8 8:9 9:10 10:11 11:12 2:0 ");
 }
 
 TEST_F(WithinLimits, WithoutALimitFromTheServerATypeIsForThreePlayers) {
@@ -244,19 +245,20 @@ TEST_F(WithinLimits, APlayerWhoComesInTheMatchGetsNoMoreThanItsTurn) {
   EXPECT_EQ(cycle(viewOf(10, 3)), "") << "none is left";
 }
 
+// Also where the clock has not begun, or the second half has not.
 TEST_F(WithinLimits, ARequestThatIsAlwaysTooLateIsGivenUp) {
-  hear("(hear 1 referee kick_in_l)");
   giveWishes(2, 10);  // without a request
-  for (int time = 1; time <= 4; ++time) {
+  hear("(hear 3000 referee before_kick_off)");
+  for (int time = 3000; time <= 3003; ++time) {
     EXPECT_EQ(cycle(time), "11:12 ") << time;
     refuse(1, "cannot_sub_while_playon");
   }
-  EXPECT_EQ(cycle(5), "");
+  EXPECT_EQ(cycle(3004), "");
 }
 
 TEST_F(WithinLimits, APenaltyShootOutEndsTheRequests) {
-  hear("(hear 1 referee kick_in_l)");
-  EXPECT_EQ(cycle(1), "11:12 10:11 9:10 ");
+  hear("(hear 0 referee goal_r_1)");
+  EXPECT_EQ(cycle(0), "11:12 10:11 9:10 ");
   refuse(1, "cannot_sub_while_penalty_shootouts");
   refuse(2, "cannot_sub_while_playon");
   EXPECT_EQ(cycle(2), "");
