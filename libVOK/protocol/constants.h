@@ -1,8 +1,8 @@
 // The server's parameters and the geometry of the field.
 //
-// Process-wide variables with the server's defaults. The check-in overwrites what the server names
-// (metres, seconds, degrees and cycles as the server uses them); they are not reset between
-// matches, and nobody else writes them.
+// Process-wide variables with the server's defaults. Only the check-in writes them, with the values
+// that the server sends (in metres, seconds, degrees and cycles, as the server uses them). They are
+// not reset between matches.
 #pragma once
 
 #include <array>
@@ -28,7 +28,7 @@ inline int CLANG_WIN_SIZE = 300;
 inline double HEAR_DECAY = 2.0;
 inline double HEAR_INC = 1.0;
 inline double HEAR_MAX = 2.0;
-inline int SAY_COACH_CNT_MAX = 128;   ///< messages a match
+inline int SAY_COACH_CNT_MAX = 128;   ///< messages per match
 inline int SAY_COACH_MSG_SIZE = 128;  ///< characters
 inline int SAY_MSG_SIZE = 512;        ///< characters
 inline double AUDIO_CUT_DIST = 50.0;
@@ -66,7 +66,7 @@ inline double PENALTY_MAX_GOALIE_DIST_X = 4.0;
 
 // Ball and kicking
 inline double BACCEL_MAX = 2.7;   ///< metres per cycle
-inline double BALL_DECAY = 0.94;  ///< velocity factor a cycle
+inline double BALL_DECAY = 0.94;  ///< velocity factor per cycle
 inline double BALL_RAND = 0.05;
 inline double BALL_SIZE = 0.085;     ///< radius, metres
 inline double BALL_SPEED_MAX = 2.7;  ///< metres per cycle
@@ -84,7 +84,7 @@ inline double EFFORT_INC_THR = 0.6;
 inline double EFFORT_MIN = 0.6;
 inline double INERTIA_MOMENT = 5.0;
 inline double PLAYER_ACCEL_MAX = 1.0;
-inline double PLAYER_DECAY = 0.4;  ///< velocity factor a cycle
+inline double PLAYER_DECAY = 0.4;  ///< velocity factor per cycle
 inline double PLAYER_RAND = 0.1;
 inline double PLAYER_SIZE = 0.3;       ///< radius, metres
 inline double PLAYER_SPEED_MAX = 1.0;  ///< metres per cycle
@@ -132,7 +132,8 @@ inline double WIND_DIR = 0.0;  ///< degrees
 inline double WIND_FORCE = 0.0;
 inline double WIND_RAND = 0.0;
 
-/// How heterogeneous player types are drawn, and how many; all zero until the server tells.
+/// How many heterogeneous player types there are, and the ranges from which the server draws their
+/// values; all zero until the server sends them.
 struct PlayerParams {
   int player_types = 0;
   int subs_max = 0;

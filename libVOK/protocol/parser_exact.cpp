@@ -32,14 +32,15 @@ namespace {
 
 constexpr std::size_t MAX_NAME = 512;
 
-/// Position, velocity, body and neck angle in degrees; then the arm's, and the tackle flag.
+/// Position, velocity, body and neck angle in `value`; then the arm's angle and the tackle flag.
+/// All angles are in degrees.
 struct ObjectNumbers {
   std::array<double, 6> value{0, 0, 0, 0, NO_ANGLE, NO_ANGLE};
   double pointto = NO_ANGLE;
   bool tackle = false;
 };
 
-/// Reads as many as there are; false when one of them is not finite.
+/// Reads as many numbers as there are; false when one of them is not finite.
 bool readNumbers(Scanner at, ObjectNumbers& numbers) {
   std::size_t read = 0;
   while (read < numbers.value.size() && at.real(numbers.value[read])) ++read;
@@ -95,7 +96,7 @@ bool Parser::parseObject(const GlobalObject& object, std::size_t& players, std::
     return false;
   }
 
-  // The initial of a name comes in either case: a capital is lowered in a copy.
+  // The initial of a name comes in either case. A capital becomes a small letter in a copy.
   std::string_view name = object.name.substr(0, MAX_NAME);
   std::array<char, MAX_NAME> room;
   if (isLetter(name.front()) && !isLower(name.front())) {

@@ -23,17 +23,17 @@ bool isName(char c) {
   return isFreeform(c) || c == '"';
 }
 
-/// A quoted text, its closing quote not asked for.
+/// Reads a quoted text; the closing quote may be missing.
 bool readQuoted(Scanner at, std::string_view& text) {
   return at.pattern(" \"") && at.run(isSpeech, text);
 }
 
-/// A speaker's name in parentheses, blanks within them skipped, and the text behind.
+/// Reads a speaker's name in parentheses, without the blanks before it, and the text behind.
 bool readNamedVoice(Scanner at, std::string_view& name, std::string_view& text) {
   return at.pattern("( ") && at.until(')', name) && at.pattern(") ") && readQuoted(at, text);
 }
 
-/// The same with a name of few characters, which may be blank.
+/// Reads the same where the name consists of the characters of a name only, perhaps of blanks.
 bool readBlankVoice(Scanner at, std::string_view& name, std::string_view& text) {
   return at.literal('(') && at.run(isName, name) && at.pattern(") ") && readQuoted(at, text);
 }
@@ -84,7 +84,7 @@ bool Parser::parseHear() {
   return parseVoice();
 }
 
-/// A call: most name a play mode, and goals the score of their side.
+/// Reads a call. Most calls name a play mode; a goal has the score of its side behind the name.
 bool Parser::parseReferee(std::string_view text) {
   data_->sender = SENDER_REFEREE;
   std::string_view words;
@@ -108,7 +108,8 @@ bool Parser::parseReferee(std::string_view text) {
          goal.integer(data_->score);
 }
 
-/// A player's voice: what is known of the speaker depends on the distance and on who hears it.
+/// Reads a player's voice. What it tells of the speaker depends on the distance and on the
+/// listener.
 bool Parser::parseVoice() {
   std::string_view name;
   std::string_view text;
@@ -163,7 +164,7 @@ bool Parser::parseVoice() {
   return true;
 }
 
-/// An online coach's words. The coach language is kept as text.
+/// Reads an online coach's words; those in coach language are kept as text.
 bool Parser::parseCoachMsg(std::string_view message) {
   data_->coachMsgType = CMT_NONE;
   Scanner at(message);

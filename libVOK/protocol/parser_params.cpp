@@ -1,4 +1,9 @@
-// The parameter messages: tables of which items go where, and their reading.
+// The parameter messages: the tables that say where each item goes, and the reading by these
+// tables.
+//
+// A message has more than 160 items, and each could match any row, as if every format were tried in
+// turn. An index by key finds the row at once, with the same result: only rows of text values can
+// take an item with another key, so these are tried when the key fails.
 #include <algorithm>
 #include <array>
 #include <iostream>
@@ -217,7 +222,7 @@ const std::vector<Token> Parser::playerParamTokens = {
 
 namespace {
 
-/// What the conversion of a format has read; which member by the conversion.
+/// What a format has read, in the member that belongs to its conversion.
 struct Value {
   double real = 0;
   int integer = 0;
@@ -233,7 +238,7 @@ bool convert(char conversion, Scanner& at, Value& value) {
   return conversion == '[' && at.until(')', value.text);
 }
 
-/// How far a format came.
+/// What was read of an item, and how much of the text.
 struct Reading {
   Value value;
   bool converted = false;
@@ -325,8 +330,7 @@ int Parser::readToken(const Format& format, const Token& token) {
   return 0;
 }
 
-/// As many items as the table has rows, each by the row that takes it, as if all were tried in
-/// order.
+/// Reads as many items as the table has rows, each by the first row that takes it.
 bool Parser::readItems(std::string_view text, std::string_view head, const TokenIndex& index) {
   if (!text.starts_with(head)) return false;
   msg_ = text.substr(head.size(), text.find('\0') - head.size());
@@ -336,7 +340,7 @@ bool Parser::readItems(std::string_view text, std::string_view head, const Token
   auto row = index.byKey.begin();
   for (std::size_t items = 0; items < index.byKey.size(); ++items) {
     const std::size_t before = msg_.size();
-    // Servers send their items sorted by key: mostly it is the row behind the last one.
+    // Servers send their items sorted by key, so that the next row mostly fits.
     if (row == index.byKey.end() || !read(*row)) {
       row = index.find(Scanner(msg_));
       const bool byKey = row != index.byKey.end() && read(*row);

@@ -9,7 +9,7 @@
 namespace vok {
 namespace {
 
-/// Takes one "(...)" with all that is nested in it, blanks before it skipped; `inside` is the text
+/// Takes one "(...)" with everything nested in it and the blanks before it; `inside` is the text
 /// between its parentheses.
 bool takeItem(Scanner& at, std::string_view& inside) {
   Scanner ahead = at;
@@ -39,7 +39,7 @@ bool readAngle(Scanner& at, double& angle) {
   return true;
 }
 
-/// A number of commands: the cycle timing takes the differences of two, and counts on from one.
+/// Reads a number of commands. It is bounded because the cycle timing subtracts and increments it.
 bool readCount(Scanner& at, int& count) {
   constexpr int MAX_COUNT = 1'000'000'000;
   return at.integer(count) && count >= 0 && count <= MAX_COUNT;
@@ -64,7 +64,7 @@ bool readArm(Scanner& at, SensorData& body) {
          readCount(at, body.point_to_count);
 }
 
-/// "(target none)", or side and number of the player that is listened to.
+/// Reads "(target none)", or the side and number of the player that is listened to.
 bool readFocus(Scanner& at, SensorData& body, playing_side side) {
   char letter = '\0';
   body.attentionTo = 0;
@@ -100,7 +100,7 @@ constexpr auto COUNT_NAMES = std::to_array<CountName>({
     {"change_view", &SensorData::change_view_count},
 });
 
-/// One item by its name; those of newer servers are skipped.
+/// Reads one item by its name; unknown items, which newer servers send, are skipped.
 bool readBodyItem(std::string_view name, Scanner at, SensorData& body, playing_side side) {
   if (name == "view_mode") return readViewMode(at, body);
   if (name == "stamina") return at.real(body.stamina) && at.real(body.effort);
@@ -115,8 +115,9 @@ bool readBodyItem(std::string_view name, Scanner at, SensorData& body, playing_s
   return true;
 }
 
-/// Distance and direction, their changes, then body and face of a player; as many as were seen. One
-/// more is the direction of an arm, and "t" says that a player tackles.
+/// The numbers of a seen object: distance and direction, their changes, then a player's body and
+/// face direction, as many of these pairs as could be seen. An odd number at the end is the
+/// direction of an arm, and a "t" behind them tells that the player tackles.
 struct SeenNumbers {
   std::array<double, 7> value{};
   std::size_t count = 0;
@@ -154,13 +155,13 @@ bool isOutOfSight(std::string_view name) {
   return !name.empty() && std::string_view("BFGP").find(name.front()) != std::string_view::npos;
 }
 
-/// A landmark goes to the place of its kind; one with an unknown name nowhere.
+/// Stores a landmark at the index of its kind; one with an unknown name is dropped.
 template <typename Landmark, typename Landmarks>
 void store(const Landmark& landmark, int which, Landmarks& landmarks) {
   if (which >= 0) landmarks[static_cast<std::size_t>(which)] = landmark;
 }
 
-/// How many of a kind one view may hold, by `ObjectType`; more are malformed.
+/// How many objects of a kind a view may hold, by `ObjectType`; a view with more is malformed.
 struct Limit {
   std::size_t count;
   const char* name;

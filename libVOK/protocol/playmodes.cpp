@@ -7,17 +7,17 @@
 namespace vok {
 namespace {
 
-/// A referee's name and its mode. The name of one side's mode stands with the US value and the side
-/// to which the mode is its own; to the other side it is the THEM value behind that.
+/// A referee's name and its mode. A name that belongs to a side stands with the US value and with
+/// the side that takes it for its own mode; for the other side it is the THEM value, one higher.
 struct Name {
   std::string_view name;
   play_mode mode;
   playing_side ours = SIDE_UNKNOWN;
 };
 
-// In the order in which they are tried: a name matches by its beginning, so that "goal_kick_l" must
-// stand before "goal_l". Of several names of a mode the first is the one that clients send. A plain
-// foul is a free kick of the other side.
+// In the order in which they are tried; a name matches a call that begins with it. Of several names
+// of a mode the first is the one that a trainer sends. A plain foul is a free kick of the other
+// side.
 constexpr auto NAMES = std::to_array<Name>({
     {"before_kick_off", PLAY_MODE_BEFORE_KICK_OFF},
     {"time_over", PLAY_MODE_TIME_OVER},
@@ -71,7 +71,7 @@ constexpr auto NAMES = std::to_array<Name>({
     {"penalty_miss_r", PLAY_MODE_PENALTY_MISS_US, SIDE_RIGHT},
     {"penalty_score_l", PLAY_MODE_PENALTY_SCORE_US, SIDE_LEFT},
     {"penalty_score_r", PLAY_MODE_PENALTY_SCORE_US, SIDE_RIGHT},
-    // Of newer servers.
+    // These come from newer servers.
     {"indirect_free_kick_l", PLAY_MODE_FREE_KICK_US, SIDE_LEFT},
     {"indirect_free_kick_r", PLAY_MODE_FREE_KICK_US, SIDE_RIGHT},
     {"catch_fault_l", PLAY_MODE_FREEKICK_FAULT_US, SIDE_LEFT},
@@ -80,7 +80,7 @@ constexpr auto NAMES = std::to_array<Name>({
     {"illegal_defense_r", PLAY_MODE_FREEKICK_FAULT_US, SIDE_RIGHT},
 });
 
-// What a mode means to a client.
+// What a mode means to a client; the functions of these names say it in full.
 constexpr unsigned STOPPED = 1;
 constexpr unsigned SET_PLAY = 2;
 constexpr unsigned OWN_HALVES = 4;
