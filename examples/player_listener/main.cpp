@@ -14,7 +14,7 @@
 
 namespace {
 
-/// What the modules ask for when they are made. A team reads them, and its own keys, from a file:
+/// The keys that the library reads at the start. A team reads them, and its own, from a file:
 /// `Config::readFile("agent.conf")`.
 void configure() {
   // A listener needs no view: its cycle begins with the body sense.
@@ -27,7 +27,8 @@ std::string numberOr(int number, const char* unknown) {
   return number == -1 ? unknown : std::to_string(number);
 }
 
-/// Metres with the one decimal that travels. The frame is our own: our goal is at x = -52.5.
+/// Metres with one decimal, as they travel, in our own frame: our goal is on the left, at negative
+/// x.
 void printPosition(const vok::Vector2d& pos) {
   std::cout << std::setw(7) << pos.x << std::setw(7) << pos.y;
 }
@@ -43,7 +44,7 @@ void printNews(const vok::Worldmodel& world, unsigned sayTime, int kicker) {
   for (int n = 1; n <= 11; ++n) {
     std::cout << std::setw(4) << n << "  ";
     if (n == world.my.number) {
-      // Of itself the model keeps what the player's own senses tell.
+      // A player knows its own position better than the coach's message tells it.
       std::cout << std::setw(14) << "myself";
     } else {
       printPosition(world.ourTeam[n].pos);
@@ -54,12 +55,12 @@ void printNews(const vok::Worldmodel& world, unsigned sayTime, int kicker) {
   std::cout << std::flush;
 }
 
-/// Takes in what was said since the last time. What the model does not take was no coach's message
-/// or came too late.
+/// Takes over what was said since the last call. The world refuses what is not a coach's message or
+/// came too late.
 void listen(vok::Comm& comm, vok::Worldmodel& world) {
   vok::AudioMsg message;
   while (comm.getNextMsg(message)) {
-    // First the value: the world reads on in the message, and its checksum covers how far.
+    // Read before the world does: its reading moves the position that the checksum covers.
     const auto news = vok::CoachMessage::read(message);
     if (!world.feedbackAudio(message) || !news) continue;
     printNews(world, message.getServerTime(), news->kicker);
@@ -79,8 +80,8 @@ const char* play(vok::Comm& comm) {
     const bool newCycle = vok::takeCycle(comm, world);
     listen(comm, world);
     if (newCycle) {
-      // Here a player thinks, and sends one command of its body: comm.sendDash(60). It is then
-      // noted that nothing more is wanted in this cycle; a listener wants nothing in any.
+      // Here a player decides and sends one command for its body, such as comm.sendDash(60), which
+      // clears this flag. A listener sends none and clears it itself.
       comm.async->actionNeeded = false;
       vok::endCycle(comm);
     }
@@ -102,7 +103,8 @@ int main(int argc, char** argv) {
 
   configure();
   vok::stopOnSignals();
-  // A first connection, no remote control, coach language 7 to 8. The last is for trainers.
+  // Connects for the first time, without remote control, with the coach language from 7 to 8. The
+  // side matters to trainers only.
   vok::Comm comm(team, vok::CLIENT_FIELDPLAYER, host, port, 0, false, 7, 8, vok::SIDE_LEFT);
   if (!comm.isServerAlive() || comm.connect() != vok::COMM_OK) {
     std::cout << "player_listener: not let in" << std::endl;
