@@ -1,5 +1,16 @@
 // What every client has of the cycle timing; the players' timer and command accounting are in
 // asyncinfo_players.cpp.
+//
+// A cycle has begun (`nextTimestep`) from the first message of a later time, or a view or call in a
+// standstill, until the loop takes it, for which a coach in synchronous mode also needs `thinking`.
+// Beside that runs the state `globalView`: it is AWAITED behind every answer, and a view makes it
+// CAME, or IDLE when the view opened no cycle; a cycle that begins later turns IDLE into CAME.
+// IDLE together with "(think)" is a standstill that the play mode does not show: `answerDue`, an
+// answer without a cycle. When "(think)" has overtaken the message that begins the cycle, the view
+// may have been overtaken, too, and the state is OVERTAKEN: then the next view of the same time
+// belongs to the answered cycle and only leads back to AWAITED, while a later time begins a cycle
+// of its own. A view that is lost behind a "(think)" in its place leaves the state AWAITED, so that
+// the next view counts.
 #include "asyncinfo.h"
 
 #include <csignal>
@@ -66,6 +77,10 @@ bool AsyncCommInfo::adjust(const SensorData& data) {
       break;
     case SENSOR_TYPE_SENSE_BODY:
       neckTwisted = false;
+      if (data.my_view_width != VIEW_WIDTH_NONE) {
+        curVisAngle = data.my_view_width;
+        curVisQual = data.my_view_quality;
+      }
       if (isStopped(playMode) && !noSenseBodyYet) newTimestep();
       accounted = noSenseBodyYet;
       if (accounted) {
@@ -104,15 +119,14 @@ bool AsyncCommInfo::adjustTime(const SensorData& data) {
 }
 
 void AsyncCommInfo::noteGlobalView(bool laterTime) {
-  // The view of a cycle that is already answered is no cause for another answer.
-  const bool late = lateView && !laterTime;
-  lateView = false;
-  if (!late) viewCame = true;
-  if (isStopped(playMode)) {
-    newTimestep();
-  } else if (!laterTime && !late) {
-    idleView = true;
+  if (laterTime || isStopped(playMode)) {
+    globalView = GlobalView::CAME;
+  } else if (globalView == GlobalView::OVERTAKEN) {
+    globalView = GlobalView::AWAITED;
+  } else {
+    globalView = GlobalView::IDLE;
   }
+  if (isStopped(playMode)) newTimestep();
 }
 
 void AsyncCommInfo::hearReferee(const SensorData& data) {
@@ -132,7 +146,8 @@ void AsyncCommInfo::newTimestep() {
   abortWaitForSee = false;
   if (!isCoach() && !SYNCH_MODE) startTimer();
   nextTimestep = true;
-  idleView = false;
+  const bool viewCame = globalView == GlobalView::CAME || globalView == GlobalView::IDLE;
+  globalView = viewCame ? GlobalView::CAME : thinking ? GlobalView::OVERTAKEN : GlobalView::AWAITED;
   seeMsgCntIndex = (seeMsgCntIndex + 1) % static_cast<int>(seeMsgCnt.size());
   seeTime[static_cast<std::size_t>(seeMsgCntIndex)] = 0;
   seeMsgCnt[static_cast<std::size_t>(seeMsgCntIndex)] = 0;
@@ -157,21 +172,18 @@ bool AsyncCommInfo::takeAct() {
   if (!act) return false;
   nextTimestep = false;
   thinking = false;
-  idleView = false;
-  lateView = !viewCame;
-  viewCame = false;
+  if (globalView != GlobalView::OVERTAKEN) globalView = GlobalView::AWAITED;
   updateAct();
   return true;
 }
 
 bool AsyncCommInfo::answerDue() const {
-  return SYNCH_MODE && isCoach() && thinking && idleView && !nextTimestep;
+  return SYNCH_MODE && isCoach() && thinking && globalView == GlobalView::IDLE && !nextTimestep;
 }
 
 void AsyncCommInfo::takeAnswer() {
   thinking = false;
-  idleView = false;
-  viewCame = false;
+  globalView = GlobalView::AWAITED;
 }
 
 void AsyncCommInfo::setStates(int newNumber, long time, play_mode mode, playing_side newSide,

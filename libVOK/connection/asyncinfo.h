@@ -24,6 +24,7 @@ struct CycleAction {
 ///
 /// For a coach a cycle begins with the first message of a later server time, or with a global view
 /// or referee message while the clock stands still; in synchronous mode it also takes "(think)".
+/// asyncinfo.cpp opens with the states that lead there.
 class AsyncCommInfo {
  public:
   AsyncCommInfo(const char* teamName, client_type clientType);
@@ -43,7 +44,7 @@ class AsyncCommInfo {
   /// In synchronous mode, true when "(think)" and a global view that opened no cycle have both
   /// come: the clock stands still in a way that the play modes do not tell, and the server waits.
   bool answerDue() const;
-  /// Takes that state.
+  /// To be called when the server gets that answer.
   void takeAnswer();
 
   /// The values known from the check-in.
@@ -83,7 +84,7 @@ class AsyncCommInfo {
   int number = -1;
   client_type client;
   bool neckTwisted = false;
-  bool thinking = false;
+  bool thinking = false;  ///< "(think)" has come and is not yet answered
   long serverTime = 0;
   play_mode playMode = PLAY_MODE_UNKNOWN;
   playing_side side = SIDE_UNKNOWN;
@@ -121,10 +122,17 @@ class AsyncCommInfo {
   bool actionNeeded = true;
   bool nextTimestep = false;  ///< a cycle has begun and is not yet taken
   bool waitForSee = false;
-  bool act = false;          ///< run the cycle now
-  bool idleView = false;     ///< a global view came that opened no cycle
-  bool viewCame = false;     ///< a global view came since the last answer
-  bool lateView = false;     ///< the cycle was taken before its global view came
+  bool act = false;  ///< run the cycle now
+
+  /// Where the global view of the present cycle is, for a coach.
+  enum class GlobalView {
+    AWAITED,   ///< none has come since the last answer
+    CAME,      ///< it came, and its cycle has begun
+    IDLE,      ///< one came that opened no cycle
+    OVERTAKEN  ///< the cycle began behind its "(think)" and without its view
+  };
+  GlobalView globalView = GlobalView::AWAITED;
+
   timeval startTime{};       ///< wall clock at construction
   timeval cycleStartTime{};  ///< since `startTime`'s second
   long recvTime = 0;         ///< arrival of the latest datagram, ms since `startTime`'s second

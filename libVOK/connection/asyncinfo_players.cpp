@@ -144,15 +144,19 @@ void AsyncCommInfo::sendAction(CycleCommand command, double p1, double p2) {
   updateAct();
 }
 
+// The command that was missing at the last body sense may have been executed since then. What is
+// missing now was sent in the cycle that ended, and so is the latest that was sent.
 void AsyncCommInfo::checkSyncCommandCount(const SensorData& data) {
+  const CycleCommand late = lostAction.command;
   clearAction(serverTime, lostAction);
   int unexpected = 0;
   for (const BodyCommand& kind : BODY_COMMANDS) {
-    const int missing = this->*kind.sent - data.*kind.executed;
+    int missing = this->*kind.sent - data.*kind.executed;
     this->*kind.sent = data.*kind.executed;
+    if (missing < 0 && kind.command == late) ++missing;
     if (missing > 0) {
       report() << "missing " << missing << " " << kind.name << " command(s)!\n";
-      if (processedAction.command == kind.command) lostAction = processedAction;
+      if (sentAction.command == kind.command) lostAction = sentAction;
     } else if (missing < 0) {
       report() << "Server executed command (" << kind.name << ") I didn't send!\n";
       ++unexpected;

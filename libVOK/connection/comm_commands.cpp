@@ -74,9 +74,11 @@ void Comm::sendRecover() {
 }
 void Comm::sendPointToOff() {
   sendText("(pointto off)");
+  ++async->pointToCount;
 }
 void Comm::sendAttentionToOff() {
   sendText("(attentionto off)");
+  ++async->attentionToCount;
 }
 
 void Comm::sendChangePlayer(int number, int type) {

@@ -12,13 +12,24 @@ constexpr int next(int index) {
   return (index + 1) % SensorDataStore::SIZE;
 }
 
-// As many types as a server can announce; with that the memory stays bounded whatever comes.
+// As many types as a server can announce. The bound keeps the memory flat whatever comes.
 constexpr std::size_t MAX_SET_ASIDE = 1000;
 
 }  // namespace
 
+SensorData TypeChange::record() const {
+  SensorData data;
+  data.type = SENSOR_TYPE_PLAYER_CHANGED;
+  data.number = number;
+  data.ourTeamChanged = ourTeamChanged;
+  data.heteroType = heteroType;
+  data.announcedType = announcedType;
+  return data;
+}
+
 SensorDataStore::SensorDataStore() {
   droppedTypes_.reserve(MAX_SET_ASIDE);
+  droppedChanges_.reserve(MAX_SET_ASIDE);
 }
 
 void SensorDataStore::put(const SensorData& data) {
@@ -43,6 +54,9 @@ void SensorDataStore::advanceWrite() {
   if (writeIndex != readIndex) return;
   const SensorData& oldest = store_[static_cast<std::size_t>(readIndex)];
   if (oldest.type == SENSOR_TYPE_PLAYER_TYPE) setTypeAside(oldest.playerType);
+  if (oldest.type == SENSOR_TYPE_PLAYER_CHANGED && droppedChanges_.size() < MAX_SET_ASIDE) {
+    droppedChanges_.emplace_back(oldest);
+  }
   readIndex = next(writeIndex);
   std::cerr << "DataStore: more than " << SIZE << " unprocessed SensorDatas, dumping oldest one.\n";
 }
@@ -56,6 +70,11 @@ void SensorDataStore::setTypeAside(const PlayerType& type) {
   } else if (droppedTypes_.size() < MAX_SET_ASIDE) {
     droppedTypes_.push_back(type);
   }
+}
+
+void SensorDataStore::clearSetAside() {
+  droppedTypes_.clear();
+  droppedChanges_.clear();
 }
 
 bool SensorDataStore::getNext(SensorData& out) {

@@ -8,9 +8,25 @@
 
 namespace vok {
 
+/// What the server tells of a change of a player's type, see `SensorData`.
+struct TypeChange {
+  explicit TypeChange(const SensorData& data)
+      : number(data.number),
+        ourTeamChanged(data.ourTeamChanged),
+        heteroType(data.heteroType),
+        announcedType(data.announcedType) {}
+  SensorData record() const;
+
+  int number;
+  bool ourTeamChanged;
+  int heteroType;
+  int announcedType;
+};
+
 /// A ring of 20 whole records that holds 19; a record too many drops the oldest one. Player types
-/// among the dropped are set aside: after a check-in more announcements come than the ring holds,
-/// and none of them may be lost.
+/// and changes of types among the dropped are set aside, since none of them may be lost: after a
+/// check-in more announcements come than the ring holds, and while the clock stands still in a foul
+/// the views alone fill it.
 class SensorDataStore {
  public:
   static constexpr int SIZE = 20;
@@ -33,7 +49,9 @@ class SensorDataStore {
 
   /// Player types that the ring had to drop, in the order of their arrival.
   const std::vector<PlayerType>& setAside() const { return droppedTypes_; }
-  void clearSetAside() { droppedTypes_.clear(); }
+  /// Changes of types that it had to drop, in the order of their arrival.
+  const std::vector<TypeChange>& changesSetAside() const { return droppedChanges_; }
+  void clearSetAside();
 
  private:
   void advanceWrite();
@@ -43,6 +61,7 @@ class SensorDataStore {
   int readIndex = 0;
   int writeIndex = 0;
   std::vector<PlayerType> droppedTypes_;
+  std::vector<TypeChange> droppedChanges_;
 };
 
 }  // namespace vok

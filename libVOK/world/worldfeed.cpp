@@ -29,11 +29,12 @@ void Worldmodel::knowMyself(const Comm& connection) {
 Worldmodel& Worldmodel::adjust() {
   if (comm == nullptr) return *this;
 
-  // These were announced before whatever is still queued.
+  const ServerState state = serverStateOf(*comm);
+  // These came before whatever is still queued, and a change may be to one of the types.
   for (const PlayerType& announced : comm->store->setAside()) takePlayerType(announced);
+  for (const TypeChange& change : comm->store->changesSetAside()) adjust(change.record(), state);
   comm->store->clearSetAside();
 
-  const ServerState state = serverStateOf(*comm);
   while (const SensorData* data = comm->store->takeNext()) adjust(*data, state);
   return *this;
 }

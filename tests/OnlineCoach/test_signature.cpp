@@ -212,6 +212,7 @@ void sendCommand(Comm& comm, const std::string& text) {
   if (std::sscanf(text.c_str(), "(move %lf %lf)", &a, &b) == 2) comm.sendMove(a, b);
   if (std::sscanf(text.c_str(), "(pointto %lf %lf)", &a, &b) == 2)
     comm.sendPointTo(a, toRadians(b));
+  if (text == "(pointto off)") comm.sendPointToOff();
   if (text == "(done)") comm.sendDone();
 }
 

@@ -148,8 +148,10 @@ TEST_F(Connection, CommandsAreWrittenAsTheServerReadsThem) {
   const CycleAction& last = async.sentAction;
   EXPECT_EQ(std::tuple(last.command, last.param1, last.param2),
             std::tuple(KICK_COMMAND, 80, RIGHT));
-  EXPECT_EQ(std::tuple(async.dashCount, async.tackleCount, async.pointToCount, async.viewModeTime),
-            std::tuple(1, 1, 1, 0));
+  EXPECT_EQ(std::tuple(async.dashCount, async.tackleCount, async.pointToCount,
+                       async.attentionToCount, async.viewModeTime),
+            std::tuple(1, 1, 2, 2, 0))
+      << "switching off counts as well";
 }
 
 TEST_F(Connection, CommandsThatTheServerWouldRefuseAreCutOrDroppedWithAReport) {
