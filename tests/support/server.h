@@ -90,16 +90,10 @@ class StderrCapture : Unique {
   }
 };
 
-/// The datagrams of a length that a process cannot send; none of length 0.
-struct FailingSend {
-  unsigned length = 0;
-  int error = 0;  ///< what the system says to it
-};
-
 /// The real coach program, or a program that starts it, as a child process.
 class CoachProcess : Unique {
  public:
-  explicit CoachProcess(const Lines& arguments, FailingSend failing = {},
+  explicit CoachProcess(const Lines& arguments,
                         const std::string& program = VOK_BIN_DIR "/onlinecoach");
   ~CoachProcess();
 
