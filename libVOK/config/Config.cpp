@@ -109,7 +109,10 @@ bool Config::readFile(const char* fileName) {
   std::array<char, PIECE_SIZE> line{};
   for (int lineNumber = 1; std::fgets(line.data(), line.size(), file.get()) != nullptr;
        ++lineNumber) {
-    if (lineNumber > MAX_LINES) return false;
+    if (lineNumber > MAX_LINES) {
+      std::cerr << "error parsing config file: more than " << MAX_LINES << " lines\n";
+      return false;
+    }
     if (observer != nullptr) observer->lineRead(line.data());
     // A NUL byte in the file ends its line here, so that the text may even be empty.
     const std::size_t length = std::strlen(line.data());

@@ -43,8 +43,8 @@ class Config {
   static constexpr int MAX_LINES = 100'000;        ///< bounds a file that never ends, as a device
 
   /// Reads a file into the process-wide store; a later definition of a key replaces an earlier
-  /// one. False when the file cannot be opened or read, or does not end within `MAX_LINES`; a line
-  /// in error is reported and skipped.
+  /// one. False when the file cannot be opened or read, or, with a line that says so, when it does
+  /// not end within `MAX_LINES`. A line in error is reported and skipped.
   static bool readFile(const char* fileName);
 
   /// The text of a key, or null after a warning line. Valid until the key is set again.

@@ -51,7 +51,7 @@ TEST(CommandLine, ServersThatCannotBeAreReported) {
 TEST(CommandLine, NoFileKeepsTheCoachForEver) {
   CoachProcess endless({"-f", "/dev/zero"});
   EXPECT_EQ(endless.wait(), 255);
-  EXPECT_EQ(endless.reports(), Lines{"PANIC: Could not read config file: /dev/zero"});
+  EXPECT_EQ(endless.reports()[0], "error parsing config file: more than 100000 lines");
 
   const std::string pipe = testing::TempDir() + "vok-pipe-" + std::to_string(getpid());
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);

@@ -97,7 +97,10 @@ int main(int argc, char** argv) {
       if (readable) findings = check(file, keys);
     }
   }
-  if (!readable) return fail(options.file + ": cannot be read");
+  if (!readable) {
+    return fail(options.file + ": cannot be read, or has more than " +
+                std::to_string(Config::MAX_LINES) + " lines");
+  }
   if (options.keys) {
     print(keys);
   } else {
