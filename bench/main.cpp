@@ -33,15 +33,15 @@ constexpr auto AT_MOST = Goal::AT_MOST;
 constexpr auto AT_LEAST = Goal::AT_LEAST;
 
 constexpr auto ROWS = std::to_array<Row>({
-    {"see_global, left / floor", "view/left", "view_floor/left", AT_MOST, 1.7},
-    {"see_global, right / floor", "view/right", "view_floor/right", AT_MOST, 1.7},
-    {"see_global, tackles / floor", "view/tackles", "view_floor/tackles", AT_MOST, 1.7},
-    {"see_global, largest / floor", "view/largest", "view_floor/largest", AT_MOST, 1.7},
+    {"see_global, left / reference", "view/left", "view_reference/left", AT_MOST, 1.7},
+    {"see_global, right / reference", "view/right", "view_reference/right", AT_MOST, 1.7},
+    {"see_global, tackles / reference", "view/tackles", "view_reference/tackles", AT_MOST, 1.7},
+    {"see_global, largest / reference", "view/largest", "view_reference/largest", AT_MOST, 1.7},
     {"plain way / see_global, left", "view_plain/left", "view/left", AT_LEAST, 10},
     {"plain way / see_global, right", "view_plain/right", "view/right", AT_LEAST, 10},
     {"plain way / see_global, tackles", "view_plain/tackles", "view/tackles", AT_LEAST, 10},
     {"plain way / see_global, largest", "view_plain/largest", "view/largest", AT_LEAST, 10},
-    {"empty record / floor", "record", "view_floor/left"},
+    {"empty record / reference", "record", "view_reference/left"},
     {"plain way / server_param", "server_param_plain", "server_param", AT_LEAST, 100},
     {"cycle, play-on / parse", "cycle/types_18", "parse", AT_MOST, 3},
     {"cycle, free kick, message / parse", "cycle/free_kick", "parse", AT_MOST, 3},
@@ -164,11 +164,13 @@ int printTable(const Collector& collected, const char* jsonPath) {
     separator = ",";
   }
   json << "\n]\n";
-  if (const auto floor = collected.figures.find("view_floor/left");
-      floor != collected.figures.end()) {
-    const auto [least, most] = std::minmax_element(floor->second.begin(), floor->second.end());
-    std::printf("\n%zu repetitions; between them the same floor took %.2f to %.2f microseconds.\n",
-                repetitions, *least * 1e6, *most * 1e6);
+  if (const auto reference = collected.figures.find("view_reference/left");
+      reference != collected.figures.end()) {
+    const auto [least, most] =
+        std::minmax_element(reference->second.begin(), reference->second.end());
+    std::printf(
+        "\n%zu repetitions; between them the same reference took %.2f to %.2f microseconds.\n",
+        repetitions, *least * 1e6, *most * 1e6);
   }
   return missing;
 }

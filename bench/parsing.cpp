@@ -37,10 +37,10 @@ void parseViewPlainly(benchmark::State& state, const std::string& text, playing_
   }
 }
 
-void floorOfView(benchmark::State& state, const std::string& text) {
-  const Floor floor(text);
-  if (floor.numbers() < 130) return state.SkipWithError("numbers are missing");
-  for (auto _ : state) benchmark::DoNotOptimize(floor.run());
+void referenceOfView(benchmark::State& state, const std::string& text) {
+  const Reference reference(text);
+  if (reference.numbers() < 130) return state.SkipWithError("numbers are missing");
+  for (auto _ : state) benchmark::DoNotOptimize(reference.run());
 }
 
 void makeRecord(benchmark::State& state) {
@@ -71,7 +71,7 @@ void addParsing() {
     const playing_side side = name == "right" ? SIDE_RIGHT : SIDE_LEFT;
     benchmark::RegisterBenchmark(("view/" + name).c_str(), parseView, text, side);
     benchmark::RegisterBenchmark(("view_plain/" + name).c_str(), parseViewPlainly, text, side);
-    benchmark::RegisterBenchmark(("view_floor/" + name).c_str(), floorOfView, text);
+    benchmark::RegisterBenchmark(("view_reference/" + name).c_str(), referenceOfView, text);
   }
   benchmark::RegisterBenchmark("record", makeRecord);
   benchmark::RegisterBenchmark("server_param", parseParameters);

@@ -8,7 +8,7 @@
 
 namespace vok::bench {
 
-Floor::Floor(std::string_view datagram) : text_(datagram) {
+Reference::Reference(std::string_view datagram) : text_(datagram) {
   std::string_view before;
   for (std::size_t at = 0; at < text_.size();) {
     const std::size_t end = std::min(text_.find_first_of(" ()", at), text_.size());
@@ -25,7 +25,7 @@ Floor::Floor(std::string_view datagram) : text_(datagram) {
   }
 }
 
-double Floor::run() const {
+double Reference::run() const {
   double sum = 0;
   for (const std::string_view word : integers_) {
     int value = 0;

@@ -9,11 +9,11 @@
 
 namespace vok::bench {
 
-/// The floor: converts exactly the numbers of a datagram, whose places are known beforehand, and
-/// looks at each of its bytes once.
-class Floor {
+/// The least work: converts exactly the numbers of a datagram, whose places are known beforehand,
+/// and looks at each of its bytes once.
+class Reference {
  public:
-  explicit Floor(std::string_view datagram);
+  explicit Reference(std::string_view datagram);
   double run() const;
   std::size_t numbers() const { return integers_.size() + reals_.size(); }
 
