@@ -1,4 +1,4 @@
-// A queue of fixed room, first in, first out, that never allocates.
+// A queue of fixed capacity, first in, first out, that never allocates.
 #pragma once
 
 #include <array>
