@@ -68,7 +68,7 @@ class Parser {
   static void parseFlag(std::string_view name, SensorFlag& flag);
   static void parseLine(std::string_view name, SensorLine& line);
 
-  /// The rows of the parameter messages in the order in which they are tried, then an empty row.
+  /// The rows of the parameter messages, one for each key in any order, then an empty row.
   static const std::vector<Token> serverParamTokens;
   static const std::vector<Token> playerParamTokens;
 

@@ -15,8 +15,11 @@
 
 namespace vok {
 
-// In the order in which the rows are tried, closed by an empty row. Rows without a target skip
-// items that the library has no use for.
+// One row for each key, closed by an empty row. The index sorts the rows, so a new one may stand
+// anywhere before the empty row. A value is an int (%d), a double (%lf), a bool (%hd, a number that
+// is not 0) or a text. Rows without a target skip items that the library has no use for. To use
+// such an item, give its row a target and remove the * from its format: a second row of the same
+// key would not be read.
 const std::vector<Token> Parser::serverParamTokens = {
     {" (catch_ban_cycle %d)%n", &CATCH_BAN_CYCLES, DT_INT},
     {" (clang_advice_win %d)%n", &CLANG_ADVICE_WIN, DT_INT},

@@ -80,12 +80,12 @@ constexpr auto NAMES = std::to_array<Name>({
     {"illegal_defense_r", PLAY_MODE_FREEKICK_FAULT_US, SIDE_RIGHT},
 });
 
-// What a mode means to a client; the functions of these names say it in full.
-constexpr unsigned STOPPED = 1;
-constexpr unsigned SET_PLAY = 2;
-constexpr unsigned OWN_HALVES = 4;
-constexpr unsigned PLACING = 8;
-constexpr unsigned TRAINER = 16;
+// What a mode means to a client; the comments of the functions say it in full.
+constexpr unsigned STOPPED = 1;     // isStopped: the clock is known to stand
+constexpr unsigned SET_PLAY = 2;    // isSetPlay: somebody is to take a kick
+constexpr unsigned OWN_HALVES = 4;  // isInOwnHalves: both teams have to be in their own halves
+constexpr unsigned PLACING = 8;     // allowsPlacing: players can place themselves
+constexpr unsigned TRAINER = 16;    // isTrainerMode: a trainer can set the mode
 
 struct Meaning {
   play_mode mode;

@@ -20,8 +20,8 @@ std::string_view playmodeName(play_mode mode, playing_side side);
 /// modes of neither.
 team_number playmodeTeam(play_mode mode);
 
-/// The server's clock is known to stand still. It also stands in some other modes, fouls among
-/// them; a client notices that when views of the same time go on.
+/// The server's clock is known to stand in this mode. It also stands in some other modes, fouls
+/// among them; a client notices that when further views of the same time arrive.
 bool isStopped(play_mode mode);
 
 /// Kick-off, kick-in, free kick, corner kick and goal kick of either team.

@@ -18,8 +18,8 @@ constexpr int SHORTEST_SET_PLAY = 10;
 constexpr int LONGEST_PATIENCE = 40;
 constexpr double OFFSIDE_ACTIVE_AREA = 2.5;
 
-// This is the server's truth about its clock. It differs from isStopped(), which is what a client
-// can rely on: the clock stands at a foul, too.
+// This is the server's truth about its clock. It differs from isStopped(), the modes in which the
+// clock is known to stand to a client: it stands at a foul, too.
 struct ModeFacts {
   play_mode heard;  ///< as a client of the mode's side understands the call
   int standstill;   ///< cycles until the clock runs again; 0 when it does not stop
