@@ -32,6 +32,8 @@ FLOORS = (
                   'tools/typecheck': (274, 399), 'examples/player_listener': (411, 548),
                   'tools/saydecode': (560, 685), 'tools/practicematch': (697, 822)}),
 )
+# A box of a folder's own files, without those of its subfolders, which have boxes of their own.
+LABELS = {'libVOK': 'libVOK/*.cpp'}
 MARGIN, FLOOR_HEIGHT, BOX_HEIGHT = 118, 64, 40
 FLOOR_OF = {folder: floor for floor, (_, folders) in enumerate(FLOORS) for folder in folders}
 EDGES_OF = {folder: edges for _, folders in FLOORS for folder, edges in folders.items()}
@@ -150,6 +152,7 @@ def arrow(lanes, bus, folder, to):
 
 def label(folder, middle, top, width):
     """The folder's path, in two lines where one would be too long."""
+    folder = LABELS.get(folder, folder)
     fits = len(folder) * 9 < width
     lines = [folder] if fits else [folder[:folder.index('/') + 1], folder[folder.index('/') + 1:]]
     first = top + BOX_HEIGHT / 2 + 5 - 8 * (len(lines) - 1)
