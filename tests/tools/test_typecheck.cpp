@@ -5,7 +5,6 @@
 #include <fstream>
 #include <sstream>
 
-#include "Config.h"
 #include "check.h"
 #include "support/server.h"
 
@@ -15,13 +14,11 @@ namespace {
 class TypeCheck : public testing::Test {
  protected:
   TypeCheck() {
-    std::ifstream file(VOK_SOURCE_DIR "/tests/data/types_left.txt");
-    std::ifstream types(VOK_SOURCE_DIR "/tests/data/types_left.truth.tsv");
-    EXPECT_TRUE(capture.read(file, error) && truth.read(types, error)) << error;
+    EXPECT_TRUE(tools::readFile(VOK_SOURCE_DIR "/tests/data/types_left.txt", capture, error));
+    EXPECT_TRUE(tools::readFile(VOK_SOURCE_DIR "/tests/data/types_left.truth.tsv", truth, error));
   }
-
-  void follow(bool fromDecay) {
-    ASSERT_TRUE(check(capture, truth, "Alpha", SIDE_LEFT, fromDecay, findings, error)) << error;
+  bool follow(bool fromDecay = true, const char* team = "Alpha", playing_side side = SIDE_LEFT) {
+    return check(capture, truth, team, side, fromDecay, findings, error);
   }
 
   test::StderrCapture errors;
@@ -32,40 +29,36 @@ class TypeCheck : public testing::Test {
 };
 
 TEST_F(TypeCheck, AllOpponentsAreKnownSoonAndNoVerdictIsEverWrong) {
-  follow(true);
+  ASSERT_TRUE(follow());
   for (int n = 1; n <= 11; ++n) {
     EXPECT_TRUE(findings[n].isRight()) << n << " " << findings[n].verdict;
     EXPECT_EQ(findings[n].wrongOnTheWay, 0) << n;
     EXPECT_LE(findings[n].playOn, 30) << n;
   }
-  follow(false);
+  ASSERT_TRUE(follow(false));
   for (int n = 1; n <= 11; ++n) EXPECT_EQ(findings[n].verdict, -1) << n;
 }
 
 TEST_F(TypeCheck, AWrongTruthShows) {
   std::istringstream wrong("1\tr\t2\t17\n1\tr\t3\t15\n400\tr\t2\t5\n");
-  ASSERT_TRUE(truth.read(wrong, error));
+  ASSERT_TRUE(truth.read(wrong, error) && follow());
   EXPECT_EQ(truth.typeAt(SIDE_RIGHT, 2, 399), 17);
   EXPECT_EQ(truth.typeAt(SIDE_RIGHT, 2, 400), 5);
-  follow(true);
-  EXPECT_TRUE(findings[2].isWrong()) << "not announced, not seen";
-  EXPECT_EQ(findings[2].wrongOnTheWay, 0);
-  EXPECT_TRUE(findings[3].isWrong());
+  EXPECT_TRUE(findings[2].isWrong() && findings[3].isWrong());
+  EXPECT_EQ(findings[2].wrongOnTheWay, 0) << "not announced, not seen";
   EXPECT_EQ(findings[3].wrongOnTheWay, 1);
 }
 
 TEST_F(TypeCheck, BadFilesAreRefused) {
-  const auto refused = [this](auto& content, const char* text) {
+  EXPECT_FALSE(follow(true, "Alpha", SIDE_RIGHT) || follow(true, "Beta"));
+  for (const char* text : {"", "1 l 1\n", "1 x 1 0\n", "1 l 12 0\n", "1 l 1 -1\n", "1 l 1 0 9\n"}) {
     std::istringstream in(text);
-    return !content.read(in, error);
-  };
-  for (const char* text : {"", "1 l 1\n", "1 x 1 0\n", "1 l 12 0\n", "1 l 1 -1\n", "1 l 1 0 9\n"})
-    EXPECT_TRUE(refused(truth, text)) << text;
-  EXPECT_FALSE(check(capture, truth, "Alpha", SIDE_RIGHT, true, findings, error));
-  EXPECT_FALSE(check(capture, truth, "Beta", SIDE_LEFT, true, findings, error));
-  for (const char* text :
-       {"12 (think)\n", "1\t(think)\n", "1x\t(init l ok)\n", "14\t(init l ok)\nx\t(think)\n"})
-    EXPECT_TRUE(refused(capture, text)) << text;
+    EXPECT_FALSE(truth.read(in, error)) << text;
+  }
+  for (const char* text : {"1\t(think)\n", "1x\t(init l ok)\n", "14\t(init l ok)\nx\t(think)\n"}) {
+    std::istringstream in(text);
+    EXPECT_FALSE(capture.read(in, error)) << text;
+  }
 }
 
 }  // namespace
