@@ -9,26 +9,23 @@
 namespace vok::test {
 namespace {
 
-const char* const TOOLS[] = {"confcheck", "formationview", "practicematch", "saydecode",
-                             "typecheck"};
-
 /// Runs a tool with arguments for the shell: its status, and what it wrote on both streams.
 std::pair<int, std::string> run(const std::string& toolAndArguments) {
   return runCommand(VOK_BIN_DIR "/" + toolAndArguments + " </dev/null");
 }
 
 TEST(CommandLines, HelpAndVersionAreShownByEveryTool) {
-  for (const std::string tool : TOOLS) {
+  for (const std::string tool :
+       {"confcheck", "formationview", "practicematch", "saydecode", "typecheck"}) {
     const auto [status, help] = run(tool + " --help");
     EXPECT_EQ(status, 0) << tool;
     EXPECT_TRUE(help.starts_with("Usage: " + tool + " ")) << help;
-    for (const std::string& line : lines(help)) EXPECT_LE(line.size(), 84U) << line;
     EXPECT_EQ(run(tool + " --version"), std::pair(0, tool + " (VOK) " VOK_VERSION "\n"));
+    EXPECT_EQ(run(tool + " --bogus").first, 2) << tool;
   }
 }
 
 TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
-  const std::string shipped = SHIPPED_CONFIG;
   const std::string recording = VOK_SOURCE_DIR "/tests/data/realtime_left.txt";
   const ChangedConfig huge("Form0_def_PosX", "Form0_def_PosX = 1e308, 2, 2, 8, 32");
   // How the line goes on behind "TOOL: ".
@@ -37,14 +34,12 @@ TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
       {"confcheck a b", "unexpected argument 'b'", 2},
       {"confcheck " VOK_SOURCE_DIR, VOK_SOURCE_DIR ": cannot be read", 2},
       {"formationview no/such", "cannot read the configuration 'no/such'", 2},
-      {"formationview -f", "-f needs a value", 2},
-      {"formationview -f a b", "CONFIGURATION cannot be 'b'", 2},
-      {"formationview " + shipped + " --out no/such/file", "cannot write 'no/such/file'", 2},
+      {std::string("formationview --out no/such/file ") + SHIPPED_CONFIG,
+       "cannot write 'no/such/file'", 2},
       {"formationview " + huge.path, "the formation's values are too large to draw", 1},
       {"practicematch --quiet=1", "--quiet has no value", 2},
       {"practicematch --synch --step 10", "--synch does not go with --step", 2},
       {"practicematch --speed 2", "--speed goes only with --replay", 2},
-      {"practicematch --replay x --types 3", "--types does not go with --replay", 2},
       {"practicematch --replay no/such", "--replay no/such: cannot be opened", 2},
       {"practicematch --synch --replay " + recording, "--synch: " + recording + " was rec", 2},
       {"saydecode '--a\x1b'", "unknown option '--a\\x1b'", 2},
@@ -52,8 +47,6 @@ TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
       {"typecheck a b --side l", "--team is missing", 2},
       {"typecheck no/such b --team A --side l", "no/such: cannot be opened", 2},
   };
-  for (const std::string tool : TOOLS)
-    cases.emplace_back(tool + " --bogus", "unknown option '--bogus'", 2);
   for (const auto& [option, values] :
        {std::pair("formationview --ball", "1,2,3 nan,0 0,0:1,1:1 0,0:1,1:101 52.6,0 0,-34.1"),
         {"formationview --form-def", "3 -1 1x"},
@@ -73,6 +66,14 @@ TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
     EXPECT_EQ(lines(output).size(), 1U) << output;
     EXPECT_EQ(output.find(": " + line), arguments.substr(0, arguments.find(' ')).size()) << output;
   }
+}
+
+// Whole pictures are compared with those in docs/.
+TEST(CommandLines, AFormationIsDrawnForBallsInARowAndAnOffsideLine) {
+  const std::string options = " --offside 10 --ball -40,0:40,8:5 --ball 0,0";
+  const std::string sheet = run("formationview " + (SHIPPED_CONFIG + options)).second;
+  for (const char* ball : {"-40, 0.", "-20, 2.", "40, 8.", "0, 0. Band -18.2 to 8.0 (thin), our"})
+    EXPECT_EQ(count(sheet, std::string(">Ball ") + ball), 1U) << ball;
 }
 
 }  // namespace

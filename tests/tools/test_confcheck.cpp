@@ -9,13 +9,14 @@ namespace {
 const std::string CONFCHECK = VOK_BIN_DIR "/confcheck ";
 
 /// The shipped file with one line replaced: what is found, each with its line, counted from the
-/// first replaced one, and '-' for none; and how many of the findings end the coach.
-void expectFindings(const std::string& begin, const std::string& text, const Lines& findings,
-                    int fatal = 0) {
+/// first replaced one, and '-' for none; and '!' behind it when it ends the coach.
+void expectFindings(const std::string& begin, const std::string& text, const Lines& findings) {
   const ChangedConfig changed(begin, text);
   ASSERT_GT(changed.line, 0) << begin;
   std::string expected;
+  int fatal = 0;
   for (const std::string& found : findings) {
+    fatal += found[1] == '!';
     const std::string line = ":" + std::to_string(changed.line + found[0] - '0');
     expected += changed.path + (found[0] == '-' ? "" : line) + ": " + found.substr(2) + "\n";
   }
@@ -30,28 +31,26 @@ TEST(Confcheck, TellsWhatIsWrongAndWhere) {
   using namespace std::string_literals;
   expectFindings("Form1_off_Watch3", "form1_OFF_Wtch4 = -1, -1, -1, -1, -1",
                  {"0 nothing asks for 'form1_OFF_Wtch4'; is 'Form1_off_Watch3' meant?",
-                  "- no value for key 'Form1_off_Watch3' found."},
-                 1);
-  expectFindings("# --- Passes", "goal_mxg = 1\ncolor\x1b = 1",
-                 {"0 nothing asks for 'goal_mxg'", "1 nothing asks for 'color\\x1b'"});
+                  "-!no value for key 'Form1_off_Watch3' found."});
   // The last definition counts, whether it is right or wrong.
   expectFindings("goal_maxAge", "goal_maxAge = 3\n\ngoal_maxAge = x",
                  {"0 'goal_maxAge' does not count: it is defined again in line 48",
-                  "2 value 'x' for key 'goal_maxAge' not an integer."},
-                 1);
+                  "2!value 'x' for key 'goal_maxAge' not an integer."});
   expectFindings("Form1_off_PosX", "Form1_off_PosX = 1, 2, 3, 4",
-                 {"0 'Form1_off_PosX' has only 4 of the 5 values that are read"}, 1);
+                 {"0!'Form1_off_PosX' has only 4 of the 5 values that are read"});
   expectFindings("Form1_off_PosX", "Form1_off_PosX = 1, 2, 3,5 6, 4, 5",
                  {"0 of '5 6' for key 'Form1_off_PosX' only '5' is read",
                   "0 'Form1_off_PosX' has 6 values, of which only 5 are read"});
-  expectFindings("ourOffenders", "ourOffenders = 3",
-                 {"0 the head counts 4 + 2 + 2 + 3 make 11 field players, not ten"});
+  expectFindings("ourOffenders", "ourOffenders = 1",
+                 {"0 the head counts 4 + 2 + 2 + 1 make 9 field players, not ten"});
   // Lines keep their numbers, though the configuration reads long ones in pieces.
   expectFindings(
-      "# --- Passes", "no equals sign\n# " + std::string(1100, 'x') + "\nnul = 1\0\n"s,
+      "# --- Passes",
+      "no equals sign\n# " + std::string(1100, 'x') + "\nn\x1b = 1\0\ngoal_mxg = 1"s,
       {"0 can't find '=' sign.",
        "1 line longer than 1023 characters: what is behind them counts as a line of its own",
-       "1 can't find '=' sign.", "2 a NUL byte ends the line", "2 nothing asks for 'nul'"});
+       "1 can't find '=' sign.", "2 a NUL byte ends the line", "2 nothing asks for 'n\\x1b'",
+       "3 nothing asks for 'goal_mxg'"});
 }
 
 TEST(Confcheck, TellsWhichNumbersMakeNoSense) {
@@ -69,8 +68,7 @@ TEST(Confcheck, TellsWhichNumbersMakeNoSense) {
     expectFindings((key.starts_with("types_") ? "#" : "") + key, line,
                    {"0 '" + key + "' is " + problem});
   }
-  expectFindings("player3_extra_stamina_effort_delta", "player3_extra_stamina_effort_delta = 200",
-                 {});
+  expectFindings("player3_extra_stamina_effort_d", "player3_extra_stamina_effort_delta = 200", {});
 }
 
 TEST(Confcheck, NeedsTheWishesOnlyWhereTypesAreGiven) {
@@ -84,9 +82,7 @@ TEST(Confcheck, NeedsTheWishesOnlyWhereTypesAreGiven) {
 
 TEST(Confcheck, ListsTheKeysAndWhatIsReadFromEach) {
   const std::string keys = runCommand(CONFCHECK + "--keys").second;
-  for (const auto& [kind, times] : {std::pair("list of 5, each a number", 60U),
-                                    {"list of 5, each a whole number", 24U},
-                                    {"number", 89U},
+  for (const auto& [kind, times] : {std::pair("list of 5, each a whole number", 24U),
                                     {"whole number", 32U},
                                     {"whole number, optional", 2U}})
     EXPECT_EQ(count(keys, std::string(": ") + kind + "\n"), times) << kind;

