@@ -14,16 +14,14 @@ namespace {
 
 TEST(CommandLine, MistakesGetTheUsageAndStatus1) {
   const std::string usage =
-      "Usage: " VOK_BIN_DIR
-      "/onlinecoach"
-      "[-t TEAMNAME] [-h HOSTNAME][-p PORTNO] [-l FILENAME] [-f FILENAME]\n"
+      "onlinecoach[-t TEAMNAME] [-h HOSTNAME][-p PORTNO] [-l FILENAME] [-f FILENAME]\n"
       " -l  FILENAME  alternative configuration file for tactics (default trace.conf)\n"
       " -F  enable ZELTRA mode\n"
       " -f  FILENAME  alternative configuration file for tactics (default agent.conf)\n"
       "\n";
   CoachProcess coach({"-t", "A", "-p"});
   EXPECT_EQ(coach.wait(), 1);
-  EXPECT_TRUE(coach.errors().ends_with(usage)) << coach.errors();
+  EXPECT_TRUE(coach.errors().ends_with("Usage: " VOK_BIN_DIR "/" + usage)) << coach.errors();
 }
 
 TEST(CommandLine, TraceFileAndStrayWordsAreIgnored) {
@@ -51,13 +49,13 @@ TEST(CommandLine, ServersThatCannotBeAndAnOddWaitAreReported) {
 }
 
 TEST(Configuration, NoFileKeepsTheCoachForEver) {
-  for (const std::string file : {"no/such/file", "/dev/zero"}) {
-    CoachProcess coach({"-f", file});
-    EXPECT_EQ(coach.wait(), 255);
-    EXPECT_EQ(coach.reports().back(), "PANIC: Could not read config file: " + file);
-    EXPECT_EQ(count(coach.errors(), "more than 100000 lines\n"), file == "/dev/zero" ? 1U : 0U)
-        << file;
-  }
+  CoachProcess coach({"-f", "no/such/file"});
+  EXPECT_EQ(coach.wait(), 255);
+  EXPECT_EQ(coach.reports(), Lines{"PANIC: Could not read config file: no/such/file"});
+  CoachProcess endless({"-f", "/dev/zero"});
+  EXPECT_EQ(endless.wait(), 255);
+  EXPECT_EQ(endless.reports()[0], "error parsing config file: more than 100000 lines");
+
   const std::string pipe = testing::TempDir() + "vok-pipe-" + std::to_string(getpid());
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   CoachProcess waiting({"-f", pipe});
