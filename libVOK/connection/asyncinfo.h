@@ -23,7 +23,8 @@ struct CycleAction {
 /// instance a process (the signal handler needs it): a second one is reported and stays unnamed.
 ///
 /// For a coach a cycle begins with the first message of a later server time, or with a global view
-/// or referee message while the clock stands still; in synchronous mode it also takes "(think)".
+/// or referee message while the clock is known to stand; in synchronous mode it also takes
+/// "(think)".
 /// asyncinfo.cpp opens with the states that lead there.
 class AsyncCommInfo {
  public:
@@ -42,7 +43,7 @@ class AsyncCommInfo {
   /// Takes the act flag: true when a new cycle has begun, which is then taken.
   bool takeAct();
   /// In synchronous mode, true when "(think)" and a global view that opened no cycle have both
-  /// come: the clock stands still in a way that the play modes do not tell, and the server waits.
+  /// come: the clock stands in a mode in which it is not known to, and the server waits.
   bool answerDue() const;
   /// To be called when the server gets that answer.
   void takeAnswer();

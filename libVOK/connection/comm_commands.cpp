@@ -132,7 +132,8 @@ void Comm::sendCatch(double dir) {
 }
 
 void Comm::sendMove(double x, double y) {
-  // Before kick-offs the clock stands still; a goalie may move with the ball it has caught.
+  // While the clock is known to stand, every player may move; otherwise only a goalie may,
+  // with the ball it has caught.
   const bool goalieHolds = amIGoalie() && getPlayMode() == PLAY_MODE_FREE_KICK_US;
   if (isTimeRunning() && !goalieHolds) {
     timedCommError() << "agent tries to send (move " << x << " " << y

@@ -25,8 +25,8 @@ struct TypeChange {
 
 /// A ring of 20 whole records that holds 19; a record too many drops the oldest one. Player types
 /// and changes of types among the dropped are set aside, since none of them may be lost: after a
-/// check-in more announcements come than the ring holds, and while the clock stands still in a foul
-/// the views alone fill it.
+/// check-in more announcements come than the ring holds, and while the clock stands in a foul, the
+/// views alone fill it.
 class SensorDataStore {
  public:
   static constexpr int SIZE = 20;
