@@ -1,44 +1,32 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
-#include <limits>
 #include <random>
 #include <vector>
 
 #include "Polygon.h"
 #include "coordinates.h"
 #include "pitch.h"
+#include "support/server.h"
 
 namespace vok {
 namespace {
 
 TEST(Angle, IsNormalisedFromMinusPiExclusiveToPi) {
   for (const double odd : {PI, -PI, 3 * PI}) EXPECT_EQ(Angle::mod2pi(odd), PI) << odd;
-  EXPECT_EQ(Angle(3.0) + 0.5, 3.5 - 2 * PI);
   // It has to compile: an int or float operand was ambiguous.
   EXPECT_EQ((Angle(0.5) + 1) * 2 / 2.0F - 1L + Angle(0.5), 1);
-  EXPECT_NEAR(Angle::mod2pi(-9.87e6), std::remainder(-9.87e6, 2 * PI), 1e-8);
-  EXPECT_LE(std::abs(Angle::mod2pi(-1e300)), PI);
-  EXPECT_EQ(Angle::mod2pi(-std::numeric_limits<double>::infinity()), 0);
-  EXPECT_EQ(Angle::mod2pi(std::numeric_limits<double>::quiet_NaN()), 0);
+  EXPECT_NEAR(Angle::mod2pi(-1e300), std::remainder(-1e300, 2 * PI), 1e-8);
+  EXPECT_EQ(Angle::mod2pi(-HUGE_VAL), 0);
 }
 
-TEST(Vector2d, StretchesAndTurnsCounterClockwise) {
-  EXPECT_EQ(Vector2d(3, -4).stretch(10), Vector2d(6, -8));
-  EXPECT_DOUBLE_EQ(Vector2d(5, 0).turn(2).getAngle(), 2);
-}
-
-TEST(Intersections, OfDegenerateShapesWriteNoSolution) {
-  double a = 7, b = 7;
-  Vector2d p(7, 7), q(7, 7);
+TEST(Intersections, OfDegenerateShapesAreToldApart) {
+  double a = 0, b = 0;
+  Vector2d p, q;
   EXPECT_EQ(intersectLineCircle({0, 0}, {1, 1}, 5, a, b), Intersect::Instable);
   EXPECT_EQ(intersectLineLine({1, 2}, {0, 5}, {-2, -4}, a, b), Intersect::Instable);
   EXPECT_EQ(intersectCircleCircle(2, {0, 0}, 2, p, q), Intersect::R2larger);
-  EXPECT_EQ(intersectCircleCircle(3, {0, 0}, 2, p, q), Intersect::R1larger);
-  EXPECT_TRUE(a == 7 && b == 7 && p == Vector2d(7, 7) && q == p);
-  EXPECT_EQ(intersectCircleCircle(5, {8, 0}, 5, p, q), Intersect::Valid);
-  EXPECT_TRUE(p == Vector2d(4, 3) && q == Vector2d(4, -3));
+  EXPECT_EQ(intersectCircleCircle(3, {8, 0}, 5, p, q), Intersect::Valid) << "they touch";
 }
 
 TEST(Intersections, LieOnBothShapes) {
@@ -72,76 +60,48 @@ TEST(Intersections, LieOnBothShapes) {
 TEST(FieldAreas, IncludeTheBorderOfTheFieldButNotOfThePenaltyAreas) {
   EXPECT_TRUE(inField({HALF_LENGTH, HALF_WIDTH}, 0) && inField({-53, 0}, -1));
   EXPECT_FALSE(inField({0, -33.5}, 1) || inField({-52.6, 0}, 0));
-  for (const Vector2d edge : {Vector2d(HALF_LENGTH, 0), Vector2d(36, 0), Vector2d(40, 20.16)}) {
-    EXPECT_FALSE(inOtherPenaltyArea(edge, 0) || inOurPenaltyArea(-edge, 0)) << edge.x;
-    EXPECT_TRUE(inOtherPenaltyArea(edge, -0.1) && inOurPenaltyArea(-edge, -0.1)) << edge.x;
-  }
+  EXPECT_FALSE(inOtherPenaltyArea({36, 0}, 0) || inOurPenaltyArea({-40, 20.16}, 0));
+  EXPECT_TRUE(inOtherPenaltyArea({36, 0}, -0.1) && inOurPenaltyArea({-40, 20.16}, -0.1));
 }
 
-TEST(DistanceLimits, AllowForBothRoundings) {
-  EXPECT_NEAR(upperDistLimit(10.0, 0.1), std::exp(2.35), 1e-9);  // ln 10.05 = 2.308
-  EXPECT_NEAR(lowerDistLimit(10.0, 0.1), std::exp(2.25), 1e-9);  // ln 9.95 = 2.298
+// The world's tests hold the distances of seen players.
+TEST(DistanceLimits, OfNoDistanceAreFinite) {
+  const test::StderrCapture errors;
   EXPECT_EQ(lowerDistLimit(0.05, 0.1), 0);
-  testing::internal::CaptureStderr();
   EXPECT_EQ(upperDistLimit(-0.05, 0.1), 1.0);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Illegal quantization result from server !\n");
 }
 
-using Points = std::vector<Vector2d>;
+const Vector2d SQUARE[] = {{1, 1}, {-1, 1}, {-1, -1}, {1, -1}};
 
-Polygon polygon(const Points& points) {
-  return {points.data(), static_cast<int>(points.size())};
-}
-
-Polygon square(double x, double y) {
-  return polygon({{x - 1, y - 1}, {x + 1, y - 1}, {x + 1, y + 1}, {x - 1, y + 1}});
-}
-
-/// Points on a circle, `step` radians apart on the average.
-Polygon roundPolygon(Vector2d centre, double step, std::mt19937& random) {
-  std::uniform_real_distribution<double> turn(0, 2 * step);
-  Points points;
-  for (double d = turn(random); d < 2 * PI; d += turn(random)) {
-    points.push_back(centre + Vector2d(2.5, 0).turn(d));
-  }
-  return polygon(points);
-}
-
-TEST(Polygon, RefusesTooFewDoubledAndMissingVertices) {
-  testing::internal::CaptureStderr();
-  EXPECT_EQ(polygon({{0, 0}, {3, 0}}).nop(), 0);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "Polygon::Polygon 2 are to less points for a polygon\n");
-  Polygon p = polygon({{0, 0}, {3, 0}, {0, 3}});
-  EXPECT_DOUBLE_EQ(p.getInsideError(), std::sqrt(5.0));  // from (1, 1) to (3, 0)
-  EXPECT_FALSE(p.addPoint({0, 1e-9}) || p.addPoint({0, 3}) || p.delPoint(3) || p.delPoint(-1));
-  EXPECT_TRUE(p.addPoint({-2, 1}) && p.delPoint(1));
-  EXPECT_EQ(p.points(), Points({{0, 0}, {0, 3}, {-2, 1}}));
-}
-
-TEST(Polygon, InsertsByDirection) {
-  Polygon p = polygon({{1, 1}, {-1, 1}, {-1, -1}, {1, -1}});
+TEST(Polygon, RefusesDoubledVerticesAndInsertsByDirection) {
+  Polygon p(SQUARE, 4);
+  EXPECT_FALSE(p.addPoint({1, 1 + 1e-9}) || p.addPoint({1, -1}) || p.delPoint(4) || p.delPoint(-1));
   EXPECT_EQ(p.insertPoint({1, 1}), 0);
   EXPECT_EQ(p.insertPoint({2, 0}), 2);
   EXPECT_EQ(p.insertPoint({-2, 0.5}), 1);
-  EXPECT_EQ(p.points(), Points({{-1, -1}, {1, -1}, {2, 0}, {1, 1}, {-1, 1}, {-2, 0.5}}));
+  const std::vector<Vector2d> all = {{-1, -1}, {1, -1}, {2, 0}, {1, 1}, {-1, 1}, {-2, 0.5}};
+  EXPECT_EQ(p.points(), all);
 }
 
 TEST(Polygon, ExcludesTheSpokesFromItsInside) {
-  const Polygon p = square(3, 1);
-  EXPECT_TRUE(p.isInside({3.5, 1.2}) && p.isInside({2, 1.5}) && p.isInside({3.2, 0.1}));
-  EXPECT_FALSE(p.isInside({3, 1}) || p.isInside({3.5, 1.5}) || p.isInside({3.3, 2.01}));
-  EXPECT_FALSE(Polygon().isInside({0, 0}));
+  const Polygon p(SQUARE, 4);
+  EXPECT_TRUE(p.isInside({0.5, 0.2}) && p.isInside({-1, 0.5}) && p.isInside({0.2, -0.9}));
+  EXPECT_FALSE(p.isInside({0, 0}) || p.isInside({0.5, 0.5}) || p.isInside({0.3, 1.01}));
+}
+
+Polygon regularPolygon(Vector2d centre, int corners, double direction) {
+  std::vector<Vector2d> points;
+  for (int i = 0; i < corners; ++i)
+    points.push_back(centre + Vector2d(2.5, 0).turn(direction + i * 2 * PI / corners));
+  return {points.data(), corners};
 }
 
 TEST(Polygon, ClippedHoldsExactlyWhatBothHold) {
-  const Polygon p = square(0, 0);
-  EXPECT_EQ((p ^ square(3, 0)).nop(), 0);
-  EXPECT_EQ((p ^ Polygon()).points(), p.points());
   std::mt19937 random(37);
   std::uniform_real_distribution<double> coordinate(-3, 3);
   for (int i = 0; i < 10000; ++i) {
-    const Polygon a = roundPolygon({0, 1}, 0.8, random), b = roundPolygon({1, 0}, 1, random);
+    const Polygon a = regularPolygon({0, 1}, 3 + i % 5, coordinate(random));
+    const Polygon b = regularPolygon({1, 0}, 3 + i % 4, coordinate(random));
     const Vector2d point(coordinate(random), coordinate(random));
     ASSERT_EQ((a ^ b).isInside(point), a.isInside(point) && b.isInside(point)) << i;
   }
