@@ -11,15 +11,12 @@ namespace vok::test {
 namespace {
 
 class CleanSlate : public testing::EmptyTestEventListener {
-  void OnTestProgramStart(const testing::UnitTest&) override {
-    parameters_ = ParamKeeper::values();  // not earlier: the tables may not be there yet
-  }
-  void OnTestEnd(const testing::TestInfo&) override {
-    ParamKeeper::store(parameters_);
+  void OnTestStart(const testing::TestInfo&) override {
+    // Not earlier than here: the tables may not be there yet.
+    static const std::vector<double> PARAMETERS = ParamKeeper::values();
+    ParamKeeper::store(PARAMETERS);
     Config::clear();
   }
-
-  std::vector<double> parameters_;
 };
 
 const bool IS_INSTALLED = [] {
