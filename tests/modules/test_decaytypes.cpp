@@ -45,26 +45,16 @@ class TypesFromDecay : public testing::Test {
     tactical.feedbackWorld();
   }
 
-  // A step along x, and what it leaves of the velocity.
-  void step(double way, double decay, double across = 0) {
-    player().pos.x += way;
-    player().v = {way * decay, across};
-    look();
-  }
-
-  // The verdict after steps to and fro.
-  int after(int steps, double decay, double length = 0.5, double across = 0) {
-    for (; steps > 0; --steps, forth = -forth) step(forth * length, decay, across);
+  // The verdict after steps to and fro, or in a row.
+  int after(int steps, double decay, double length = 0.5, bool inRow = false) {
+    for (; steps > 0; --steps) {
+      player().pos.x += forth * length;
+      player().v = {forth * length * decay, 0};
+      look();
+      if (!inRow) forth = -forth;
+    }
     return verdict();
   }
-
-  // The verdict after steps in one direction.
-  int afterInARow(int steps, double way, double decay) {
-    for (; steps > 0; --steps) step(way, decay);
-    return verdict();
-  }
-
-  void hear(const char* text) { world->adjust(parsed(text), {}); }
 
   double forth = 1;
   const std::unique_ptr<Worldmodel> world = shippedWorld(6);
@@ -77,39 +67,23 @@ TEST_F(TypesFromDecay, ThreeCleanStepsDecideAndThreeOthersUndo) {
   after(9, -0.035);  // bounces, which fit no type
   EXPECT_EQ(after(2, 0.45), 1);
   EXPECT_EQ(after(1, 0.45), -1);
-  for (int i = 0; i < 3; ++i) {
-    after(2, 0.35);
-    after(1, 0.45);
-  }
-  EXPECT_EQ(verdict(), -1) << "too much speaks against it";
 }
 
 TEST_F(TypesFromDecay, StepsThatTellNothingDoNotCount) {
-  const struct {
-    const char* name;
-    void (*disturb)(Worldmodel&);  // before each step
-    double length = 0.3;
-    double decay = 0.35;
-    double across = 0;
-  } rows[] = {
-      {"a type is not announced", [](Worldmodel& w) { w.playerType[2].state = -1; }},
-      {"play is stopped now and then",
-       [](Worldmodel& w) { w.playMode = w.time % 2 ? PLAY_MODE_PLAY_ON : PLAY_MODE_GOAL_US; }},
-      {"every second view is missing", [](Worldmodel& w) { ++w.time; }},
-      {"it is seen now and then",
-       [](Worldmodel& w) { w.otherTeam[OPPONENT].age = static_cast<int>(w.time % 2); }},
-      {"farther than a player runs", [](Worldmodel&) {}, 1.3},
-      {"the velocity is not along the step", [](Worldmodel&) {}, 0.5, 0.35, 0.1},
-      {"hardly moves", [](Worldmodel&) {}, 0.0001},
+  const std::pair<double, void (*)(Worldmodel&)> rows[] = {
+      {0.3, [](Worldmodel& w) { w.playerType[2].state = -1; }},
+      {0.3, [](Worldmodel& w) { ++w.time; }},  // every second view is missing
+      {0.3, [](Worldmodel& w) { w.otherTeam[OPPONENT].age = static_cast<int>(w.time % 2); }},
+      {1.3, [](Worldmodel&) {}},  // farther than a player runs
   };
   const Worldmodel undisturbed = *world;
   for (const auto& row : rows) {
     tactical = unknowing();
     for (int i = 0; i < 20; ++i) {
-      row.disturb(*world);
-      after(1, row.decay, row.length, row.across);
+      row.second(*world);
+      after(1, 0.35, row.first);
     }
-    EXPECT_EQ(verdict(), -1) << row.name;
+    EXPECT_EQ(verdict(), -1) << "row " << &row - rows;
     *world = undisturbed;
   }
 }
@@ -123,22 +97,16 @@ TEST_F(TypesFromDecay, AStepThatMayHaveEndedInAContactDoesNotCount) {
     for (const double distance : {reach - 0.001, reach + 0.001}) {
       tactical = unknowing();
       other->pos = {15.15, 3 + std::sqrt(distance * distance - 0.15 * 0.15)};  // beside the way
-      look();
       EXPECT_EQ(after(20, 0.35, 0.3), distance < reach ? -1 : 1) << distance;
     }
-    other->age = 100;
   }
 }
 
-TEST_F(TypesFromDecay, AnAnnouncedChangeOfThatOpponentResetsItInAnyMode) {
+TEST_F(TypesFromDecay, AnAnnouncedChangeResetsItInAnyMode) {
   for (const play_mode mode : {PLAY_MODE_PLAY_ON, PLAY_MODE_FREE_KICK_US}) {
-    after(4, 0.35);
+    EXPECT_EQ(after(4, 0.35), 1);
     world->playMode = mode;
-    hear("(change_player_type 8)");
-    hear("(change_player_type 7 3)");  // our own number 7
-    look();
-    EXPECT_EQ(verdict(), 1) << mode;
-    hear("(change_player_type 7)");
+    ++world->otherTypeChanges[OPPONENT];
     look();
     EXPECT_EQ(verdict(), -1) << mode;
     EXPECT_EQ(tactical.playerTypeData[OPPONENT][1].score, 0);
@@ -148,38 +116,27 @@ TEST_F(TypesFromDecay, AnAnnouncedChangeOfThatOpponentResetsItInAnyMode) {
 // A step of half a metre leaves 0.00008 open in the decay, two in a row half of that.
 TEST_F(TypesFromDecay, NearTwinsAreToldApartByStepsInARow) {
   EXPECT_EQ(after(40, 0.38), -1) << "to and fro shows no more than each step";
-  for (int i = 0; i < 40; ++i) {
-    world->ball.pos = {i % 2 == 0 ? player().pos.x + 0.5 : 0, 3};
-    world->ball.age = 0;
-    step(0.5, 0.38);
-  }
-  EXPECT_EQ(verdict(), -1) << "touches the ball between any two";
-  EXPECT_EQ(afterInARow(2, 0.5, 0.38), 3);
-  EXPECT_EQ(afterInARow(6, -0.5, 0.38004), -1) << "three times two steps in a row";
+  EXPECT_EQ(after(2, 0.38, 0.5, true), 3);
+  EXPECT_EQ(after(6, 0.38004, -0.5, true), -1) << "three times two steps in a row";
   after(1, 0.45);
   after(20, 0.38);
-  EXPECT_EQ(afterInARow(2, 0.5, 0.38), -1) << "one step spoke against it";
+  EXPECT_EQ(after(2, 0.38, 0.5, true), -1) << "one step spoke against it";
 }
 
 TEST_F(TypesFromDecay, TwinsAreToldApartByAFullDashOrByTheNumberOfTheType) {
   tactical.playerType[3] = 5;
   EXPECT_EQ(after(30, 0.4, 0.4), -1) << "too few steps";
   tactical.playerType[3] = -1;
-  EXPECT_EQ(after(120, 0.4, 0.4), -1)
-      << "turns about, from 0.16 to -0.4 m: 0.56, less noise 0.49; 5 has 0.52";
-  tactical.playerType[3] = 0;
-  EXPECT_EQ(after(1, 0.4, 0.4), -1) << "many may have the default type";
-  tactical.playerType[3] = 5;
-  playerParams.pt_max = 0;
-  EXPECT_EQ(after(1, 0.4, 0.4), -1) << "no limit was told";
-  playerParams.pt_max = 1;
-  EXPECT_EQ(after(1, 0.4, 0.4), 0) << "number 3 has type 5, and no second may";
-
-  hear("(change_player_type 7)");
-  tactical.playerType[3] = -1;
-  after(102, 0.4, 0.4);
-  EXPECT_EQ(after(1, 0.4), -1) << "once is an accident";
-  EXPECT_EQ(after(1, 0.4), 0) << "0.61";
+  // Turning about from 0.16 to -0.4 m is 0.56, less noise 0.49; type 5 has 0.52.
+  EXPECT_EQ(after(120, 0.4, 0.4), -1);
+  EXPECT_EQ(after(1, 0.4), -1) << "0.61, but once is an accident";
+  // The type of number 3, players allowed of a type. Many may have the default type.
+  constexpr std::tuple<int, double, int> ROWS[] = {{0, 1, -1}, {5, 0, -1}, {5, 1, 0}};
+  for (const auto& [type, allowed, decided] : ROWS) {
+    tactical.playerType[3] = type;
+    playerParams.pt_max = allowed;
+    EXPECT_EQ(after(1, 0.4, 0.1), decided) << type << " for " << allowed;
+  }
 }
 
 // Turning about gains the whole way and what was left of the way before: 1.4 times the way. At x =
@@ -192,7 +149,6 @@ TEST_F(TypesFromDecay, TwinsAreNotToldApartByWhatTheViewRoundsOff) {
   for (const auto& [x, gained, type] : ROWS) {
     tactical = unknowing();
     player().pos = {x, 0.01};
-    look();
     EXPECT_EQ(after(120, 0.4, gained / 1.4), type) << gained << " at " << x;
   }
 }
