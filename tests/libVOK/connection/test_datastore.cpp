@@ -2,42 +2,46 @@
 
 #include <gtest/gtest.h>
 
-#include <numeric>
+#include <utility>
+#include <vector>
 
 #include "support/server.h"
 
 namespace vok::test {
 namespace {
 
-SensorData at(long time, int number = -1) {
+/// The announcement of a type at a time, which its decay tells as well.
+SensorData at(long time, int type = 0) {
   SensorData data;
+  data.type = SENSOR_TYPE_PLAYER_TYPE;
   data.time = time;
-  data.number = number;
+  data.playerType.player_type = type;
+  data.playerType.player_decay = static_cast<double>(time);
   return data;
 }
 
-/// The times of all records; negative that of one with a number.
+/// The times of all records; negative those of type 1.
 std::vector<long> drain(SensorDataStore& store) {
   std::vector<long> times;
   for (SensorData data; store.getNext(data);)
-    times.push_back(data.number < 0 ? data.time : -data.time);
+    times.push_back(data.playerType.player_type == 1 ? -data.time : data.time);
   return times;
 }
 
-TEST(DataStore, HoldsNineteenRecordsAndDumpsTheOldestOfTwenty) {
+TEST(DataStore, HoldsNineteenRecordsAndSetsTheTypesThatItDumpsAside) {
   SensorDataStore store;
   StderrCapture errors;
-  SensorData data = at(7);
-  EXPECT_FALSE(store.getNext(data));
-  EXPECT_EQ(data.time, 7) << "an empty one leaves the target as it is";
-  std::vector<long> kept(19);
-  std::iota(kept.begin(), kept.end(), 2);
-  for (long t = 1; t <= 19; ++t) store.put(at(t));
+  for (int t = 1; t <= 19; ++t) store.put(at(t, t % 2));
   EXPECT_EQ(errors.take(), "");
   store.put(at(20));
   EXPECT_EQ(errors.take(),
             "DataStore: more than 20 unprocessed SensorDatas, dumping oldest one.\n");
-  EXPECT_EQ(drain(store), kept);
+  for (const int t : {21, 22}) store.put(at(t));
+  ASSERT_EQ(store.setAside().size(), 2);
+  EXPECT_EQ(store.setAside()[0].player_decay, 3) << "the latest dumped announcement counts";
+  EXPECT_EQ(store.setAside()[1].player_decay, 2);
+  const std::vector<long> kept = drain(store);
+  EXPECT_EQ(std::pair(kept.size(), kept.front()), std::pair(19UL, 4L));
 }
 
 TEST(DataStore, InsertsByTimeBeforeEqualOnesAndInAWrappedRingAtTheEnd) {
@@ -47,28 +51,9 @@ TEST(DataStore, InsertsByTimeBeforeEqualOnesAndInAWrappedRingAtTheEnd) {
   EXPECT_EQ(drain(store), (std::vector<long>{3, 4, 5, -6, 6, 7}));
   for (long t = 6; t < 19; ++t) store.put(at(t));
   drain(store);
-  store.put(at(30));
-  store.put(at(31));  // the write index is now below the read index
+  for (const long t : {30, 31}) store.put(at(t));  // the write index passes the ring's end
   store.insert(at(10));
   EXPECT_EQ(drain(store), (std::vector<long>{30, 31, 10}));
-}
-
-TEST(DataStore, SetsDumpedPlayerTypesAside) {
-  SensorDataStore store;
-  StderrCapture errors;
-  for (int id = 0; id < 22; ++id) {
-    SensorData data;
-    data.type = SENSOR_TYPE_PLAYER_TYPE;
-    data.playerType.player_type = id % 2;  // announced again and again
-    data.playerType.player_decay = id;
-    store.put(data);
-  }
-  ASSERT_EQ(store.setAside().size(), 2);
-  EXPECT_EQ(store.setAside()[0].player_type, 0);
-  EXPECT_EQ(store.setAside()[0].player_decay, 2) << "the latest dumped announcement counts";
-  EXPECT_EQ(store.setAside()[1].player_decay, 1);
-  store.clearSetAside();
-  EXPECT_TRUE(store.setAside().empty());
 }
 
 }  // namespace
