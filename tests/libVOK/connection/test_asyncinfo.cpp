@@ -136,9 +136,9 @@ TEST_F(PlayerTiming, CommandsThatTheServerCountsOtherwiseAreReported) {
   EXPECT_EQ(errors.take(), "2" + head + "missing 1 turn command(s)!\n");
   EXPECT_EQ(timing->processedAction.command, KICK_COMMAND);
   EXPECT_EQ(timing->lostAction.command, TURN_COMMAND) << "the second loss in a row";
-  for (const CycleCommand command : {CATCH_COMMAND, DASH_COMMAND})
+  for (const CycleCommand command : {TURN_COMMAND, CATCH_COMMAND, DASH_COMMAND})
     timing->sendAction(command, 0, 0);
-  take("(sense_body 3 (kick 2) (dash 2) (turn 1))");
+  take("(sense_body 3 (kick 2) (dash 2) (turn 2))");
   EXPECT_EQ(errors.take(), "3" + head + "Server executed command (kick) I didn't send!\n3" + head +
                                "Server executed command (dash) I didn't send!\n3" + head +
                                "missing 1 catch command(s)!\n3" + head +
