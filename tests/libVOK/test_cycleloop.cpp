@@ -92,7 +92,7 @@ TEST_F(CoachLoop, InSynchronousModeEveryThinkGetsOneAnswer) {
       // The view of the foul is lost.
       {OUR_FOUL, {THINK, ACT}, {view(2)}, {THINK, ANSWER}, {view(2)}, {THINK, ANSWER}},
       // "(think)" overtakes the call and the view, which then comes late or is lost.
-      {{THINK}, OUR_KICK_IN, {view(2)}, {THINK}, {view(3), ACT}},
+      {{THINK}, OUR_KICK_IN, {view(2)}, {THINK}, {view(2), ANSWER}, {THINK}, {view(3), ACT}},
       {{THINK}, OUR_KICK_IN, {view(3)}, {THINK, ACT}, {view(3)}, {THINK, ANSWER}}};
   for (const auto& match : matches) {
     start({INIT, SERVER_PARAM, PLAYER_PARAM});
