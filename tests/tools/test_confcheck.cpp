@@ -29,8 +29,8 @@ void expectFindings(const std::string& begin, const std::string& text, const Lin
 
 TEST(Confcheck, TellsWhatIsWrongAndWhere) {
   using namespace std::string_literals;
-  expectFindings("Form1_off_Watch3", "form1_OFF_Wtch4 = -1, -1, -1, -1, -1",
-                 {"0 nothing asks for 'form1_OFF_Wtch4'; is 'Form1_off_Watch3' meant?",
+  expectFindings("Form1_off_Watch3", "form1_OFF_Wtc4 = -1, -1, -1, -1, -1",
+                 {"0 nothing asks for 'form1_OFF_Wtc4'; is 'Form1_off_Watch3' meant?",
                   "-!no value for key 'Form1_off_Watch3' found."});
   // The last definition counts, whether it is right or wrong.
   expectFindings("goal_maxAge", "goal_maxAge = 3\n\ngoal_maxAge = x",

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 #include <sstream>
-#include <tuple>
 
 #include "audiomsg.h"
 #include "coachdesk.h"
@@ -61,6 +61,7 @@ TEST(PracticeMatch, HasEverySetPlayOfBothSidesAndStopsTheClockAfterGoalsAndFouls
     EXPECT_NE(callIn(texts[next]).back(), call.back()) << texts[next];
     EXPECT_EQ(std::stol(texts[next].substr(6)), std::stol(texts[i].substr(6)));
   }
+  EXPECT_EQ(std::count(texts.begin(), texts.end(), "(hear 3000 referee kick_off_r)"), 1);
   std::istringstream expected(
       "half_time before_kick_off play_on time_up time_over kick_off_l kick_off_r kick_in_l "
       "kick_in_r corner_kick_l corner_kick_r goal_kick_l goal_kick_r free_kick_l free_kick_r "
@@ -130,8 +131,7 @@ TEST_F(PracticeDesk, ComparesWhatACoachSaysWithTheViewOfThatTime) {
     message.createChkSums();
     ask("(say (freeform \"" + std::string(message.getEncoding()) + "\"))");
   }
-  EXPECT_EQ(std::tuple(report.messagesAccepted, report.messagesDecoded, report.ballsRight),
-            std::tuple(2, 2, 1));
+  EXPECT_EQ(std::pair(report.messagesDecoded, report.ballsRight), std::pair(2, 1));
   EXPECT_EQ(std::pair(report.lastTypesRight, report.lastTypesUnknown), std::pair(1, 10));
 }
 
