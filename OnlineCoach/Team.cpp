@@ -9,11 +9,11 @@ namespace vok {
 
 namespace {
 
-constexpr int OPPONENTS = 12;
-constexpr int MAX_AGE = 20;           // cycles; players unseen for longer are left out
-constexpr double VANISHING = 0.001;   // metres; a spread that must not be divided by
-constexpr long BANK_PERIOD = 50;      // updates
-constexpr double NO_BOUND = -9999.0;  // metres
+constexpr int OPPONENTS = LAST_SHIRT + 1;  // the slot 0 as well
+constexpr int MAX_AGE = 20;                // cycles; players unseen for longer are left out
+constexpr double VANISHING = 0.001;        // metres; a spread that must not be divided by
+constexpr long BANK_PERIOD = 50;           // updates
+constexpr double NO_BOUND = -9999.0;       // metres
 
 Vector2d squares(Vector2d v) {
   return {v.x * v.x, v.y * v.y};

@@ -1,4 +1,4 @@
-// The best way to give types to players when each type may be given so many times only.
+// The best way to give types to players when each type may be given a limited number of times.
 #pragma once
 
 #include <cstddef>
@@ -6,6 +6,9 @@
 #include <vector>
 
 namespace vok {
+
+/// The type that every player has at first. The goalie keeps it.
+inline constexpr int DEFAULT_TYPE = 0;
 
 /// Solves one assignment after another in the memory taken at construction. Players and types count
 /// from 0.

@@ -17,9 +17,7 @@ namespace vok {
 
 namespace {
 
-constexpr int FIRST_FIELD_PLAYER = 2;  // the goalie keeps the default type
 constexpr int PLAYERS_PER_TYPE = 3;
-constexpr int DEFAULT_TYPE = 0;
 constexpr int LAST_AWAITED_TYPE = 6;
 
 struct WishKey {

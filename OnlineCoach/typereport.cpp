@@ -27,7 +27,8 @@ void VokCoach::printStats() const {
   const std::size_t known = world == nullptr ? 0 : world->playerType.size();
   const std::size_t types = std::min(static_cast<std::size_t>(numPlTypes), known);
   for (std::size_t type = 0; type < types; ++type) report("1 ", world->playerType[type]);
-  for (int n = 2; n <= LAST_SHIRT; ++n) report("2 Player ", n, " has type ", plType[n]);
+  for (int n = FIRST_FIELD_PLAYER; n <= LAST_SHIRT; ++n)
+    report("2 Player ", n, " has type ", plType[n]);
 }
 
 }  // namespace vok

@@ -10,8 +10,6 @@ namespace vok {
 namespace {
 
 constexpr int GOALIE = 1;
-constexpr int FIRST_FIELD_PLAYER = 2;
-constexpr int DEFAULT_TYPE = 0;
 constexpr int NO_TARGET = -1;
 constexpr int UNTOLD_LIMIT = 3;  // players of a type when the server does not tell
 constexpr int MAX_RETRIES = 3;

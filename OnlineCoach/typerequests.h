@@ -47,7 +47,7 @@ class TypeRequests {
     int type = 0;
     bool inMatch = false;  ///< and so a substitution
 
-    bool isFor(int player, int newType) const { return number == player && type == newType; }
+    bool isFor(int player, int wanted) const { return number == player && type == wanted; }
   };
 
   using Types = Squad<int>;

@@ -15,7 +15,7 @@ namespace {
   match.feed(text);
 }
 
-/// Makes a message due in this cycle, as the beginning of a standard situation does.
+/// Makes a message due in this cycle, as the beginning of a set play does.
 void orderMessage(VokCoach& coach) {
   coach.sayMessageNow = true;
   coach.numMsgsLeft = 2;

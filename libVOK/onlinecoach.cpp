@@ -12,8 +12,9 @@ namespace vok {
 
 namespace {
 
-// What a failed check-in tells the user, by `comm_error`, of which there are seven. A socket that
-// cannot be made, be it for an unknown host, is told by the connection and is unspecified here.
+// What a failed check-in tells the user, by `comm_error`, of which there are seven. When the socket
+// cannot be made or the host is unknown, the connection writes the reason, and the error is
+// unspecified here.
 constexpr std::array<const char*, 7> CHECKIN_MESSAGES = {
     nullptr,
     "Onlinecoach: unspecified error when initializing !",

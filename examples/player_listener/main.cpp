@@ -41,7 +41,7 @@ void printNews(const vok::Worldmodel& world, unsigned sayTime, int kicker) {
             << numberOr(world.otherGoalieNo, "unknown") << "\n  ball   ";
   printPosition(world.ball.pos);
   std::cout << "\n  no          ours        theirs   type\n";
-  for (int n = 1; n <= 11; ++n) {
+  for (int n = vok::FIRST_SHIRT; n <= vok::LAST_SHIRT; ++n) {
     std::cout << std::setw(4) << n << "  ";
     if (n == world.my.number) {
       // A player knows its own position better than the coach's message tells it.

@@ -21,6 +21,7 @@ inline constexpr double FREE_KICK_DISTANCE = 9.15;  ///< also the radius of the 
 
 inline constexpr int FIRST_SHIRT = 1;
 inline constexpr int LAST_SHIRT = 11;
+inline constexpr int FIRST_FIELD_PLAYER = 2;  ///< 1 is the goalie's number in this team
 
 constexpr bool isShirtNumber(int number) {
   return FIRST_SHIRT <= number && number <= LAST_SHIRT;

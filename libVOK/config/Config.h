@@ -22,8 +22,8 @@ struct ConfigRequest {
   bool optional;
 };
 
-/// Is told how the configuration is read and used. It may set an entry while it is told of a
-/// request; the request then finds that entry.
+/// An observer is told how the configuration is read and used. It may set an entry while it is told
+/// of a request; the request then finds that entry.
 class ConfigObserver {
  public:
   virtual ~ConfigObserver() = default;
@@ -67,7 +67,7 @@ class Config {
   /// Called before a fatal error ends the process, unless null. An exception thrown here reaches
   /// the caller of the request, and the process goes on.
   static void (*onFatal)(const std::string& message);
-  /// Is told of every line and request, unless null. Not owned.
+  /// The observer of every line and request; null for none. Not owned.
   static ConfigObserver* observer;
 };
 

@@ -124,7 +124,7 @@ steady_clock::time_point Comm::endOfWait(const std::optional<steady_clock::time_
   return now + milliseconds(receiveTimeout());
 }
 
-// Null when there is nothing to route, be it that the server is lost.
+// Null when there is nothing to route, or when the server is lost.
 const char* Comm::receiveFirst() {
   // A wait that a signal cut short goes on at the next drain: the server's silence counts in all.
   silenceEnds_ = endOfWait(silenceEnds_);

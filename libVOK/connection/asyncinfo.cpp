@@ -186,12 +186,12 @@ void AsyncCommInfo::takeAnswer() {
   globalView = GlobalView::AWAITED;
 }
 
-void AsyncCommInfo::setStates(int newNumber, long time, play_mode mode, playing_side newSide,
+void AsyncCommInfo::setStates(int shirtNumber, long time, play_mode mode, playing_side ownSide,
                               bool second) {
-  number = newNumber;
+  number = shirtNumber;
   serverTime = time;
   playMode = mode;
-  side = newSide;
+  side = ownSide;
   secondHalf = second;
 }
 
@@ -204,7 +204,7 @@ void AsyncCommInfo::setRecvTime() {
   recvTime = sinceStart();
 }
 
-/// Since the whole second of the start: all times that are compared are taken so.
+/// Milliseconds since the whole second of the start, as all times here are counted.
 long AsyncCommInfo::sinceStart() const {
   timeval now{};
   gettimeofday(&now, nullptr);

@@ -15,6 +15,8 @@ namespace vok {
 struct CycleAction {
   long time = 0;  ///< server time
   CycleCommand command = NO_COMMAND;
+  // As the command has them: powers; directions and moments in radians; places in metres, own
+  // frame.
   double param1 = 0;
   double param2 = 0;
 };
@@ -49,7 +51,7 @@ class AsyncCommInfo {
   void takeAnswer();
 
   /// The values known from the check-in.
-  void setStates(int newNumber, long time, play_mode mode, playing_side newSide, bool second);
+  void setStates(int shirtNumber, long time, play_mode mode, playing_side ownSide, bool second);
 
   void setAction(CycleCommand command, long time, double p1, double p2, CycleAction& into);
   void clearAction(long time, CycleAction& into) { setAction(NO_COMMAND, time, 0, 0, into); }
@@ -81,51 +83,24 @@ class AsyncCommInfo {
   /// The one instance, null when none exists.
   static AsyncCommInfo* info;
 
+  // Of every client.
   std::string team;
   int number = -1;
   client_type client;
-  bool neckTwisted = false;
-  bool thinking = false;  ///< "(think)" has come and is not yet answered
   long serverTime = 0;
   play_mode playMode = PLAY_MODE_UNKNOWN;
   playing_side side = SIDE_UNKNOWN;
   int ourScore = 0;
   int otherScore = 0;
   bool secondHalf = false;
-
-  // Commands that this client has sent.
-  int kickCount = 0;
-  int dashCount = 0;
-  int turnCount = 0;
-  int sayCount = 0;
-  int turnNeckCount = 0;
-  int moveCount = 0;
-  int catchCount = 0;
-  int changeViewCount = 0;
-  int pointToCount = 0;
-  int attentionToCount = 0;
-  int tackleCount = 0;
-
-  // Visual messages of the last four cycles, and when the last of each came (ms in the cycle).
-  std::array<int, 4> seeMsgCnt{};
-  std::array<long, 4> seeTime{};
-  int seeMsgCntIndex = -1;
-
-  long viewModeTime = 0;  ///< cycles since the view mode was changed
-  bool viewModeUnknown = false;
-  bool viewModeChangedAgain = false;
-  view_width curVisAngle = VIEW_WIDTH_NARROW;
-  view_quality curVisQual = VIEW_QUALITY_HIGH;
-  view_width chVisAngle = VIEW_WIDTH_NARROW;  ///< requested
-  view_quality chVisQual = VIEW_QUALITY_HIGH;
-
-  bool noSenseBodyYet = true;  ///< in this cycle
-  bool actionNeeded = true;
+  bool thinking = false;      ///< "(think)" has come and is not yet answered
   bool nextTimestep = false;  ///< a cycle has begun and is not yet taken
-  bool waitForSee = false;
-  bool act = false;  ///< run the cycle now
+  bool act = false;           ///< run the cycle now
+  timeval startTime{};        ///< wall clock at construction
+  long recvTime = 0;          ///< arrival of the latest datagram, ms since `startTime`'s second
+  int sayCount = 0;           ///< messages that this client has said
 
-  /// Where the global view of the present cycle is, for a coach.
+  // Of a coach: where the global view of the present cycle is.
   enum class GlobalView {
     AWAITED,   ///< none has come since the last answer
     CAME,      ///< it came, and its cycle has begun
@@ -134,15 +109,44 @@ class AsyncCommInfo {
   };
   GlobalView globalView = GlobalView::AWAITED;
 
-  timeval startTime{};       ///< wall clock at construction
-  timeval cycleStartTime{};  ///< since `startTime`'s second
-  long recvTime = 0;         ///< arrival of the latest datagram, ms since `startTime`'s second
-  int waitForSeeTime = 40;   ///< per cent of a cycle that a player waits for a visual message
-  bool abortWaitForSee = false;
+  // Of a player: whether it may act yet.
+  bool noSenseBodyYet = true;  ///< in this cycle
+  bool actionNeeded = true;    ///< no body command was sent in this cycle
+  bool waitForSee = false;
+  bool abortWaitForSee = false;  ///< the wait for a visual message is over
+  int waitForSeeTime = 40;       ///< per cent of a cycle that it waits for a visual message
+  timeval cycleStartTime{};      ///< since `startTime`'s second
 
+  // Of a player: the commands that it has sent.
+  int kickCount = 0;
+  int dashCount = 0;
+  int turnCount = 0;
+  int turnNeckCount = 0;
+  int moveCount = 0;
+  int catchCount = 0;
+  int changeViewCount = 0;
+  int pointToCount = 0;
+  int attentionToCount = 0;
+  int tackleCount = 0;
+  bool neckTwisted = false;  ///< in this cycle
   CycleAction sentAction;
   CycleAction processedAction;  ///< what the server is taken to have executed
   CycleAction lostAction;
+
+  // Of a player: the visual messages of the last four cycles, and when the last of each came (ms in
+  // the cycle).
+  std::array<int, 4> seeMsgCnt{};
+  std::array<long, 4> seeTime{};
+  int seeMsgCntIndex = -1;
+
+  // Of a player: the view mode, as the server has it and as it was requested.
+  long viewModeTime = 0;  ///< cycles since it was changed
+  bool viewModeUnknown = false;
+  bool viewModeChangedAgain = false;
+  view_width curVisAngle = VIEW_WIDTH_NARROW;
+  view_quality curVisQual = VIEW_QUALITY_HIGH;
+  view_width chVisAngle = VIEW_WIDTH_NARROW;  ///< requested
+  view_quality chVisQual = VIEW_QUALITY_HIGH;
 
  private:
   std::ostream& report() const;

@@ -182,7 +182,7 @@ bool Comm::parsePlayerCheckin(const char* msg, playing_side& side, play_mode& mo
     return false;
   }
   number = reconnectNumber;
-  if (!reconnecting && (!scan.integer(number) || number < 1 || number > 11)) return false;
+  if (!reconnecting && (!scan.integer(number) || !isShirtNumber(number))) return false;
   if (!scan.skipBlanks().until(')', name) || !readSide(letter, side)) return false;
   mode = Parser::parsePlaymode(name, side);
   return true;

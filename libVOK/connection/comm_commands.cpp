@@ -16,6 +16,7 @@ namespace vok {
 
 namespace {
 
+// Not `toDegrees`: a command and the action that is noted of it keep their last bits.
 constexpr double DEGREES = 180.0 / std::numbers::pi;
 
 // Room for a command text with its terminator; a longer one is not sent.
@@ -169,7 +170,7 @@ void Comm::sendPointTo(double dist, double dir) {
 }
 
 void Comm::sendAttentionTo(int number, bool ourTeam) {
-  if (number < 1 || number > 11) {
+  if (!isShirtNumber(number)) {
     timedCommError() << "agent tries to send (attentionto " << number
                      << "), dropping command completely\n";
     return;

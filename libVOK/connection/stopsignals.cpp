@@ -16,7 +16,7 @@ volatile std::sig_atomic_t stopRequested = 0;
 volatile std::sig_atomic_t isInOrder = 0;
 
 void requestStop(int /*signal*/) {
-  if (isInOrder == 0) _exit(0);  // nothing may delay it, neither a file nor a name server
+  if (isInOrder == 0) _exit(0);  // reading a file or asking a name server may take long
   stopRequested = 1;
   const itimerspec soon{{0, STOP_ALARM_NS}, {0, STOP_ALARM_NS}};
   timer_settime(stopTimer, 0, &soon, nullptr);

@@ -1,4 +1,4 @@
-// Requests to stop: a client that talks to a server takes leave of it before it ends.
+// Requests to stop: a client that talks to a server says "(bye)" to it before it ends.
 #pragma once
 
 namespace vok {

@@ -36,7 +36,7 @@ class TextLink : public Link {
  private:
   std::deque<std::string> waiting_;
   std::string received_;
-  // The commands one behind the other, and where each ends.
+  // The commands follow each other without a gap; `ends_` says where each ends.
   std::string sent_;
   std::vector<std::size_t> ends_;
   std::size_t taken_ = 0;

@@ -26,7 +26,7 @@ struct Token {
 
 class Parser {
  public:
-  /// The coach-language versions are only kept for who asks.
+  /// The coach-language versions are kept for the check-in and not used here.
   Parser(const char* team, client_type ctype, int clangMinVer, int clangMaxVer);
 
   /// Parses one datagram into a fresh record; false when it is not understood. The record is plain
@@ -94,7 +94,7 @@ class Parser {
   bool parseSee();
   bool parseSenseBody();
 
-  /// The number, or -1 when no player can wear it.
+  /// The number, or -1 when it is no shirt number.
   static int shirtNumber(int number) { return isShirtNumber(number) ? number : -1; }
   /// Copies what fits, and a terminator.
   static void copyText(std::string_view text, HeardText& into);

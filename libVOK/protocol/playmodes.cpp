@@ -180,8 +180,10 @@ play_mode playmodeByName(std::string_view name, playing_side side) {
 }
 
 std::string_view playmodeName(play_mode mode, playing_side side) {
+  // A client that does not know its side yet names the modes as the right team does.
+  const playing_side own = side == SIDE_LEFT ? SIDE_LEFT : SIDE_RIGHT;
   const auto* const row = std::find_if(
-      NAMES.begin(), NAMES.end(), [mode, side](const Name& r) { return seenBy(side, r) == mode; });
+      NAMES.begin(), NAMES.end(), [mode, own](const Name& r) { return seenBy(own, r) == mode; });
   return row == NAMES.end() ? std::string_view() : row->name;
 }
 

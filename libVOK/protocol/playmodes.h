@@ -1,6 +1,6 @@
 // The play modes: how the referee calls them, and what each means to a client.
 //
-// Two tables in playmodes.cpp hold all of it. Whoever needs to know something of a mode asks here.
+// Two tables in playmodes.cpp hold all of it. Other code asks the functions here.
 #pragma once
 
 #include <string_view>

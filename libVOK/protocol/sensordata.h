@@ -167,7 +167,7 @@ struct SensorData {
   int tackle_count = 0;
   int arm_movable = 0;              ///< cycles until the arm can be moved
   int arm_expires = 0;              ///< cycles until the arm drops
-  int attentionTo = 0;              ///< shirt number of who is listened to; 0 for nobody
+  int attentionTo = 0;              ///< shirt number of the player that is listened to; 0 for none
   bool attentionToOurTeam = false;  ///< that one is of our team
   int tackle_expires = 0;           ///< cycles until the tackle ends
   Vector2d arm_target;              ///< distance in metres (x) and direction in degrees (y)

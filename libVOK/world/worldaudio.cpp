@@ -91,7 +91,7 @@ void Worldmodel::decodeAudio(const char* msg, int sender, double senderDir) {
   placeSpeaker(speaker, told->centreDistance, senderDir);
 }
 
-/// The speaker is where the direction of the voice meets the circle of his distance from the centre
+/// The speaker is where the direction of the voice meets the circle of its distance from the centre
 /// spot. From inside the circle there is one such point, from outside two or none. The distance is
 /// rounded, so the listener must be inside the smallest circle that it may mean.
 void Worldmodel::placeSpeaker(WPlayer& speaker, double centreDist, double direction) const {

@@ -216,9 +216,9 @@ Vector2d Worldmodel::toOurFrame(double x, double y) const {
   return ourSide == SIDE_RIGHT ? Vector2d(-x, -y) : Vector2d(x, y);
 }
 
-void Worldmodel::adjustTacticalNumbers(int newOurGoalieNo) {
-  if (!isShirtNumber(newOurGoalieNo)) return;
-  ourGoalieNo = newOurGoalieNo;
+void Worldmodel::adjustTacticalNumbers(int goalieNo) {
+  if (!isShirtNumber(goalieNo)) return;
+  ourGoalieNo = goalieNo;
   for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     WPlayer& player = ourTeam[n];
     player.isGoalie = GOALIE_FALSE;

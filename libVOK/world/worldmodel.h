@@ -34,8 +34,8 @@ struct Substitution {
 /// A copy is independent of its original (but for `comm`), so that moves can be tried on it.
 class Worldmodel {
  public:
-  /// Starts a world in which nobody was seen yet. Reads its configuration keys. `connection` may be
-  /// null; it is kept for `adjust()` alone and has to live as long as that is called.
+  /// Starts a world in which no player was seen yet. Reads its configuration keys. `connection` may
+  /// be null; it is kept for `adjust()` alone and has to live as long as that is called.
   explicit Worldmodel(Comm* connection);
 
   /// Takes one record, with the state of the server as the client knows it at that time: predicts
@@ -46,7 +46,7 @@ class Worldmodel {
   /// Takes one global view over, without a prediction. Returns true.
   bool adjustExact(const SensorData& data);
   /// Our goalie becomes tactical number 1, the others follow in the order of their shirt numbers.
-  void adjustTacticalNumbers(int newOurGoalieNo);
+  void adjustTacticalNumbers(int goalieNo);
   /// Predicts one cycle. Does not count `time` up.
   void simCycle();
   /// Gives our player the announced type that the server has granted. `number` is a shirt number,

@@ -175,11 +175,11 @@ double WPlayer::tackleProb(const WBall& ball) const {
   return prob > 0 ? std::min(prob, 1.0) : 0;  // also when the parameters make it no number
 }
 
-void WPlayer::setBySensorData(const SensorPlayer& player, const WPlayer& my, WObjectState newState,
-                              play_mode playMode) {
+void WPlayer::setBySensorData(const SensorPlayer& player, const WPlayer& my,
+                              WObjectState confidence, play_mode playMode) {
   setPos(player, my);
   age = 0;
-  state = newState;
+  state = confidence;
   coneTime = 0;
   if (player.number != -1) number = player.number;
   if (player.goalie != GOALIE_UNKNOWN) isGoalie = player.goalie;

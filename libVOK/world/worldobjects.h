@@ -143,7 +143,7 @@ struct WPlayer : WMovedObject {
   double tackleProb(const WBall& ball) const;
   bool isCoach() const { return number == 0; }
   /// Takes over what the observer `my` sees of this player.
-  void setBySensorData(const SensorPlayer& player, const WPlayer& my, WObjectState newState,
+  void setBySensorData(const SensorPlayer& player, const WPlayer& my, WObjectState confidence,
                        play_mode playMode);
 };
 

@@ -14,7 +14,8 @@ namespace {
 constexpr int MIN_LEAD = 3;
 // So many contradicting steps undo a verdict. Even a single one is rare when the verdict is right.
 constexpr int GIVE_UP = 3;
-// A type that so many steps fit, and all of them, leads by one: the bounds are hard.
+// When at least so many steps were counted and a type fits all of them, a lead of one vote decides,
+// since no step of the true type is outside its bounds.
 constexpr int SURE_VOTES = 12;
 // After so many steps types that are still level are told apart by other evidence.
 constexpr int TWIN_STEPS = 100;

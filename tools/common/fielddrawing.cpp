@@ -109,9 +109,9 @@ std::string escaped(std::string_view text) {
 void drawPlayer(std::ostream& out, const DrawnPlayer& player) {
   const Vector2d pos = intoFrame(player.pos);
   out << "<g transform='translate(" << pos.x << "," << pos.y << ")'>";
-  if (player.ring != Ring::NONE) {
+  if (player.outline != Outline::NONE) {
     out << "<circle r='2.05' fill='none' stroke='#ffd83a' stroke-width='0.5'"
-        << (player.ring == Ring::DASHED ? " stroke-dasharray='1.1 0.7'/>" : "/>");
+        << (player.outline == Outline::DASHED ? " stroke-dasharray='1.1 0.7'/>" : "/>");
   }
   const std::string teamColour = player.ours ? "#1c4fa8" : "#b3261e";
   const std::string& colour = player.colour.empty() ? teamColour : player.colour;
@@ -123,7 +123,7 @@ void drawPlayer(std::ostream& out, const DrawnPlayer& player) {
   out << "' stroke='#fff' stroke-width='0.2'/>";
   out << "<text y='0.62' font-size='1.8' font-weight='bold'>" << player.number << "</text>";
   if (!player.note.empty()) {
-    out << "<text y='" << (player.ring == Ring::NONE ? 2.95 : 3.75)
+    out << "<text y='" << (player.outline == Outline::NONE ? 2.95 : 3.75)
         << "' font-size='1.45' "
            "stroke='#2e6b34' stroke-width='0.5' paint-order='stroke'>"
         << escaped(player.note) << "</text>";

@@ -13,16 +13,16 @@
 
 namespace vok::tools {
 
-enum class Ring { NONE, SOLID, DASHED };
+enum class Outline { NONE, SOLID, DASHED };
 
 struct DrawnPlayer {
   Vector2d pos;
   bool ours = true;
   int number = 0;
-  bool goalie = false;     ///< drawn square
-  Ring ring = Ring::NONE;  ///< a ring around the player
-  std::string note;        ///< small text below the player
-  std::string colour{};    ///< empty: the team's colour
+  bool goalie = false;              ///< drawn square
+  Outline outline = Outline::NONE;  ///< a ring around the player
+  std::string note;                 ///< small text below the player
+  std::string colour{};             ///< empty: the team's colour
 };
 
 /// A translucent rectangle beneath the players, from the corner `lo` to the corner `hi`. It is not

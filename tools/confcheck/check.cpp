@@ -18,7 +18,7 @@ const std::string HEADS = "our";  // only the keys of the head counts begin so
 /// Records where the lines of a file define keys, and what is wrong with them.
 class LineNotes : public ConfigObserver {
  public:
-  explicit LineNotes(ConfigFile& intoFile) : file_(intoFile) { Config::observer = this; }
+  explicit LineNotes(ConfigFile& file) : file_(file) { Config::observer = this; }
   ~LineNotes() override { Config::observer = nullptr; }
   LineNotes(const LineNotes&) = delete;
   LineNotes& operator=(const LineNotes&) = delete;

@@ -16,8 +16,8 @@ constexpr int TYPES_BEFORE_KICK_OFF = 8;
 
 // Each part has its own random numbers, so that one more message does not change where the ball
 // goes.
-Match::Match(MatchSettings matchSettings)
-    : set_(std::move(matchSettings)),
+Match::Match(MatchSettings settings)
+    : set_(std::move(settings)),
       world_(set_.types, Dice(set_.seed)),
       referee_(set_.cycles),
       players_(Dice(set_.seed + 0x1000000)),

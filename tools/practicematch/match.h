@@ -27,7 +27,7 @@ struct MatchSettings {
 
 class Match {
  public:
-  explicit Match(MatchSettings matchSettings);
+  explicit Match(MatchSettings settings);
 
   /// Sets the names of the coach's team, which may not be known at first, and of the other one.
   void meet(const std::string& coachTeam);

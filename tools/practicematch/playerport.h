@@ -16,8 +16,7 @@ namespace vok::practicematch {
 class PlayerPort {
  public:
   /// Players are of team `coachTeam`; while that is empty, the first player's team becomes it.
-  PlayerPort(const Match& playedMatch, std::string& coachTeam)
-      : match_(playedMatch), team_(coachTeam) {}
+  PlayerPort(const Match& match, std::string& coachTeam) : match_(match), team_(coachTeam) {}
 
   bool open(int port, std::string& error);
   int port() const { return publicSocket_.port(); }

@@ -13,7 +13,7 @@ constexpr double PRESS_POWER = 75;  // less than a dribbler's, so that attacks r
 constexpr double EASY_POWER = 55;   // costs hardly more stamina than a cycle restores
 constexpr double TACKLE_REACH = 1.6;
 
-/// Where the ball will be after so many cycles if nobody touches it.
+/// Where the ball will be after so many cycles if no player touches it.
 Vector2d ballAfter(const World& world, int cycles) {
   const double way = (1 - std::pow(BALL_DECAY, cycles)) / (1 - BALL_DECAY);
   return world.ball.pos + way * world.ball.vel;

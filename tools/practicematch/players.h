@@ -11,7 +11,7 @@ namespace vok::practicematch {
 
 class Players {
  public:
-  explicit Players(Dice playersDice) : dice_(playersDice) {}
+  explicit Players(Dice dice) : dice_(dice) {}
 
   /// Every player's action of the coming step. Touches and fouls go to the referee, whose calls are
   /// appended.

@@ -131,11 +131,11 @@ void Referee::restart(Mode mode, Side side, Vector2d spot, World& world,
   change(mode, side, world, calls);
 }
 
-void Referee::stop(Mode mode, Side offender, Vector2d spot, World& world,
+void Referee::stop(Mode mode, Side fouling, Vector2d spot, World& world,
                    std::vector<std::string>& calls) {
   foulSpot_ = {std::clamp(spot.x, -HALF_LENGTH, HALF_LENGTH),
                std::clamp(spot.y, -HALF_WIDTH, HALF_WIDTH)};
-  restart(mode, offender, foulSpot_, world, calls);
+  restart(mode, fouling, foulSpot_, world, calls);
 }
 
 bool Referee::resume(World& world, std::vector<std::string>& calls) {
@@ -150,23 +150,23 @@ bool Referee::resume(World& world, std::vector<std::string>& calls) {
       cyclesInMode_ < factsOf(current_).standstill) {
     return false;
   }
-  const Side offender = currentSide_;
+  const Side fouling = currentSide_;
   switch (current_) {
     case Mode::BeforeKickOff:
       firstKickOffDone_ = true;
       change(Mode::KickOff, currentSide_, world, calls);
       return true;
     case Mode::Goal:
-      lineUp(world, other(offender));
-      change(Mode::KickOff, other(offender), world, calls);
+      lineUp(world, other(fouling));
+      change(Mode::KickOff, other(fouling), world, calls);
       return false;
     default:
-      if (inArea(offender, foulSpot_)) {
-        restart(Mode::IndirectFreeKick, other(offender),
+      if (inArea(fouling, foulSpot_)) {
+        restart(Mode::IndirectFreeKick, other(fouling),
                 {sign(foulSpot_.x) * PENALTY_AREA_X, sign(foulSpot_.y) * PENALTY_AREA_HALF_WIDTH},
                 world, calls);
       } else {
-        change(Mode::FreeKick, other(offender), world, calls);
+        change(Mode::FreeKick, other(fouling), world, calls);
       }
       return false;
   }
@@ -195,8 +195,8 @@ void Referee::judgeOffside(World& world, std::vector<std::string>& calls) {
   }
 }
 
-void Referee::foul(World& world, const Player& offender, std::vector<std::string>& calls) {
-  stop(Mode::FoulCharge, offender.side, world.ball.pos, world, calls);
+void Referee::foul(World& world, const Player& fouler, std::vector<std::string>& calls) {
+  stop(Mode::FoulCharge, fouler.side, world.ball.pos, world, calls);
 }
 
 void Referee::judge(World& world, std::vector<std::string>& calls) {

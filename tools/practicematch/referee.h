@@ -55,7 +55,7 @@ class Referee {
   // whose time is up; it returns whether it kicked a half off.
   bool resume(World& world, std::vector<std::string>& calls);
   void touched(World& world, const Player& p, std::vector<std::string>& calls);
-  void foul(World& world, const Player& offender, std::vector<std::string>& calls);
+  void foul(World& world, const Player& fouler, std::vector<std::string>& calls);
   /// After the world's step: the clock runs, the ball's place is judged.
   void judge(World& world, std::vector<std::string>& calls);
 
@@ -69,7 +69,7 @@ class Referee {
   void change(Mode mode, Side side, World& world, std::vector<std::string>& calls);
   void startSetPlay(World& world);
   void restart(Mode mode, Side side, Vector2d spot, World& world, std::vector<std::string>& calls);
-  void stop(Mode mode, Side offender, Vector2d spot, World& world, std::vector<std::string>& calls);
+  void stop(Mode mode, Side fouling, Vector2d spot, World& world, std::vector<std::string>& calls);
   void judgeOffside(World& world, std::vector<std::string>& calls);
   void judgeBall(World& world, std::vector<std::string>& calls);
   void ballBehindGoalLine(World& world, std::vector<std::string>& calls);

@@ -32,8 +32,7 @@ double direction(Vector2d from, Vector2d to) {
   return toDegrees((to - from).getAngle());
 }
 
-World::World(int typeCount, Dice matchDice) : dice(matchDice) {
-  types = drawTypes(typeCount, dice);
+World::World(int typeCount, Dice dice) : dice(dice), types(drawTypes(typeCount, this->dice)) {
   for (const Side side : {Side::Left, Side::Right}) {
     for (int number = FIRST_SHIRT; number <= LAST_SHIRT; ++number) {
       Player& p = team(side)[number];

@@ -62,7 +62,7 @@ struct Player : Mover {
 using Team = Squad<Player>;
 
 struct World {
-  World(int types, Dice matchDice);
+  World(int typeCount, Dice dice);
 
   Team& team(Side side) { return teams[index(side)]; }
   const Team& team(Side side) const { return teams[index(side)]; }

@@ -10,8 +10,8 @@
 namespace vok::saydecode {
 namespace {
 
-std::string numberOr(int number, const char* nobody) {
-  return number == -1 ? nobody : std::to_string(number);
+std::string numberOr(int number, const char* none) {
+  return number == -1 ? none : std::to_string(number);
 }
 
 std::string kickerOf(const CoachMessage& told) {
@@ -65,10 +65,11 @@ tools::FieldDrawing draw(const CoachMessage& told, const AudioMsg& msg) {
     const bool named = n == told.lastDefender || n == told.secondLastDefender;
     const int type = told.otherTypes[n];
     drawing.players.push_back({told.otherTeam[n], false, n, n == told.otherGoalie,
-                               named ? tools::Ring::DASHED : tools::Ring::NONE,
+                               named ? tools::Outline::DASHED : tools::Outline::NONE,
                                type == -1 ? "" : "type " + std::to_string(type)});
     drawing.players.push_back({told.ourTeam[n], true, n, n == told.ourGoalie,
-                               n == told.kicker ? tools::Ring::SOLID : tools::Ring::NONE, ""});
+                               n == told.kicker ? tools::Outline::SOLID : tools::Outline::NONE,
+                               ""});
   }
   drawing.ball = told.ball;
   std::ostringstream caption;

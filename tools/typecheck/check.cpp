@@ -49,14 +49,14 @@ bool checkIn(Comm& comm, TextLink& link, const tools::Recording& capture, playin
 /// Follows the verdicts of one run.
 class Observer {
  public:
-  Observer(const Truth& knownTruth, playing_side opponents, Findings& intoFindings)
-      : truth_(knownTruth), side_(opponents), findings_(intoFindings) {
+  Observer(const Truth& truth, playing_side opponents, Findings& findings)
+      : truth_(truth), side_(opponents), findings_(findings) {
     findings_ = {};
     reported_.fill(-1);
   }
 
   void cycle(const Worldmodel& world, const TacticalModule& tactical) {
-    for (int n = 1; n <= 11; ++n) follow(n, world, tactical.otherPlayerType(n));
+    for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) follow(n, world, tactical.otherPlayerType(n));
     lastTime_ = world.time;
   }
 

@@ -102,7 +102,7 @@ int main(int argc, char** argv) {
     std::cout << "tac_typesFromDecay = " << (fromDecay ? 1 : 0)
               << " (cycles of play on until the verdict, those of them in which it moved)\n";
     print(findings);
-    const bool anyWrong = std::any_of(findings.begin() + 1, findings.end(),
+    const bool anyWrong = std::any_of(findings.begin(), findings.end(),
                                       [](const Finding& finding) { return finding.isWrong(); });
     if (fromDecay && anyWrong) status = WRONG_VERDICT;
   }
