@@ -47,5 +47,15 @@ TEST(Scanner, ReadsTheNearestReal) {
   }
 }
 
+TEST(Scanner, TakesAnExponentWithoutDigitsAlong) {
+  for (const std::string text : {"1ex", "1E+x", "1e-x", "1.e5x", "1x"}) {
+    double value = 7;
+    Scanner at(text);
+    EXPECT_TRUE(at.real(value)) << text;
+    EXPECT_EQ(value, text == "1.e5x" ? 1e5 : 1) << text;
+    EXPECT_EQ(at.rest(), "x") << text;
+  }
+}
+
 }  // namespace
 }  // namespace vok

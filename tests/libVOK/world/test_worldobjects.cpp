@@ -39,8 +39,9 @@ TEST(WorldObjects, CatchReachesARectangleAheadInOurPenaltyArea) {
   const std::tuple<Vector2d, Vector2d, double, bool> cases[] = {
       {{-45, 0}, {-43.5, 0.4}, 0, true},    {{-45, 0}, {-43.5, 0.6}, 0, false},
       {{-45, 0}, {-42.9, 0}, 0, false},     {{-45, 0}, {-45.1, 0}, 0, false},
-      {{-45, 0}, {-45, 1.5}, PI / 2, true}, {{-40, 20}, {-39, 20.16}, 0, true},
-      {{-37, 0}, {-35.9, 0}, 0, false},     {{-37, 0}, {-36, 0}, 0, true}};
+      {{-45, 0}, {-45, 0.5}, PI / 2, true}, {{-45, 0}, {-45, 1.5}, PI / 2, true},
+      {{-40, 20}, {-39, 20.16}, 0, true},   {{-37, 0}, {-35.9, 0}, 0, false},
+      {{-37, 0}, {-36, 0}, 0, true}};
   for (const auto& [keeper, ball, angle, catchable] : cases)
     EXPECT_EQ(WPlayer(keeper, {}).ballCatchable(WBall(ball, {}), angle), catchable) << ball.x;
 }
