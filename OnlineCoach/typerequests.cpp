@@ -95,7 +95,7 @@ void TypeRequests::plan() {
   for (int n = GOALIE; n <= LAST_SHIRT; ++n) state[n] = typeOf(n);
   while (planFree(state)) {
   }
-  // Whoever is still without its target waits for a type that another player has. If that one waits
+  // A player without its target waits for a type that another player has. If that one waits
   // as well, it gives its type up by a detour; a single detour each is enough.
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_SHIRT; ++n) {
     if (waits(n, state) && isInTheWay(n, state) && !planDetour(n, state)) break;

@@ -25,7 +25,7 @@ namespace vok {
 class TypeRequests {
  public:
   /// For the types known at the check-in. World and connection are not owned and must live longer.
-  /// Makes the world take changes without a comma for ours.
+  /// From now on the world takes a change that names the type without a comma for one of ours.
   TypeRequests(Worldmodel& world, Comm& connection);
 
   /// How well a type suits a field player 2..11; greater is better, the unit is the caller's. For

@@ -9,7 +9,7 @@ namespace vok {
 /// main.
 void stopOnSignals();
 
-/// From now on a request to stop is left to the main loop: there is a server to take leave of.
+/// From now on a request to stop is left to the main loop: there is a server to say "(bye)" to.
 void stopInOrder();
 
 /// Whether a signal has asked the program to stop.

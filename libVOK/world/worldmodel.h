@@ -27,8 +27,8 @@ enum class CollisionState { NONE = 0, CRITICAL = 1, PROCESSED = 2 };
 
 /// One change of a player's type.
 struct Substitution {
-  int number = 0;
-  long time = 0;
+  int number = 0;  ///< shirt number
+  long time = 0;   ///< the world's cycle in which it was announced
 };
 
 /// A copy is independent of its original (but for `comm`), so that moves can be tried on it.

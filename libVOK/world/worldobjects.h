@@ -73,7 +73,8 @@ struct WBall : WMovedObject {
   bool willCrossOurGoalLine(double distance) const;
 };
 
-/// One heterogeneous type; `state` is its id once announced, -1 before.
+/// One heterogeneous type; `state` is its id once announced, -1 before. Units as of `PlayerType`
+/// (sensordata.h); `inertiaFactor` is its inertia moment.
 struct WPlayerType {
   int state = -1;
   double playerSpeedMax = 0;
@@ -107,9 +108,10 @@ struct WPlayer : WMovedObject {
   goalie_player isGoalie = GOALIE_UNKNOWN;
   int tacticalNo = -1;  ///< place in the formation, 1 is the goalie
   int cyclesSinceTackle = NEVER;
-  double stamina;
-  double effort = 1.0;
-  double recovery = 1.0;
+  double stamina;         ///< in units of dash power, up to `STAMINA_MAX`
+  double effort = 1.0;    ///< factor of a dash, between `effortMin` and `effortMax`
+  double recovery = 1.0;  ///< factor of `staminaIncMax`
+  // What the type determines; the units are those of `WPlayerType`.
   double staminaIncMax;
   double inertiaFactor;
   double dashPowerRate;
@@ -150,9 +152,9 @@ struct WPlayer : WMovedObject {
 /// The last own command as the prediction needs it.
 struct WAction {
   CycleCommand command = NO_COMMAND;
-  double moment = 0;
-  double power = 0;
-  Vector2d pos;
+  double moment = 0;  ///< radians: of a turn, or the direction of a kick or catch from the body
+  double power = 0;   ///< of a kick, dash or tackle, in the server's scale
+  Vector2d pos;       ///< of a move, metres, own frame
 
   void store(const CycleAction& action);
 };

@@ -35,10 +35,10 @@ TEST(CommandLine, TraceFileAndStrayWordsAreIgnored) {
 
 TEST(CommandLine, ServersThatCannotBeAndAnOddWaitAreReported) {
   const ChangedConfig config("async_waitForSeeTime", "async_waitForSeeTime = 95");
-  CoachProcess nobody({"-h", "no-such-host.invalid", "-f", config.path});
+  CoachProcess coach({"-h", "no-such-host.invalid", "-f", config.path});
   CoachProcess portless({"-h", "127.0.0.1", "-p", "abc", "-f", SHIPPED_CONFIG});
-  EXPECT_EQ(nobody.wait(30000), 0);
-  EXPECT_EQ(nobody.reports(),
+  EXPECT_EQ(coach.wait(30000), 0);
+  EXPECT_EQ(coach.reports(),
             (Lines{"CommError: server host unknown",
                    "Warning: ensure waitForSeeTime%10 == 0 && 0 <= waitForSeeTime && waitForSeeTime"
                    " <= 90 not valid in asyncinfo:88",

@@ -16,7 +16,7 @@ class TypeChoice : public CoachTest {
   TypeChoice() {
     // Over the server's default type: decay, kickable margin and dash rate; extra stamina. The
     // default type, what 10 and 11 wish, what 2 and 5 wish, what 6 and 7 wish, the default again,
-    // and a type for offenders and nobody else.
+    // and a type for offenders only.
     constexpr double TYPES[7][4] = {
         {}, {0.1, 0.05, 0.0016, 40}, {0.05, 0.05, 0.0012, 50}, {0.05, 0.15, 0.0006, 60}, {},
         {}, {0.2, -0.2, 0.002, 100}};

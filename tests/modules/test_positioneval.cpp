@@ -77,7 +77,7 @@ TEST_F(Positions, OnlyFieldPlayersWithATacticalNumberHaveAPlaceAndWatch) {
     EXPECT_EQ(eval.GetPlayerPosition(world.get(), n), Vector2d()) << n;
     EXPECT_FALSE(eval.IsInPlayerArea(world.get(), n, {})) << n;
   }
-  // Player, watch, watched. Nobody is 10's third: that is not 8, who has no number either.
+  // Player, watch, watched. No one is 10's third: that is not 8, who has no number either.
   constexpr int ROWS[][3] = {{4, 0, 2},  {4, 1, 5},   {4, 2, 7},   {5, 2, -1},  {10, 1, 11},
                              {2, 0, -1}, {10, 2, -1}, {4, -1, -1}, {11, 0, -1}, {4, 3, -1}};
   for (const auto& [n, k, watched] : ROWS)

@@ -214,8 +214,8 @@ class CoachProcess : Unique {
     close(errorFile_);
   }
 
-  /// Another thread may wait for the end meanwhile: behind it nobody gets the signal, and least of
-  /// all every process of the user, which -1 stands for.
+  /// Does nothing after the end, which another thread may have waited for: a process id of -1 would
+  /// send the signal to every process of the user.
   void signal(int number) const {
     if (const int pid = pid_; pid > 0) kill(pid, number);
   }

@@ -23,7 +23,7 @@ inline SensorData parsed(std::string_view text, client_type client = CLIENT_ONLI
   return data;
 }
 
-/// A world in which nobody was ever seen, of so many player types and substitution rings.
+/// A world in which no player was ever seen, of so many player types and substitution rings.
 inline Worldmodel newWorld(int types = 0, const char* rings = "11", Comm* comm = nullptr) {
   playerParams.player_types = types;
   setEntry("world_maxPlayersOurTeam", rings);

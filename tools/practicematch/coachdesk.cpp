@@ -20,6 +20,7 @@ constexpr long WAIT_PERIOD = 600;
 constexpr long SEND_PERIOD = 20;
 constexpr std::size_t VIEWS_KEPT = 64;
 
+/// What the simulator server lets through. The alphabet of messages is smaller.
 bool messageCharacter(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 ||
          std::string_view(" ().+-*/?<>_").find(c) != std::string_view::npos;

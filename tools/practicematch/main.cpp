@@ -12,6 +12,7 @@ using namespace vok::practicematch;
 
 namespace {
 
+// The match server has no server to say "(bye)" to, so that a flag of its own is enough.
 void requestStop(int) {
   stopRequested = 1;
 }

@@ -48,8 +48,8 @@ struct Player : Mover {
   int number = 0;
   int type = 0;
   bool typeChosen = false;  ///< by a coach
-  double body = 0;
-  double neck = 0;  ///< relative to the body
+  double body = 0;          ///< degrees, like all directions here
+  double neck = 0;          ///< relative to the body
   double stamina = STAMINA_MAX;
   double effort = 1;
   int tackling = 0;  ///< cycles left in which the player can do nothing

@@ -207,8 +207,8 @@ TEST_F(World, VoicesGoRoundTheirRingsAndThePenaltySideIsHeardOnce) {
 
 TEST_F(World, TheQueueIsTakenBehindTheTypesThatItHadToDrop) {
   setEntry("async_waitForSeeTime", "40");
-  Comm comm("Alpha", CLIENT_ONLINECOACH, "127.0.0.1", 1, 0, false, 7, 8, SIDE_RIGHT);
-  comm.serverOK = false;  // nobody to say "(bye)" to
+  TextServer server;
+  Comm comm("Alpha", CLIENT_ONLINECOACH, server, 0, false, 7, 8, SIDE_RIGHT);
   const StderrCapture errors;
   for (int i = 1; i < SensorDataStore::SIZE; ++i)
     comm.store->put(parsed(playerType(i == 1 ? 1 : 2)));
