@@ -47,6 +47,18 @@ TEST_F(TypeCheck, AWrongTruthShows) {
   EXPECT_EQ(findings[3].wrongOnTheWay, 1);
 }
 
+TEST(TypeCheckProgram, EndsWithOneForAWrongVerdictOnAnyOpponent) {
+  for (const std::string number : {"1", "11"}) {
+    const std::string changed = "s/^\\(1\tr\t" + number + "\t\\).*/\\14/";
+    EXPECT_EQ(test::runCommand("cd " VOK_SOURCE_DIR "/tests/data && sed '" + changed +
+                               "' types_left.truth.tsv | " VOK_BIN_DIR
+                               "/typecheck types_left.txt - --team Alpha --side l")
+                  .first,
+              1)
+        << number;
+  }
+}
+
 TEST_F(TypeCheck, BadFilesAreRefused) {
   EXPECT_FALSE(follow(true, "Alpha", SIDE_RIGHT) || follow(true, "Beta"));
   for (const char* text : {"", "1 l 1\n", "1 x 1 0\n", "1 l 12 0\n", "1 l 1 -1\n", "1 l 1 0 9\n"}) {
