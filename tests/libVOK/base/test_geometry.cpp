@@ -81,6 +81,7 @@ TEST(Polygon, RefusesDoubledVerticesAndInsertsByDirection) {
   EXPECT_EQ(p.insertPoint({-2, 0.5}), 1);
   const std::vector<Vector2d> all = {{-1, -1}, {1, -1}, {2, 0}, {1, 1}, {-1, 1}, {-2, 0.5}};
   EXPECT_EQ(p.points(), all);
+  EXPECT_DOUBLE_EQ(p.getError({1, 1}), std::sqrt(9.25));
 }
 
 TEST(Polygon, ExcludesTheSpokesFromItsInside) {

@@ -36,14 +36,14 @@ class Connection : public testing::Test {
 TEST_F(Connection, EveryKindOfClientChecksIn) {
   using States = std::tuple<int, playing_side, play_mode>;
   const States refused(-1, SIDE_UNKNOWN, PLAY_MODE_UNKNOWN);
-  const States again(9, SIDE_RIGHT, PLAY_MODE_KICK_OFF_US);
+  const States again(1, SIDE_RIGHT, PLAY_MODE_KICK_OFF_US);
   const States trainer(0, SIDE_RIGHT, PLAY_MODE_KICK_OFF_THEM);
   const std::string init = "(init Alpha (version 9.00))";
   const std::tuple<client_type, int, const char*, std::string, States> cases[] = {
       {CLIENT_ONLINECOACH, 0, "(init x ok)", init, refused},
       {CLIENT_FIELDPLAYER, -1, "(init r 12 kick_off_r)", init, refused},
       {CLIENT_GOALIE, 0, "(init l 1)", "(init Alpha (version 9.00) (goalie))", refused},
-      {CLIENT_GOALIE, 9, "(reconnect r kick_off_r)", "(reconnect Alpha 9)(clang (ver 7 8))", again},
+      {CLIENT_GOALIE, 1, "(reconnect r kick_off_r)", "(reconnect Alpha 1)(clang (ver 7 8))", again},
       {CLIENT_TRAINCOACH, 0, "(init ok)", "(init (version 9.00))(ear on)(eye on)", trainer},
       {CLIENT_TRAINCOACH, 0, "(init ok) ", "(init (version 9.00))", refused}};
   for (const auto& [type, reconnect, answer, sent, states] : cases) {

@@ -72,6 +72,10 @@ TEST(SayCode, RealsAreFlooredToTenthsAndRefusedBeyondTheirRange) {
 
 TEST(SayCode, SmallValuesTravelButAnglesAreReadByTheSumOfTheirDigits) {
   EXPECT_EQ(written(Angle(0)) + written(Angle(-PI / 2)) + written(Angle(1)), "aGaqlQ");
+  for (int step = 0; step < 4096; ++step) {
+    const std::string code = written(Angle((step + 0.5) * 2 * PI / 4096 - PI));
+    EXPECT_EQ(decodeChar(code[0]) + 64 * decodeChar(code[1]), step);
+  }
   EXPECT_NEAR(read("aG", Angle()), 0, 1e-12);
   EXPECT_NEAR(read("lQ", Angle()), (11 + 42 - 32) * PI / 32, 1e-12);
   EXPECT_EQ(written(Int3B(4097U)) + written(Int3B(262144U)), "babaaa") << "eighteen bits travel";
@@ -170,4 +174,15 @@ TEST(AudioMgr, DropsWhatIsDamagedForeignOrForSomebodyElse) {
   EXPECT_STREQ(msg.teamName.data(), "Ours");
   EXPECT_FALSE(mgr.heardMsgRecently(101)) << "the name says the opposite";
   EXPECT_TRUE(mgr.heardMsgRecently(102));
+}
+
+TEST(AudioMgr, CutsALongPrefixAndReportsAQueueWithoutRoom) {
+  testing::internal::CaptureStderr();
+  const AudioMgr cut(5, true, "abcdefgh", 1);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_TRUE(cut.heardMsgRecently(2)) << "the rest of the prefix is written nowhere";
+  testing::internal::CaptureStderr();
+  const AudioMgr full(5, true, "vok", 0);
+  EXPECT_TRUE(testing::internal::GetCapturedStderr().starts_with(
+      "Warning: ensure queueSize > 0 not valid in audiomgr:"));
 }
