@@ -172,11 +172,12 @@ TEST(AudioMgr, DropsWhatIsDamagedForeignOrForSomebodyElse) {
     EXPECT_EQ(mgr.getNextMsg(msg), taken);
   }
   EXPECT_STREQ(msg.teamName.data(), "Ours");
+  EXPECT_STREQ(msg.getEncoding(), "damaged");
   EXPECT_FALSE(mgr.heardMsgRecently(101)) << "the name says the opposite";
   EXPECT_TRUE(mgr.heardMsgRecently(102));
 }
 
-TEST(AudioMgr, CutsALongPrefixAndReportsAQueueWithoutRoom) {
+TEST(AudioMgr, CutsALongPrefixAndReportsWhatIsOutOfRange) {
   testing::internal::CaptureStderr();
   const AudioMgr cut(5, true, "abcdefgh", 1);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
@@ -185,4 +186,8 @@ TEST(AudioMgr, CutsALongPrefixAndReportsAQueueWithoutRoom) {
   const AudioMgr full(5, true, "vok", 0);
   EXPECT_TRUE(testing::internal::GetCapturedStderr().starts_with(
       "Warning: ensure queueSize > 0 not valid in audiomgr:"));
+  testing::internal::CaptureStderr();
+  AudioMsg().setSourceAndSideIsLeft(12, true);
+  EXPECT_TRUE(testing::internal::GetCapturedStderr().starts_with(
+      "Warning: ensure playerno <= 11 not valid in audiomsg:"));
 }
