@@ -100,6 +100,7 @@ TEST_F(WorldAudio, HeardBallReplacesOnlyAnOlderOne) {
 TEST_F(WorldAudio, SpeakerIsWhereHeSays) {
   world.my.number = 2;
   world.ourTeam[6].stamina = 1;
+  world.ourTeam[6].age = 1;
   world.adjust(parsed("(hear 1 0 our 6 \"RwhV*i....\")"), {});
   world.adjust(parsed("(hear 1 0 our 7 \"RwhV*i...\")"), {});  // a character short
   EXPECT_TRUE(near(world.ourTeam[6].pos, {10, -5.25}));

@@ -15,7 +15,7 @@ TEST(WorldObjects, CorridorIsABandInAConeWithADiscAtItsEnd) {
       {{5, 0.9}, {10, 0}, PI / 4, 0.9, true},    {{5, 1.1}, {10, 0}, PI / 4, 1.1, false},
       {{10.9, 0}, {10, 0}, PI / 4, 0.9, true},   {{-0.5, 0}, {10, 0}, PI / 4, 0.5, false},
       {{0.5, 0.9}, {10, 0}, PI / 4, 0.9, false}, {{-5, -0.5}, {-10, 0}, 0.2, 0.5, true},
-      {{0.1, 0.9}, {0.8, 0}, PI, 0.9, false}};
+      {{0.1, 0.9}, {0.8, 0}, PI, 0.9, false},    {{11, 0}, {10, 0}, PI / 4, 1, true}};
   for (const auto& [pos, target, alpha, toLine, inside] : cases) {
     EXPECT_EQ(WObject(pos).inCorridor({0, 0}, target, 2, alpha), inside) << pos.x;
     EXPECT_NEAR(WObject(pos).distToLine({0, 0}, target), toLine, 1e-9) << pos.x;
@@ -69,7 +69,7 @@ TEST(WorldObjects, ASeenPlayerIsPlacedByItsQuantisedDistanceAndChanges) {
   EXPECT_NEAR(player.bodyDir, -PI / 2, 1e-9);
   EXPECT_NEAR(player.faceDir, PI / 2 + PI / 3, 1e-9);
   EXPECT_NEAR(player.pointDir, PI / 2 - PI / 3, 1e-9);
-  EXPECT_EQ(player.age + player.cyclesSinceTackle, 0);
+  EXPECT_EQ(player.age + player.cyclesSinceTackle + player.coneTime, 0);
 
   // From afar only a shape is seen: what is known stays, but for a run between two places.
   SensorPlayer shape;
@@ -90,6 +90,14 @@ TEST(WorldObjects, ASeenVelocityStaysWithinTheLimitAndIsOursAtOurPlace) {
   ball.pos = my.pos;
   ball.calcVelocity(my, -10, 1);
   EXPECT_EQ(ball.v, my.v);
+}
+
+TEST(WorldObjects, AnActionKeepsNothingOfTheOneBefore) {
+  WAction action;
+  action.store({1, KICK_COMMAND, 80, 1});
+  action.store({2, DASH_COMMAND, 60, 0});
+  EXPECT_EQ(std::tuple(action.command, action.power, action.moment),
+            std::tuple(DASH_COMMAND, 60, 0));
 }
 
 }  // namespace
