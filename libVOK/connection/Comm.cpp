@@ -87,6 +87,9 @@ void Comm::createParts(const char* teamname, int clangMinVer, int clangMaxVer) {
 
 Comm::~Comm() {
   if (serverOK) sendText("(bye)");
+  if (sock != nullptr && sock->dropped() > 0) {
+    commError() << "dropped " << sock->dropped() << " datagrams that were not the server's\n";
+  }
   theComm = nullptr;
   sock.reset();
   async.reset();

@@ -1,12 +1,19 @@
 #include "UDPSocket.h"
 
+#include <linux/filter.h>
+#include <linux/sock_diag.h>
 #include <netdb.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
-#include <cstdint>
+#include <climits>
 #include <cstring>
+#include <ctime>
+
+#include "stopsignals.h"
 
 namespace vok {
 
@@ -18,9 +25,11 @@ namespace {
   throw UDPSocketError(message, number);
 }
 
-// "Without limit", in milliseconds. Every signal interrupts a wait with a limit, but not one
-// without: a handler may have been installed so that the system resumes what it interrupts.
-constexpr int DAY = 24 * 3600 * 1000;
+// Signals are let in during waits only. After so many datagrams in a row that needed none they are
+// let in all the same, and after so many of others in a row the caller goes on.
+constexpr int MAX_WITHOUT_WAIT = 1000;
+
+constexpr unsigned SOURCE_IN_IP_HEADER = 12;
 
 }  // namespace
 
@@ -32,13 +41,15 @@ UDPSocket::UDPSocket(const char* host, int port, unsigned int bytesKept)
   const int created = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (created < 0) throw UDPSocketError("could not create socket", -1);
 
-  srv.sin_family = AF_INET;
+  sockaddr_in server{};
+  server.sin_family = AF_INET;
   const hostent* entry = gethostbyname(host);
   if (entry == nullptr || entry->h_addrtype != AF_INET) {
     giveUp(created, "server host unknown", -1);
   }
-  std::memcpy(&srv.sin_addr, entry->h_addr_list[0], sizeof srv.sin_addr);
-  srv.sin_port = htons(static_cast<std::uint16_t>(port));
+  std::memcpy(&server.sin_addr, entry->h_addr_list[0], sizeof server.sin_addr);
+  server.sin_port = htons(static_cast<std::uint16_t>(port));
+  srv = Peer(server);
 
   sockaddr_in local{};
   local.sin_family = AF_INET;
@@ -57,7 +68,8 @@ void UDPSocket::send(const char* msg, bool withTerminator) {
   const std::size_t length = std::strlen(msg) + (withTerminator ? 1 : 0);
   ssize_t sent = -1;
   do {
-    sent = sendto(sd, msg, length, 0, reinterpret_cast<const sockaddr*>(&srv), sizeof srv);
+    sent = sendto(sd, msg, length, 0, reinterpret_cast<const sockaddr*>(&srv.address()),
+                  sizeof srv.address());
   } while (sent < 0 && errno == EINTR);
   if (sent != static_cast<ssize_t>(length)) throw UDPSocketError("could not send msg", -1);
 }
@@ -65,40 +77,94 @@ void UDPSocket::send(const char* msg, bool withTerminator) {
 const char* UDPSocket::recv(int timeout, const bool* flag) {
   recMsg[0] = '\0';
   if (flag != nullptr && *flag) throw UDPAct();
-  if (timeout != 0) limitWait(timeout < 0 ? DAY : timeout);
-  do {
-    const char* text = timeout == 0 ? tryRecv() : receive(0);
-    if (text != nullptr) return text;
-  } while (timeout < 0);
-  throw UDPTimeOut();
+  const char* text = tryRecv();
+  if (text != nullptr) return text;
+  if (timeout == 0) throw UDPTimeOut();
+  // The clock is asked only when nothing was there: a busy cycle makes one system call a datagram.
+  const Clock::time_point end =
+      timeout < 0 ? Clock::time_point::max() : Clock::now() + std::chrono::milliseconds(timeout);
+  while (text == nullptr) {
+    wait(end);
+    text = tryRecv();
+  }
+  return text;
 }
 
 const char* UDPSocket::tryRecv() {
   recMsg[0] = '\0';
-  return receive(MSG_DONTWAIT);
+  const char* text = receive();
+  if (text != nullptr && ++takenWithoutWait_ == MAX_WITHOUT_WAIT) letSignalsIn();
+  return text;
 }
 
-void UDPSocket::limitWait(int milliseconds) {
-  if (milliseconds == waitLimit_) return;
-  const timeval limit{milliseconds / 1000, (milliseconds % 1000) * 1000L};
-  if (setsockopt(sd, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit) != 0) {
+void UDPSocket::letSignalsIn() {
+  takenWithoutWait_ = 0;
+  const timespec noTime{};
+  ppoll(nullptr, 0, &noTime, &signalsInWaits());
+}
+
+void UDPSocket::wait(Clock::time_point end) {
+  takenWithoutWait_ = 0;
+  timespec left{};
+  if (end != Clock::time_point::max()) {
+    const auto rest = end - Clock::now();
+    if (rest <= Clock::duration::zero()) throw UDPTimeOut();
+    const auto whole = std::chrono::floor<std::chrono::seconds>(rest);
+    left = {whole.count(), std::chrono::nanoseconds(rest - whole).count()};
+  }
+  pollfd waiting{sd, POLLIN, 0};
+  const timespec* limit = end == Clock::time_point::max() ? nullptr : &left;
+  if (ppoll(&waiting, 1, limit, &signalsInWaits()) < 0) {
     throw UDPSocketError("error while recving data", errno);
   }
-  waitLimit_ = milliseconds;
 }
 
-const char* UDPSocket::receive(int flags) {
-  sockaddr_in sender{};
-  socklen_t size = sizeof sender;
-  const ssize_t received = recvfrom(sd, recMsg.data(), maxMsgSize - 1, flags,
-                                    reinterpret_cast<sockaddr*>(&sender), &size);
-  if (received < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return nullptr;
-  if (received < 0 && errno == EINTR) throw UDPSocketError("error while recving data", EINTR);
-  if (received < 0) throw UDPSocketError("recvfrom returned without data", -1);
+const char* UDPSocket::receive() {
+  for (int others = 0; others < MAX_WITHOUT_WAIT; ++others) {
+    sockaddr_in sender{};
+    socklen_t size = sizeof sender;
+    ssize_t received = -1;
+    do {
+      received = recvfrom(sd, recMsg.data(), maxMsgSize - 1, MSG_DONTWAIT,
+                          reinterpret_cast<sockaddr*>(&sender), &size);
+    } while (received < 0 && errno == EINTR);
+    if (received < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return nullptr;
+    if (received < 0) throw UDPSocketError("recvfrom returned without data", -1);
 
-  recMsg[static_cast<std::size_t>(received)] = '\0';
-  if (sender.sin_port != 0) srv.sin_port = sender.sin_port;
-  return recMsg.data();
+    recMsg[static_cast<std::size_t>(received)] = '\0';
+    if (srv.admits(sender, recMsg.data())) return recMsg.data();
+    recMsg[0] = '\0';
+    if (srv.isSettled() && !isFiltered_) shutOutOthers();
+  }
+  return nullptr;
+}
+
+/// Lets the system itself drop what does not come from the server's address: waking up for each
+/// datagram of a flood would cost cycles.
+void UDPSocket::shutOutOthers() {
+  isFiltered_ = true;
+  const auto source = static_cast<unsigned>(SKF_NET_OFF) + SOURCE_IN_IP_HEADER;
+  std::array<sock_filter, 4> filter = {{
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, source),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, ntohl(srv.address().sin_addr.s_addr), 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, UINT_MAX),
+      BPF_STMT(BPF_RET | BPF_K, 0),
+  }};
+  const sock_fprog program = {filter.size(), filter.data()};
+  droppedBefore_ = droppedBySystem();
+  // Without the filter the address is still tested here.
+  setsockopt(sd, SOL_SOCKET, SO_ATTACH_FILTER, &program, sizeof program);
+}
+
+std::uint64_t UDPSocket::droppedBySystem() const {
+  std::array<std::uint32_t, SK_MEMINFO_VARS> counts{};
+  socklen_t size = sizeof counts;
+  if (getsockopt(sd, SOL_SOCKET, SO_MEMINFO, counts.data(), &size) != 0) return 0;
+  return counts[SK_MEMINFO_DROPS];
+}
+
+std::uint64_t UDPSocket::dropped() const {
+  return srv.dropped() + (isFiltered_ ? droppedBySystem() - droppedBefore_ : 0);
 }
 
 }  // namespace vok

@@ -2,24 +2,29 @@
 
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
-#include <ctime>
 
 namespace vok {
 
 namespace {
 
-constexpr long STOP_ALARM_NS = 50'000'000;
+constexpr std::array STOP_SIGNALS = {SIGINT, SIGTERM, SIGHUP};
 
-timer_t stopTimer{};
 volatile std::sig_atomic_t stopRequested = 0;
 volatile std::sig_atomic_t isInOrder = 0;
+bool isHandled = false;
+
+// Before `stopInOrder` it is empty.
+sigset_t waitMask = [] {
+  sigset_t none;
+  sigemptyset(&none);
+  return none;
+}();
 
 void requestStop(int /*signal*/) {
   if (isInOrder == 0) _exit(0);  // reading a file or asking a name server may take long
   stopRequested = 1;
-  const itimerspec soon{{0, STOP_ALARM_NS}, {0, STOP_ALARM_NS}};
-  timer_settime(stopTimer, 0, &soon, nullptr);
 }
 
 }  // namespace
@@ -35,28 +40,40 @@ void stopOnSignals() {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
 
-  // A request that comes just before a wait does not interrupt it. So each request starts a timer
-  // whose repeated alarms interrupt the wait.
-  sigevent alarm{};
-  alarm.sigev_notify = SIGEV_SIGNAL;
-  alarm.sigev_signo = SIGALRM;
-  if (timer_create(CLOCK_MONOTONIC, &alarm, &stopTimer) != 0) return;
-
   action.sa_handler = requestStop;
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
-  struct sigaction before {};
-  sigaction(SIGHUP, nullptr, &before);
-  const bool startedByNohup = before.sa_handler == SIG_IGN;
-  if (!startedByNohup) sigaction(SIGHUP, &action, nullptr);
+  for (const int number : STOP_SIGNALS) {
+    struct sigaction before {};
+    sigaction(number, nullptr, &before);
+    const bool startedByNohup = number == SIGHUP && before.sa_handler == SIG_IGN;
+    if (!startedByNohup) sigaction(number, &action, nullptr);
+  }
+  isHandled = true;
 }
 
 void stopInOrder() {
   isInOrder = 1;
+  sigset_t held;
+  sigemptyset(&held);
+  sigaddset(&held, SIGALRM);
+  // A program without our handlers keeps its own ways with the others.
+  if (isHandled) {
+    for (const int number : STOP_SIGNALS) sigaddset(&held, number);
+  }
+  sigset_t before;
+  sigprocmask(SIG_BLOCK, &held, &before);
+  // What was held before by the caller stays so in waits, but for those that end them.
+  waitMask = before;
+  for (const int number : {SIGALRM, SIGINT, SIGTERM, SIGHUP}) {
+    if (sigismember(&held, number) == 1) sigdelset(&waitMask, number);
+  }
 }
 
 bool isStopRequested() {
   return stopRequested != 0;
+}
+
+const sigset_t& signalsInWaits() {
+  return waitMask;
 }
 
 }  // namespace vok
