@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "printable.h"
 #include "scanner.h"
 
 #undef NDEBUG  // a null key stops a release build, too
@@ -33,7 +34,7 @@ Entries& entries() {
 
 /// The one way in which the configuration ends the process.
 [[noreturn]] void fatal(const std::string& message) {
-  std::cerr << "FATAL: " << message << "\n";
+  std::cerr << "FATAL: " << printable(message) << "\n";
   if (Config::onFatal != nullptr) Config::onFatal(message);
   std::exit(EXIT_BAD_VALUE);
 }
@@ -74,7 +75,8 @@ int requireInt(const char* key, const char* value, Scanner text) {
 }
 
 void reportLine(int lineNumber, const std::string& problem) {
-  std::cerr << "error parsing config file. line " << lineNumber << ": " << problem << "\n";
+  std::cerr << "error parsing config file. line " << lineNumber << ": " << printable(problem)
+            << "\n";
   if (Config::observer != nullptr) Config::observer->lineError(problem);
 }
 

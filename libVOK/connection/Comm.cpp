@@ -12,6 +12,7 @@
 
 #include "constants.h"
 #include "playmodes.h"
+#include "printable.h"
 #include "scanner.h"
 #include "stopsignals.h"
 
@@ -162,7 +163,7 @@ void Comm::receiveText(const char* text) {
   async->setRecvTime();
   SensorData data;
   if (!parser->parseServerString(text, data)) {
-    timedCommError() << "could not parse server string " << firstLine(text) << "\n";
+    timedCommError() << "could not parse server string " << printable(firstLine(text)) << "\n";
     return;
   }
   const bool newCycle = async->adjust(data);
@@ -193,14 +194,17 @@ void Comm::route(const SensorData& data, bool newCycle, const char* text) {
       break;
     case SENSOR_TYPE_ERROR:
       routeAnswer(data.answer);
-      timedCommError() << "received error message from server: " << firstLine(text) << "\n";
+      timedCommError() << "received error message from server: " << printable(firstLine(text))
+                       << "\n";
       break;
     case SENSOR_TYPE_WARNING:
       routeAnswer(data.answer);
-      timedCommError() << "received warning message from server: " << firstLine(text) << "\n";
+      timedCommError() << "received warning message from server: " << printable(firstLine(text))
+                       << "\n";
       break;
     case SENSOR_TYPE_STRANGE:
-      timedCommError() << "received strange message from server: " << firstLine(text) << "\n";
+      timedCommError() << "received strange message from server: " << printable(firstLine(text))
+                       << "\n";
       break;
     case SENSOR_TYPE_CLANG_VER:
       break;

@@ -9,6 +9,7 @@
 
 #include "Comm.h"
 #include "ensure.h"
+#include "printable.h"
 #include "scanner.h"
 #include "stopsignals.h"
 
@@ -54,7 +55,7 @@ comm_error Comm::exchangeCheckin() {
   const char* answer = receiveAtCheckin();
   const comm_error result = parseCheckinResponse(answer);
   if (result != COMM_OK) {
-    commError() << "cannot handle server checkin response " << firstLine(answer) << "\n";
+    commError() << "cannot handle server checkin response " << printable(firstLine(answer)) << "\n";
     return result;
   }
   if (ctype == CLIENT_GOALIE || ctype == CLIENT_FIELDPLAYER) {
@@ -67,7 +68,7 @@ comm_error Comm::exchangeCheckin() {
   const char* text = receiveAtCheckin();
   if (!parser->parseServerParam(text)) {
     if (!parser->parsePlayerParam(text)) {
-      commError() << "cannot parse server_param " << firstLine(text) << "\n";
+      commError() << "cannot parse server_param " << printable(firstLine(text)) << "\n";
       return COMM_ERROR_SERVER_INIT;
     }
     commError() << "got player_param instead of server_param\n";
@@ -75,7 +76,7 @@ comm_error Comm::exchangeCheckin() {
   text = receiveAtCheckin();
   if (!parser->parsePlayerParam(text)) {
     if (!parser->parseServerParam(text)) {
-      commError() << "cannot parse player_param " << firstLine(text) << "\n";
+      commError() << "cannot parse player_param " << printable(firstLine(text)) << "\n";
       return COMM_ERROR_SERVER_INIT;
     }
     commError() << "got server_param instead of player_param\n";

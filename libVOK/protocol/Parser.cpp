@@ -12,6 +12,7 @@
 #include <iostream>
 
 #include "playmodes.h"
+#include "printable.h"
 #include "scanner.h"
 
 namespace vok {
@@ -106,7 +107,8 @@ bool Parser::parseClangVersions() {
 
 play_mode Parser::parsePlaymode(std::string_view name, playing_side side) {
   const play_mode mode = playmodeByName(name, side);
-  if (mode == PLAY_MODE_UNKNOWN) std::cerr << "Unknown Playmode: " << firstLine(name) << "\n";
+  if (mode == PLAY_MODE_UNKNOWN)
+    std::cerr << "Unknown Playmode: " << printable(firstLine(name)) << "\n";
   return mode;
 }
 

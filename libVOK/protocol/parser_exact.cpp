@@ -4,6 +4,7 @@
 
 #include "Parser.h"
 #include "landmarks.h"
+#include "printable.h"
 #include "scanner.h"
 
 namespace vok {
@@ -92,7 +93,7 @@ bool Parser::parseObject(const GlobalObject& object, std::size_t& players, std::
   ObjectNumbers numbers;
   if (object.size == 0 || !readNumbers(Scanner(object.numbers), numbers)) {
     std::cerr << "Parser: malformed object: l=" << object.nameSize << " len=" << object.size
-              << "\n'" << firstLine(msg_) << "'\n";
+              << "\n'" << printable(firstLine(msg_)) << "'\n";
     return false;
   }
 

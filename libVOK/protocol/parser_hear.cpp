@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "Parser.h"
+#include "printable.h"
 #include "scanner.h"
 
 namespace vok {
@@ -181,7 +182,8 @@ bool Parser::parseCoachMsg(std::string_view message) {
     return true;
   }
   if (message.starts_with("(unsupported_clang)")) return true;
-  std::cerr << "Parser: recvd unknown message from olcoach:\"" << firstLine(message) << "\"\n";
+  std::cerr << "Parser: recvd unknown message from olcoach:\"" << printable(firstLine(message))
+            << "\"\n";
   return false;
 }
 

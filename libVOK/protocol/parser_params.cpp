@@ -11,6 +11,7 @@
 
 #include "Parser.h"
 #include "constants.h"
+#include "printable.h"
 #include "scanner.h"
 
 namespace vok {
@@ -393,7 +394,7 @@ bool Parser::parsePlayerType() {
     Scanner ahead(msg_);
     if (!ahead.pattern(" (") || !ahead.until(')', unknown) || !ahead.pattern(") ")) return false;
     std::cerr << "Parser::parsePlayerType: skipping unknown token at " << i << " ("
-              << firstLine(unknown) << ")\n";
+              << printable(firstLine(unknown)) << ")\n";
     msg_ = ahead.rest();
   }
   return true;
