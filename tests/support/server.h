@@ -113,11 +113,13 @@ class TextServer : public TextLink {
 /// Everything is said by the test.
 class ScriptedServer : Unique {
  public:
-  ScriptedServer() {
+  /// On 127.0.0.`host`: the system has all of these addresses.
+  explicit ScriptedServer(unsigned host = 1) {
     sockaddr_in local{};
     local.sin_family = AF_INET;
-    local.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    local.sin_addr.s_addr = htonl(0x7F000000U + host);
     socklen_t size = sizeof local;
+    EXPECT_EQ(bind(answering_, reinterpret_cast<const sockaddr*>(&local), size), 0);
     EXPECT_EQ(bind(welcome_, reinterpret_cast<const sockaddr*>(&local), size), 0);
     getsockname(welcome_, reinterpret_cast<sockaddr*>(&local), &size);
     port_ = ntohs(local.sin_port);

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
 #include <memory>
+#include <thread>
 #include <tuple>
 
 #include "Config.h"
@@ -231,6 +233,46 @@ TEST(UdpSocket, CutsLongDatagramsAndFollowsTheServersLatestPort) {
   EXPECT_EQ(moved.receive(), "there");
   const bool act = true;
   EXPECT_THROW(socket.recv(-1, &act), UDPAct);
+}
+
+// Before the answer to the check-in the resolved address is believed, or one that sends the answer;
+// then the address of the answer alone.
+TEST(UdpSocket, HearsNoOtherAddressThanTheServers) {
+  for (const unsigned host : {1U, 3U}) {
+    ScriptedServer welcome, server(host), stranger(2);
+    UDPSocket socket("127.0.0.1", welcome.port(), 100);
+    socket.send("(init)");
+    EXPECT_EQ(welcome.receive(), "(init)");
+    server.address(welcome);
+    stranger.address(welcome);
+    StderrCapture errors;
+    stranger.send("(error already_have_coach)");
+    server.send("(init l ok)");
+    EXPECT_STREQ(socket.recv(1000, nullptr), "(init l ok)");
+    std::string lines =
+        "CommError: dropped a datagram from 127.0.0.2: the server is at 127.0.0.1\n";
+    if (host == 3) lines += "CommError: the server answers from 127.0.0.3 instead of 127.0.0.1\n";
+    EXPECT_EQ(errors.take(), lines);
+
+    // What strangers send neither is heard nor keeps the server alive, and is counted.
+    std::thread flood([&stranger] {
+      for (int i = 0; i < 100; ++i) {
+        stranger.send("(init r ok)");
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+      }
+    });
+    const auto begun = std::chrono::steady_clock::now();
+    EXPECT_THROW(socket.recv(100, nullptr), UDPTimeOut);
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(350));
+    flood.join();
+    EXPECT_EQ(socket.tryRecv(), nullptr);
+    EXPECT_EQ(socket.dropped(), 101U);
+    server.send("(think)");
+    EXPECT_STREQ(socket.recv(1000, nullptr), "(think)");
+    socket.send("(done)");
+    EXPECT_EQ(server.receive(), "(done)");
+    EXPECT_EQ(errors.take(), "");
+  }
 }
 
 }  // namespace
