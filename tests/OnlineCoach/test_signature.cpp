@@ -25,13 +25,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// FNV-1a.
-std::uint64_t hashOf(const std::string& text) {
-  std::uint64_t hash = 0xcbf29ce484222325;
-  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3;
-  return hash;
-}
-
 /// A file of tests/data, or a compressed one of the shared folders; empty when it is not there.
 Lines readRecording(const std::string& name) {
   const char* shared = std::getenv("VOK_SHARED");

@@ -82,6 +82,12 @@ TEST_F(Positions, OnlyFieldPlayersWithATacticalNumberHaveAPlaceAndWatch) {
                              {2, 0, -1}, {10, 2, -1}, {4, -1, -1}, {11, 0, -1}, {4, 3, -1}};
   for (const auto& [n, k, watched] : ROWS)
     EXPECT_EQ(eval.GetPlayerWatchNo(world.get(), n, k), watched) << n << " " << k;
+  world->ourTeam[5].tacticalNo = -1;
+  EXPECT_EQ(eval.GetPlayerWatchNo(world.get(), 4, 1), -1) << "no player has the watched number";
+  Vector2d low(1, 2);
+  Vector2d high(3, 4);
+  eval.GetPlayerArea(world.get(), 8, low, high);
+  EXPECT_EQ(std::pair(low, high), std::pair(Vector2d(), Vector2d()));
 }
 
 TEST_F(Positions, AFormationThatDoesNotExistIsReported) {

@@ -108,6 +108,13 @@ class TextServer : public TextLink {
   }
 };
 
+/// FNV-1a.
+inline std::uint64_t hashOf(const std::string& text) {
+  std::uint64_t hash = 0xcbf29ce484222325;
+  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3;
+  return hash;
+}
+
 /// A server on a loopback port that answers from a second one, as the real one does: from its first
 /// answer to a client on it hears only what that client sends to the second, up to its "(bye)".
 /// Everything is said by the test.

@@ -43,6 +43,10 @@ std::string callIn(const std::string& text) {
 TEST(PracticeMatch, IsTheSameForTheSameSeedOnly) {
   EXPECT_EQ(play(7, 700), play(7, 700));
   EXPECT_NE(play(7, 700), play(8, 700));
+  // Set it anew after a change that is meant to alter the match.
+  std::string all;
+  for (const std::string& text : play(7, 700)) all += text + '\n';
+  EXPECT_EQ(test::hashOf(all), 6682632837711435668U);
 }
 
 TEST(PracticeMatch, HasEverySetPlayOfBothSidesAndStopsTheClockAfterGoalsAndFouls) {

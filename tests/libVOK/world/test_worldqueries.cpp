@@ -27,6 +27,9 @@ TEST_F(WorldQueries, RankAndCountThePlayersThatAreFreshEnough) {
   for (const int number : {-1, 9, 2, 7, -1})
     EXPECT_EQ(world.ourTeamClosestTo({0, 0}, 1, index++), number);
   EXPECT_EQ(world.ourTeamInCorridor({-6, 0}, {6, 0}, 2, PI / 4, 1), 2);
+  // In the disc around the target, but far outside the cone from it.
+  EXPECT_EQ(world.ourTeamInCorridor({-6, 4}, {3, 5}, 3, 0.01, 1), 1);
+  EXPECT_EQ(world.ourTeamInCorridor({3, 5}, {-6, 4}, 3, 0.01, 1), 0);
 }
 
 TEST_F(WorldQueries, OurOffsideLineFollowsTheSecondLastOpponentOrTheBall) {
