@@ -73,7 +73,7 @@ TEST(SayCode, RealsAreFlooredToTenthsAndRefusedBeyondTheirRange) {
 TEST(SayCode, SmallValuesTravelButAnglesAreReadByTheSumOfTheirDigits) {
   EXPECT_EQ(written(Angle(0)) + written(Angle(-PI / 2)) + written(Angle(1)), "aGaqlQ");
   for (int step = 0; step < 4096; ++step) {
-    const std::string code = written(Angle((step + 0.5) * 2 * PI / 4096 - PI));
+    const std::string code = written(Angle((step + 0.9) * 2 * PI / 4096 - PI));
     EXPECT_EQ(decodeChar(code[0]) + 64 * decodeChar(code[1]), step);
   }
   EXPECT_NEAR(read("aG", Angle()), 0, 1e-12);
