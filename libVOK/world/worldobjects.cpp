@@ -118,18 +118,18 @@ WPlayer::WPlayer(Vector2d pos, Vector2d v) : WMovedObject(pos, v), stamina(STAMI
   setType(WPlayerType::fromDefaults());
 }
 
-void WPlayer::setType(const WPlayerType& type) {
-  decay = type.playerDecay;
-  vmax = reachableSpeed(type.playerSpeedMax, type.dashPowerRate, type.playerDecay);
-  size = type.playerSize;
-  staminaIncMax = type.staminaIncMax;
-  inertiaFactor = type.inertiaFactor;
-  dashPowerRate = type.dashPowerRate;
-  kickableMargin = type.kickableMargin;
-  kickRand = type.kickRand;
-  extraStamina = type.extraStamina;
-  effortMin = type.effortMin;
-  effortMax = type.effortMax;
+void WPlayer::setType(const WPlayerType& physics) {
+  decay = physics.playerDecay;
+  vmax = reachableSpeed(physics.playerSpeedMax, physics.dashPowerRate, physics.playerDecay);
+  size = physics.playerSize;
+  staminaIncMax = physics.staminaIncMax;
+  inertiaFactor = physics.inertiaFactor;
+  dashPowerRate = physics.dashPowerRate;
+  kickableMargin = physics.kickableMargin;
+  kickRand = physics.kickRand;
+  extraStamina = physics.extraStamina;
+  effortMin = physics.effortMin;
+  effortMax = physics.effortMax;
 }
 
 Angle WPlayer::bodyAngleTo(const Vector2d& point) const {

@@ -127,7 +127,7 @@ struct WPlayer : WMovedObject {
   WPlayer(Vector2d pos, Vector2d v);
 
   /// Takes over the physical parameters of a type.
-  void setType(const WPlayerType& type);
+  void setType(const WPlayerType& physics);
 
   Angle bodyAngleTo(const Vector2d& point) const;
   Angle faceAngleTo(const Vector2d& point) const;
