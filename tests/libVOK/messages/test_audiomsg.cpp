@@ -148,9 +148,9 @@ TEST(AudioMsg, RollingBackKeepsTheCharactersAndNeverGoesBehindWhatIsReadNorAhead
 
 TEST(AudioMsgQueue, KeepsTheNewestInOrder) {
   AudioMsgQueue queue(2);
-  for (const unsigned t : {1, 2, 3}) queue.storeMessage(AudioMsg(0, t, false));
+  for (const unsigned t : {1U, 2U, 3U}) queue.storeMessage(AudioMsg(0, t, false));
   AudioMsg msg;
-  for (const unsigned t : {2, 3}) EXPECT_TRUE(queue.getNextMsg(msg) && msg.getServerTime() == t);
+  for (const unsigned t : {2U, 3U}) EXPECT_TRUE(queue.getNextMsg(msg) && msg.getServerTime() == t);
   EXPECT_FALSE(queue.getNextMsg(msg) || AudioMsgQueue(0).storeMessage(msg));
 }
 

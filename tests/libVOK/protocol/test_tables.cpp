@@ -95,11 +95,11 @@ TEST(Tables, EveryRefereesNameHasItsModeAndMeaning) {
 TEST(Tables, EveryLandmarkHasItsNameAndPlace) {
   std::ostringstream got;
   for (const auto& [name, which, x, y] : goalLandmarks())
-    got << "goal " << goalByName(name) << ' ' << goal_x[which] << ' ' << goal_y[which] << ' '
-        << name << '\n';
+    got << "goal " << goalByName(name) << ' ' << goal_x[std::size_t(which)] << ' '
+        << goal_y[std::size_t(which)] << ' ' << name << '\n';
   for (const auto& [name, which, x, y] : flagLandmarks())
-    got << "flag " << flagByName(name) << ' ' << flag_x[which] << ' ' << flag_y[which] << ' '
-        << name << '\n';
+    got << "flag " << flagByName(name) << ' ' << flag_x[std::size_t(which)] << ' '
+        << flag_y[std::size_t(which)] << ' ' << name << '\n';
   for (const char* name : {"l t", "l l", "l r", "l b"})
     got << "line " << lineByName(name) << " 0 0 " << name << '\n';
   EXPECT_EQ(lines(got.str()), rowsOf("landmarks.txt"));
