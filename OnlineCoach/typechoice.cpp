@@ -1,12 +1,14 @@
 // The choice of our players' types, made once when all types are announced: each player gets what
 // suits its wishes best, in turn, and a type goes to three of them at most. With
-// "types_withinLimits" the type requests decide by the same utilities.
+// "types_withinLimits" the type requests decide by the same utilities. With "types_byAbility" the
+// utility of a type is how fast its players run, whatever a player wishes.
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
 #include <iostream>
+#include <numeric>
 
 #include "Config.h"
 #include "constants.h"
@@ -41,6 +43,19 @@ double closeness(double wished, double actual, double range) {
   return 1 - std::abs(wished - actual) / range;
 }
 
+/// Product of the top speed (metres a cycle) and of the speed that a player keeps up for as long as
+/// it likes, since it dashes with no more power than its stamina gains in a cycle. 0 for a type
+/// that cannot run or whose numbers make no sense, which is then never better than another.
+double ability(const WPlayerType& type) {
+  constexpr double FULL_POWER = 100;
+  const double speedOfPower = type.dashPowerRate * type.effortMax / (1 - type.playerDecay);
+  const double topSpeed = FULL_POWER * speedOfPower;
+  const double keptSpeed = type.staminaIncMax * speedOfPower;
+  const double product = topSpeed * keptSpeed;
+  const bool makesSense = type.playerDecay < 1 && topSpeed > 0 && keptSpeed > 0;
+  return makesSense && std::isfinite(product) ? product : 0;
+}
+
 }  // namespace
 
 void VokCoach::initSubs() {
@@ -51,6 +66,7 @@ void VokCoach::initSubs() {
 }
 
 void VokCoach::readAgentConf() {
+  typesByAbility = Config::getOptionalInt("types_byAbility", 0) == 1;
   std::array<char, 64> key{};
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_SHIRT; ++n) {
     for (const WishKey& item : WISH_KEYS) {
@@ -71,18 +87,29 @@ void VokCoach::chooseHeterogenousPlayers() {
   readAgentConf();
   initSubs();
   if (typeRequests != nullptr) return chooseWithinLimits();
-  // The offenders choose first and so get the scarce types. Any head count may be configured.
+  for (const int n : choosingOrder()) choosePlayerType(n);
+}
+
+VokCoach::FieldPlayers VokCoach::choosingOrder() const {
+  FieldPlayers order{};
+  std::iota(order.begin(), order.end(), FIRST_FIELD_PLAYER);
+  // Any head count may be configured.
   const int offenders = std::clamp(tactical->ourSystem.numOffenders, 0, 10);
-  const int firstOffender = LAST_SHIRT + 1 - offenders;
-  for (int n = firstOffender; n <= LAST_SHIRT; ++n) choosePlayerType(n);
-  for (int n = FIRST_FIELD_PLAYER; n < firstOffender; ++n) choosePlayerType(n);
+  std::rotate(order.begin(), order.end() - offenders, order.end());
+  return order;
 }
 
 void VokCoach::chooseWithinLimits() {
+  // A type's ability is the same for all players, so what comes earlier in the order counts a
+  // little more. All share the best types whatever the step is; it must only be above the
+  // resolution of the assignment.
+  const double step = typesByAbility ? 1e-6 : 0;
+  double precedence = 1;
   const int types = static_cast<int>(world->playerType.size());
-  for (int n = FIRST_FIELD_PLAYER; n <= LAST_SHIRT; ++n) {
+  for (const int n : choosingOrder()) {
     for (int type = 0; type < types; ++type)
-      typeRequests->setUtility(n, type, calcUtility(n, type));
+      typeRequests->setUtility(n, type, precedence * calcUtility(n, type));
+    precedence -= step;
   }
   typeRequests->choose(numSubsMax());
 }
@@ -113,8 +140,9 @@ void VokCoach::choosePlayerType(int playerNumber) {
 }
 
 double VokCoach::calcUtility(int playerNumber, int type) const {
-  const DesiredType& wish = desiredType[playerNumber];
   const WPlayerType& actual = world->playerType[static_cast<std::size_t>(type)];
+  if (typesByAbility) return ability(actual);
+  const DesiredType& wish = desiredType[playerNumber];
   const double decay = closeness(wish.decay_inertia_delta + PLAYER_DECAY, actual.playerDecay, 0.2);
   const double kick =
       closeness(wish.kickmargin_rand_delta + KICKABLE_MARGIN, actual.kickableMargin, 0.2);

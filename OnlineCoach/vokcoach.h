@@ -1,6 +1,7 @@
 // The team's coach: what it computes every cycle, what it says, and the types it gives.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -49,15 +50,16 @@ class VokCoach : public Onlinecoach {
   void initSubs();
   /// Makes the type requests when "types_withinLimits" is set. Only with a world.
   void initTypeRequests();
-  /// Reads the wishes of players 2..11.
+  /// Reads the wishes of players 2..11, and whether abilities decide in their place.
   void readAgentConf();
   /// True when types 1 to 6 all exist and are announced.
   bool knowsHeteroTypes() const;
-  /// Gives every field player the type that suits its wishes best, offenders first; with
+  /// Gives every field player the type of the greatest utility, offenders first; with
   /// "types_withinLimits" the best types for all of them that the server's limits allow.
   void chooseHeterogenousPlayers();
   void choosePlayerType(int playerNumber);
-  /// How well a type suits a player's wishes; greater is better.
+  /// How well a type suits a player's wishes, or with "types_byAbility" how fast its players run;
+  /// greater is better.
   double calcUtility(int playerNumber, int type) const;
   /// Asks the server for the change; its answer is not awaited.
   void doSub(int playerNumber, int type);
@@ -77,19 +79,25 @@ class VokCoach : public Onlinecoach {
   std::unique_ptr<Team> otherTeam;
   std::unique_ptr<TypeRequests> typeRequests;  ///< null unless "types_withinLimits"
   Squad<DesiredType> desiredType;
-  unsigned numSubs = 0;        ///< substitutions that the match allows, not counted down
-  bool initDone = false;       ///< the choice of types has been made
+  unsigned numSubs = 0;   ///< substitutions that the match allows, not counted down
+  bool initDone = false;  ///< the choice of types has been made
+  bool typesByAbility = false;
   int numPlTypes = 0;          ///< as the server announced
   std::vector<int> numPlType;  ///< by type: how many more players may get it
   /// By shirt number: the types asked for; with `typeRequests` those that the players have.
   Squad<int> plType;
 
  private:
+  using FieldPlayers = std::array<int, LAST_SHIRT - FIRST_FIELD_PLAYER + 1>;
+
   void createModules();
   void refillBudget();
   void sayMessage();
   void chooseTypesOnce();
   void chooseWithinLimits();
+  /// The shirt numbers in the order in which the players choose: offenders first, who so get the
+  /// scarce types.
+  FieldPlayers choosingOrder() const;
   void followTypes();
 };
 

@@ -2,6 +2,7 @@
 // report.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <sstream>
 
 #include "Config.h"
@@ -70,6 +71,41 @@ TEST_F(TypeChoice, TheUtilityIsTheWeighedSumOfFourClosenesses) {
   }
   coach->readAgentConf();
   EXPECT_NEAR(coach->calcUtility(2, 0), 0.5 + 2 * 0.75 + 4 * 0.2 + 8 * 0.5, 1e-9);
+}
+
+TEST_F(TypeChoice, ByAbilityTheProductOfTopSpeedAndKeptSpeedDecides) {
+  // Decay, dash power rate, effort, stamina gain; the product in thousandths.
+  constexpr double INF = HUGE_VAL;
+  constexpr double ROWS[][5] = {{0.5, 0.006, 1, 45, 648},  // 1.2 times 0.54
+                                {0.5, 0.007, 1, 30, 588},  // the greatest top speed
+                                {0.4, 0.006, 1, 70, 700},  // the greatest gain
+                                {0.6, 0.006, 0.9, 45, 820.125},
+                                {0.6, 0.006, 0.8, 45, 648},  // as good as the default type
+                                {1, 0.01, 1, 45, 0},
+                                {1.5, -0.01, 1, 45, 0}};
+  setEntry("types_byAbility", "1");
+  coach->readAgentConf();
+  const auto set = [this](int id, const double* row) {
+    type(id).playerDecay = row[0];
+    type(id).dashPowerRate = row[1];
+    type(id).effortMax = row[2];
+    type(id).staminaIncMax = row[3];
+  };
+  for (int id = 0; id < 7; ++id) {
+    set(id, ROWS[id]);
+    EXPECT_NEAR(coach->calcUtility(2, id), ROWS[id][4] / 1000, 1e-9) << id;
+  }
+  coach->chooseHeterogenousPlayers();
+  EXPECT_EQ(changes(), "10:3 11:3 2:3 3:2 4:2 5:2 ");
+  constexpr double SENSELESS[][4] = {
+      {NAN, 0.006, 1, 45},  {-INF, 0.006, 1, 45}, {INF, -0.006, 1, 45},  {0.5, INF, 1, 45},
+      {0.5, 0, INF, 45},    {0.5, 0.006, -1, 45}, {1.5, 0.006, 1, 45},   {0.5, 0.006, 1, -45},
+      {0.5, 0.006, 1, INF}, {0.5, 1e200, 1, 45},  {0.5, -0.006, 1, -45}, {0.5, 0.006, 1, 0}};
+  for (const auto& row : SENSELESS) {
+    set(6, row);
+    EXPECT_EQ(coach->calcUtility(2, 6), 0)
+        << row[0] << ' ' << row[1] << ' ' << row[2] << ' ' << row[3];
+  }
 }
 
 TEST_F(TypeChoice, WithFewerThanSixTypesNothingIsChosen) {

@@ -142,6 +142,15 @@ TEST_F(WithinLimits, WithoutALimitATypeIsForThreeAndWhoIsToKeepTheDefaultTypeAsk
   EXPECT_EQ(cycle(0), "2:3 3:3 4:3 5:2 6:6 7:8 8:9 9:10 10:11 11:0 ");
 }
 
+TEST_F(WithinLimits, ByAbilityTheBestTypesAreSharedAndTheOffendersChooseFirst) {
+  setEntry("types_byAbility", "1");
+  playerParams.pt_max = 2;
+  for (int id = 1; id < 13; ++id) type(id).effortMax = 1 + id * 7 % 13 / 100.0;
+  type(12).effortMax = -2;
+  // The fastest types are 11, 9, 7, 5 and 3, in this order.
+  EXPECT_EQ(cycle(0), "2:9 3:9 4:7 5:7 6:5 7:5 8:3 9:3 10:11 11:11 ");
+}
+
 TEST_F(WithinLimits, APlanThatComesTooLateIsMadeAnewByGain) {
   cycle(0);
   hear("(change_player_type 11 11)");  // by the server itself, and what 10 wants
