@@ -167,6 +167,17 @@ TEST_F(WithinLimits, APlanThatComesTooLateIsMadeAnewByGain) {
   EXPECT_TRUE(errors.take().ends_with("Coach: player types: 15 asked, 3 given, 12 refused\n"));
 }
 
+TEST_F(WithinLimits, InTheMatchTheDefaultTypeCountsAsWell) {
+  playerParams.pt_max = 2;  // the goalie has one
+  wish(11, "extra_stamina_effort_delta", 0);
+  cycle(0);
+  giveWishes(2, 10);
+  hear("(change_player_type 11 12)");
+  refuse(1, "cannot_sub_while_playon");
+  hear("(hear 2 referee kick_in_l)");
+  EXPECT_EQ(cycle(2), "11:0 ");
+}
+
 TEST_F(WithinLimits, APlayerWhoComesInTheMatchGetsNoMoreThanItsTurn) {
   playerParams.subs_max = 2;
   cycle(0);

@@ -27,6 +27,8 @@ TEST(CommandLines, HelpAndVersionAreShownByEveryTool) {
 
 TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
   const std::string recording = VOK_SOURCE_DIR "/tests/data/realtime_left.txt";
+  const ScriptedServer taken;
+  const std::string port = std::to_string(taken.port());
   const ChangedConfig huge("Form0_def_PosX", "Form0_def_PosX = 1e308, 2, 2, 8, 32");
   // How the line goes on behind "TOOL: ".
   std::vector<std::tuple<std::string, std::string, int>> cases = {
@@ -40,6 +42,7 @@ TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
       {"practicematch --quiet=1", "--quiet has no value", 2},
       {"practicematch --synch --step 10", "--synch does not go with --step", 2},
       {"practicematch --speed 2", "--speed goes only with --replay", 2},
+      {"practicematch --port " + port, "port " + port + ": ", 1},
       {"practicematch --replay no/such", "--replay no/such: cannot be opened", 2},
       {"practicematch --synch --replay " + recording, "--synch: " + recording + " was rec", 2},
       {"saydecode '--a\x1b'", "unknown option '--a\\x1b'", 2},

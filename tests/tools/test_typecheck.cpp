@@ -50,12 +50,14 @@ TEST_F(TypeCheck, AWrongTruthShows) {
 TEST(TypeCheckProgram, EndsWithOneForAWrongVerdictOnAnyOpponent) {
   for (const std::string number : {"1", "11"}) {
     const std::string changed = "s/^\\(1\tr\t" + number + "\t\\).*/\\14/";
-    EXPECT_EQ(test::runCommand("cd " VOK_SOURCE_DIR "/tests/data && sed '" + changed +
-                               "' types_left.truth.tsv | " VOK_BIN_DIR
-                               "/typecheck types_left.txt - --team Alpha --side l")
-                  .first,
-              1)
-        << number;
+    const auto [status, output] =
+        test::runCommand("cd " VOK_SOURCE_DIR "/tests/data && sed '" + changed +
+                         "' types_left.truth.tsv | " VOK_BIN_DIR
+                         "/typecheck types_left.txt - --team Alpha --side l");
+    EXPECT_EQ(status, 1) << number;
+    EXPECT_NE(output.find("  10 of 11 right, 1 wrong, 0 unknown; "), std::string::npos) << output;
+    EXPECT_NE(output.find("  0 of 11 right, 0 wrong, 11 unknown; 0 wr"), std::string::npos)
+        << output;
   }
 }
 
@@ -65,7 +67,10 @@ TEST_F(TypeCheck, BadFilesAreRefused) {
     std::istringstream in(text);
     EXPECT_FALSE(truth.read(in, error)) << text;
   }
-  for (const char* text : {"1\t(think)\n", "1x\t(init l ok)\n", "14\t(init l ok)\nx\t(think)\n"}) {
+  std::istringstream fromTheStart("0\t(init l ok)\n");
+  EXPECT_TRUE(capture.read(fromTheStart, error));
+  for (const char* text : {"-1\t(init l ok)\n", "1\t(think)\n", "1x\t(init l ok)\n",
+                           "14\t(init l ok)\nx\t(think)\n"}) {
     std::istringstream in(text);
     EXPECT_FALSE(capture.read(in, error)) << text;
   }

@@ -39,9 +39,10 @@ class PlayerTiming : public testing::Test {
     timing->cycleStartTime = {began / 1000, began % 1000 * 1000};
     SensorData data;
     data.time = timing->getServerTime() + 1;
-    timing->adjust(data);
-    itimerval armed{};
+    itimerval armed{{}, {9, 0}};  // the last cycle's, still running
     const itimerval off{};
+    setitimer(ITIMER_REAL, &armed, nullptr);
+    timing->adjust(data);
     setitimer(ITIMER_REAL, &off, &armed);
     const long wait = armed.it_value.tv_sec * 1000 + (armed.it_value.tv_usec + 999) / 1000;
     timing->setRecvTime();
