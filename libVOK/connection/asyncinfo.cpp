@@ -13,6 +13,7 @@
 // the next view counts.
 #include "asyncinfo.h"
 
+#include <chrono>
 #include <csignal>
 #include <iostream>
 
@@ -22,6 +23,8 @@
 #include "playmodes.h"
 
 namespace vok {
+
+using std::chrono::steady_clock;
 
 namespace {
 
@@ -34,13 +37,14 @@ constexpr int NO_COMMAND_LINE = 709;
 AsyncCommInfo* AsyncCommInfo::info = nullptr;
 
 AsyncCommInfo::AsyncCommInfo(const char* teamName, client_type clientType)
-    : team(teamName), client(clientType) {
+    : team(teamName),
+      client(clientType),
+      startTime(std::chrono::floor<std::chrono::seconds>(steady_clock::now())) {
   if (info != nullptr) {
     std::cerr << "You can create only one AsyncCommInfo!\n";
   } else {
     info = this;
   }
-  gettimeofday(&startTime, nullptr);
   waitForSeeTime = Config::getValueAsInt("async_waitForSeeTime");
   if (waitForSeeTime % 10 != 0 || waitForSeeTime < 0 || waitForSeeTime > 90) {
     ensureFailed("waitForSeeTime%10 == 0 && 0 <= waitForSeeTime && waitForSeeTime <= 90",
@@ -204,11 +208,8 @@ void AsyncCommInfo::setRecvTime() {
   recvTime = sinceStart();
 }
 
-/// Milliseconds since the whole second of the start, as all times here are counted.
 long AsyncCommInfo::sinceStart() const {
-  timeval now{};
-  gettimeofday(&now, nullptr);
-  return (now.tv_sec - startTime.tv_sec) * 1000 + now.tv_usec / 1000;
+  return std::chrono::floor<std::chrono::milliseconds>(steady_clock::now() - startTime).count();
 }
 
 std::ostream& AsyncCommInfo::report() const {

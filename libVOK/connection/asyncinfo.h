@@ -1,9 +1,8 @@
 // The server's clock as the client sees it: when a cycle begins, and when to act on it.
 #pragma once
 
-#include <sys/time.h>
-
 #include <array>
+#include <chrono>
 #include <iosfwd>
 #include <string>
 
@@ -77,7 +76,8 @@ class AsyncCommInfo {
   void incSayCount() { ++sayCount; }
   void incTurnNeckCount() { ++turnNeckCount; }
 
-  /// Handler of SIGALRM: the wait for a visual message is over.
+  /// Handler of SIGALRM: the wait for a visual message is over. On a socket it runs in waits only
+  /// (see stopsignals.h), so that it finds everything as it was left.
   static void alrmHandler(int);
 
   /// The one instance, null when none exists.
@@ -96,9 +96,12 @@ class AsyncCommInfo {
   bool thinking = false;      ///< "(think)" has come and is not yet answered
   bool nextTimestep = false;  ///< a cycle has begun and is not yet taken
   bool act = false;           ///< run the cycle now
-  timeval startTime{};        ///< wall clock at construction
-  long recvTime = 0;          ///< arrival of the latest datagram, ms since `startTime`'s second
   int sayCount = 0;           ///< messages that this client has said
+
+  /// The second in which it was constructed, by a clock that nobody can set. All times are
+  /// milliseconds since then.
+  std::chrono::steady_clock::time_point startTime;
+  long recvTime = 0;  ///< arrival of the latest datagram
 
   // Of a coach: where the global view of the present cycle is.
   enum class GlobalView {
@@ -115,7 +118,7 @@ class AsyncCommInfo {
   bool waitForSee = false;
   bool abortWaitForSee = false;  ///< the wait for a visual message is over
   int waitForSeeTime = 40;       ///< per cent of a cycle that it waits for a visual message
-  timeval cycleStartTime{};      ///< since `startTime`'s second
+  long cycleStartTime = 0;
 
   // Of a player: the commands that it has sent.
   int kickCount = 0;

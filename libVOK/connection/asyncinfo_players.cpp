@@ -1,5 +1,7 @@
 // The players' part of the cycle timing: how long to wait for a visual message, and whether the
 // commands that were sent were executed. A coach is never sent the messages that lead here.
+#include <sys/time.h>
+
 #include <algorithm>
 #include <array>
 #include <climits>
@@ -14,23 +16,15 @@ namespace vok {
 
 namespace {
 
-long toMs(const timeval& t) {
-  return t.tv_sec * 1000 + t.tv_usec / 1000;
-}
-
-timeval fromMs(long ms) {
-  return {ms / 1000, (ms % 1000) * 1000};
-}
-
 // Of server parameters, which may be anything.
 long boundedMs(long ms) {
   return std::clamp<long>(ms, 0, INT_MAX);
 }
 
-// Arms the one-shot timer; 0 stops it.
+// Arms the one-shot timer; 0 stops it. "Real" is time that passes, whatever the clock is set to.
 void setTimer(long ms) {
   itimerval timer{};
-  timer.it_value = fromMs(ms);
+  timer.it_value = {ms / 1000, (ms % 1000) * 1000};
   setitimer(ITIMER_REAL, &timer, nullptr);
 }
 
@@ -72,7 +66,7 @@ void AsyncCommInfo::noteSee() {
   if (seeMsgCntIndex < 0) return;
   const auto slot = static_cast<std::size_t>(seeMsgCntIndex);
   ++seeMsgCnt[slot];
-  seeTime[slot] = sinceStart() - toMs(cycleStartTime);
+  seeTime[slot] = sinceStart() - cycleStartTime;
 }
 
 void AsyncCommInfo::startTimer() {
@@ -82,8 +76,8 @@ void AsyncCommInfo::startTimer() {
   const long nowMs = sinceStart();
   long wait = std::lround(waitForSeeTime / 100.0 * static_cast<double>(step) -
                           static_cast<double>(nowMs - recvTime));
-  const long lastCycle = nowMs - toMs(cycleStartTime);
-  cycleStartTime = fromMs(recvTime);
+  const long lastCycle = nowMs - cycleStartTime;
+  cycleStartTime = recvTime;
 
   const auto line = [this]() -> std::ostream& {
     return std::cerr << serverTime << " AsyncInfo: (" << team << " No." << number << ")";

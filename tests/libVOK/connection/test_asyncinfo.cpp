@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/time.h>
 
+#include <chrono>
 #include <csignal>
 #include <memory>
 #include <tuple>
@@ -22,7 +23,7 @@ class PlayerTiming : public testing::Test {
     timing = std::make_unique<AsyncCommInfo>("Alpha", CLIENT_FIELDPLAYER);
     timing->setStates(7, 0, PLAY_MODE_PLAY_ON, SIDE_LEFT, false);
     timing->actionNeeded = false;
-    timing->startTime = {timing->startTime.tv_sec - 100, 700'000};
+    timing->startTime -= std::chrono::seconds(100);
     SYNCH_MODE = true;  // no timer: the tests say when the wait is over
     std::signal(SIGALRM, SIG_IGN);
   }
@@ -35,8 +36,7 @@ class PlayerTiming : public testing::Test {
     timing->setRecvTime();
     const long now = timing->recvTime;
     timing->recvTime -= late;
-    const long began = timing->recvTime - length;
-    timing->cycleStartTime = {began / 1000, began % 1000 * 1000};
+    timing->cycleStartTime = timing->recvTime - length;
     SensorData data;
     data.time = timing->getServerTime() + 1;
     itimerval armed{{}, {9, 0}};  // the last cycle's, still running
