@@ -199,15 +199,30 @@ void TypeRequests::ask() {
   const bool inMatch = !isBeforeMatch();
   if (inMatch && (choosesAgain_ || !todo_.empty())) chooseChanges();
   for (; !todo_.empty(); todo_.pop()) {
-    Request next = todo_.front();
-    next.inMatch = inMatch;
-    comm_.sendChangePlayer(next.number, next.type);
-    out_.push(next);
-    ++asked_;
+    todo_.front().inMatch = inMatch;
+    send(todo_.front());
   }
 }
 
+void TypeRequests::send(const Request& request) {
+  bool isFirst = true;
+  for (std::size_t i = 0; i < out_.size(); ++i)
+    isFirst = isFirst && out_[i].number != request.number;
+  if (isFirst) announced_[request.number] = 0;
+  comm_.sendChangePlayer(request.number, request.type);
+  out_.push(request);
+  ++asked_;
+}
+
+void TypeRequests::countAnnouncements() {
+  const auto size = static_cast<int>(world_.ourSubs.size());
+  counted_ = std::max(counted_, world_.numOurSubs - size);
+  for (; counted_ < world_.numOurSubs; ++counted_)
+    ++announced_[world_.ourSubs[at(counted_ % size)].number];
+}
+
 void TypeRequests::takeAnswers() {
+  countAnnouncements();
   for (; !comm_.answers.empty(); comm_.answers.pop()) {
     const Answer& answer = comm_.answers.front();
     if (answer.kind == AnswerKind::TYPE_GIVEN) {
@@ -232,10 +247,14 @@ void TypeRequests::given(const Answer& answer) {
   const auto [number, type, inMatch] = out_.front();
   out_.pop();
   countGranted(inMatch);
-  if (target_[number] != type) return;  // a detour
-  target_[number] = NO_TARGET;
+  if (target_[number] == type) target_[number] = NO_TARGET;  // else a detour
 
-  if (world_.ourTeam[number].type != type) world_.setOurType(number, type);
+  // The announcement comes before the answer, and another change may have followed it.
+  if (announced_[number] > 0) {
+    --announced_[number];
+  } else if (world_.ourTeam[number].type != type) {
+    world_.setOurType(number, type);
+  }
 }
 
 /// The answer to the first request is lost; but the change may have been announced.

@@ -64,6 +64,8 @@ class TypeRequests {
   bool isInTheWay(int number, const Types& state) const;
   void chooseChanges();
   int substitutionsOut() const;
+  void send(const Request& request);
+  void countAnnouncements();
   void request(int number, int type);
   void requestNextBest(int number);
   bool isOut(int number, int type) const;
@@ -85,10 +87,14 @@ class TypeRequests {
   std::vector<int> capacity_;  ///< by type: players on the field
   /// What each player is to have when all requests are answered, -1 when there is none for it.
   Types target_;
-  Squad<bool> absent_;     ///< the server did not know the player yet
-  Squad<int> retries_;     ///< requests that were made again as they were
-  Queue todo_;             ///< not sent yet
-  Queue out_;              ///< sent and not answered
+  Squad<bool> absent_;  ///< the server did not know the player yet
+  Squad<int> retries_;  ///< requests that were made again as they were
+  Queue todo_;          ///< not sent yet
+  Queue out_;           ///< sent and not answered
+  /// Changes of each player that were announced since its first request that is out, less those
+  /// that answers have confirmed.
+  Squad<int> announced_;
+  int counted_ = 0;        ///< the announced changes of all players that were counted
   int substitutions_ = 0;  ///< that are left, those that are out not yet counted
   int asked_ = 0;
   int granted_ = 0;

@@ -101,7 +101,6 @@ void checkPlaces(const VokCoach& coach) {
 
 void play() {
   fuzz::Match& match = fuzz::Match::instance();
-  match.readFormations();
   match.checkIn(fuzz::INIT_ANSWER, fuzz::SERVER_PARAM, fuzz::PLAYER_PARAM);
   SYNCH_MODE = false;
   for (int id = 0; id < 7; ++id) match.receive(fuzz::playerType(id));

@@ -1,4 +1,5 @@
-// One datagram of any content in the middle of a match, in synchronous mode or in real time.
+// One datagram of any content in the middle of a match, in synchronous mode or in real time, with
+// each set of the optional keys.
 #include <cstdint>
 
 #include "constants.h"
@@ -7,6 +8,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using vok::fuzz::Match;
   Match& match = Match::instance();
+  vok::fuzz::setOptionalKeys(static_cast<unsigned>(size / 2));
   match.checkIn(vok::fuzz::INIT_ANSWER, vok::fuzz::SERVER_PARAM, vok::fuzz::PLAYER_PARAM);
   vok::SYNCH_MODE = size % 2 == 0;
   match.receive("(hear 7 referee free_kick_l)");

@@ -2,7 +2,6 @@
 
 #include <sys/time.h>
 
-#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -10,6 +9,7 @@
 #include <streambuf>
 #include <vector>
 
+#include "Config.h"
 #include "constants.h"
 #include "cycleloop.h"
 #include "scanner.h"
@@ -25,6 +25,12 @@ const char* const PLAYER_PARAM = "(player_param (player_types 7)(subs_max 3))";
 namespace {
 
 constexpr std::size_t MAX_DATAGRAM = 8192;
+
+constexpr const char* NO_FURTHER_KEYS = "/dev/null";  // the configuration is read already
+
+// By the bits of `setOptionalKeys`.
+constexpr const char* OPTIONAL_KEYS[] = {"tac_typesFromDecay", "types_withinLimits",
+                                         "types_byAbility", "summary"};
 
 /// Takes everything and remembers only whether a line was that of a soft assertion.
 class Nowhere : public std::streambuf {
@@ -102,61 +108,55 @@ Match& Match::instance() {
   return theMatch;
 }
 
-Match::Match() : emptyAudiomgr_(UINT_MAX, false, AudioMsg::DEFAULT_MSG_PREFIX, 20) {
+void setOptionalKeys(unsigned mask) {
+  for (const char* key : OPTIONAL_KEYS) {
+    setEntry(key, mask % 2 == 0 ? "0" : "1");
+    mask /= 2;
+  }
+}
+
+Match::Player::Player(Link& link)
+    : comm(TEAM, CLIENT_FIELDPLAYER, link, 0, false, 7, 7, SIDE_LEFT) {
+  if (comm.connect() == COMM_OK) world = std::make_unique<Worldmodel>(&comm);
+}
+
+Match::Match() {
   silence();
-  const AlarmKeeper keeper;
-  coach_ = std::make_unique<VokCoach>(TEAM, link_, VOK_SOURCE_DIR "/conf/agent.conf");
-  readFormations();
+  require(Config::readFile(VOK_SOURCE_DIR "/conf/agent.conf"), "the configuration is read");
 }
 
-void Match::readFormations() {
-  positions_ = std::make_unique<PositionEval>(coach_->goalShotEval.get(), coach_->passEval.get());
-}
-
-/// As a client is before its check-in.
-void Match::restart(client_type type) {
+void Match::endMatch() {
+  coach_.reset();
+  player_.reset();
   parameters_.restore();
-  Comm& comm = *coach_->comm;
-  comm.async.reset();
-  AsyncCommInfo::info = nullptr;  // also of one whose construction failed
-  const AlarmKeeper keeper;
-  comm.async = std::make_unique<AsyncCommInfo>(TEAM, type);
-  *comm.parser = Parser(TEAM, type, 7, 7);
-  comm.ctype = type;
-  *comm.store = emptyStore_;
-  *comm.audiomgr = emptyAudiomgr_;
-  comm.terminateTexts = false;
-  comm.serverOK = true;
   link_.dropTexts();
+  link_.dropCommands();
+  answers_ = 0;
+  requests_.clear();
 }
 
 bool Match::checkIn(std::string_view init, std::string_view serverText,
                     std::string_view playerText) {
-  restart(isPlayersAnswer(init) ? CLIENT_FIELDPLAYER : CLIENT_ONLINECOACH);
+  endMatch();
   for (const std::string_view text : {init, serverText, playerText}) link_.add(std::string(text));
-  const bool checkedIn = coach_->comm->connect() == COMM_OK;
+  const AlarmKeeper keeper;
+  if (isPlayersAnswer(init)) {
+    player_ = std::make_unique<Player>(link_);
+  } else {
+    coach_ = std::make_unique<VokCoach>(TEAM, link_, NO_FURTHER_KEYS);
+  }
   takeCommands();
-  if (!checkedIn) return false;
-
-  coach_->world = std::make_unique<Worldmodel>(coach_->comm.get());
-  prepareCoach();
-  answers_ = 0;
+  if (world() == nullptr) return false;
   nowhere.ensureFailed = false;  // a configuration may have been told off
   checkWorld();
   return true;
 }
 
-void Match::prepareCoach() {
-  *coach_->tactical = TacticalModule(coach_->world.get(), nullptr);
-  *coach_->positionEval = *positions_;
-  *coach_->otherTeam = Team(coach_->world.get());
-  coach_->sayMessageNow = false;
-  coach_->lastPlayMode = PLAY_MODE_UNKNOWN;
-  coach_->numMsgsLeft = SAY_COACH_CNT_MAX;
-  coach_->lastNewMessageTime = 0;
-  coach_->lastAumsgTime = -43;
-  coach_->plType.fill(0);
-  coach_->initSubs();
+std::optional<TypeRequest> Match::takeRequest() {
+  if (requests_.empty()) return std::nullopt;
+  const TypeRequest oldest = requests_.front();
+  requests_.pop_front();
+  return oldest;
 }
 
 void Match::receive(std::string_view datagram) {
@@ -167,20 +167,20 @@ void Match::receive(std::string_view datagram) {
 
   {
     const AlarmKeeper keeper;
-    coach_->comm->receiveText(text.data());
+    comm().receiveText(text.data());
   }
   runCycle();
 }
 
 void Match::drain(std::string_view datagram) {
   link_.add(std::string(datagram.substr(0, MAX_DATAGRAM)));
-  coach_->comm->drainSocket();
-  require(coach_->comm->isServerAlive(), "no datagram is a dead server");
+  comm().drainSocket();
+  require(comm().isServerAlive(), "no datagram is a dead server");
   runCycle();
 }
 
 void Match::runCycle() {
-  if (coach_->comm->async->isCoach()) {
+  if (isCoach()) {
     coach_->step();
   } else {
     runPlayersCycle();
@@ -191,11 +191,11 @@ void Match::runCycle() {
 }
 
 void Match::runPlayersCycle() {
-  Comm& comm = *coach_->comm;
+  Comm& comm = player_->comm;
   AsyncCommInfo::alrmHandler(SIGALRM);  // it has waited for a view
-  const bool newCycle = takeCycle(comm, *coach_->world);
+  const bool newCycle = takeCycle(comm, *player_->world);
   AudioMsg message;
-  while (comm.getNextMsg(message)) heard_ = coach_->world->feedbackAudio(message);
+  while (comm.getNextMsg(message)) player_->heard = player_->world->feedbackAudio(message);
   // A cycle may pass without what it should begin with.
   nowhere.ensureFailed = false;
   if (!newCycle) return;
@@ -210,9 +210,9 @@ void Match::runPlayersCycle() {
 void Match::takeCommands() {
   while (const auto sent = link_.takeCommand()) {
     std::string_view command = *sent;
-    if (coach_->comm->terminateTexts && command.ends_with('\0')) command.remove_suffix(1);
+    if (comm().terminateTexts && command.ends_with('\0')) command.remove_suffix(1);
     if (command == "(done)") ++answers_;
-    if (coach_->comm->async->isCoach()) checkCommand(command);
+    if (isCoach()) checkCommand(command);
   }
 }
 

@@ -5,7 +5,9 @@
 // that nothing crashes, so that a broken promise looks like a crash to libFuzzer.
 #pragma once
 
+#include <deque>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,8 +33,19 @@ extern const char* const PLAYER_PARAM;
 /// The announcement of one of the types; the greater the id, the faster.
 std::string playerType(int id);
 
+/// Switches the configuration's optional keys from the next check-in on: each is on when its bit of
+/// `mask` is set.
+void setOptionalKeys(unsigned mask);
+
+/// A change of a player's type that the coach has asked for.
+struct TypeRequest {
+  int number = 0;
+  int type = 0;
+};
+
 /// A coach, the answers to its check-in and the datagrams of its match. One a process, since there
-/// can be one connection only. `checkIn` begins a match in which nothing is left of earlier ones.
+/// can be one connection only. `checkIn` begins a match with a new coach, so that nothing is left
+/// of earlier matches. Before the first one the shipped configuration is read.
 class Match {
  public:
   static Match& instance();
@@ -53,15 +66,29 @@ class Match {
   /// answered.
   void expectGoodCycle();
 
-  /// What the positions are computed from: the configuration, read anew.
-  void readFormations();
+  /// The oldest request for a type that was not taken yet.
+  std::optional<TypeRequest> takeRequest();
 
+  /// Only in a coach's match.
   const VokCoach& itsCoach() const { return *coach_; }
 
  private:
+  /// What plays in a coach's place.
+  struct Player {
+    explicit Player(Link& link);
+
+    Comm comm;
+    std::unique_ptr<Worldmodel> world;  ///< null when the check-in failed
+    bool heard = false;                 ///< it took the latest message of its coach
+  };
+
   Match();
-  void restart(client_type type);
-  void prepareCoach();
+  bool isCoach() const { return coach_ != nullptr; }
+  Comm& comm() const { return isCoach() ? *coach_->comm : player_->comm; }
+  const std::unique_ptr<Worldmodel>& world() const {
+    return isCoach() ? coach_->world : player_->world;
+  }
+  void endMatch();
   void runCycle();
   void runPlayersCycle();
   void checkWorld() const;
@@ -75,13 +102,11 @@ class Match {
 
   const test::ParamKeeper parameters_;
   TextLink link_;
+  // One of the two is there after the first check-in.
   std::unique_ptr<VokCoach> coach_;
-  int answers_ = 0;     ///< how often "(done)" was sent since the last check-in
-  bool heard_ = false;  ///< a player took the latest message of its coach
-  // As they are before a match; copied, since building them takes long.
-  SensorDataStore emptyStore_;
-  AudioMgr emptyAudiomgr_;
-  std::unique_ptr<PositionEval> positions_;
+  std::unique_ptr<Player> player_;
+  int answers_ = 0;  ///< how often "(done)" was sent since the last check-in
+  std::deque<TypeRequest> requests_;
 };
 
 }  // namespace vok::fuzz

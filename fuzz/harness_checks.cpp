@@ -5,7 +5,9 @@
 #include <climits>
 #include <cmath>
 #include <cstdio>
+#include <initializer_list>
 #include <numbers>
+#include <vector>
 
 #include "constants.h"
 #include "harness.h"
@@ -42,39 +44,149 @@ std::string goodObjects() {
   return text + ")";
 }
 
+// What holds of single values.
+
+bool isAge(long age) {
+  return 0 <= age && age <= NEVER;
+}
+bool isSlot(long next) {
+  return 0 <= next && next < 10;
+}
+bool isShirtOrNone(int number) {
+  return number == -1 || isShirtNumber(number);
+}
+
+void checkAngles(std::initializer_list<Angle> angles) {
+  for (const double a : angles)
+    require(-std::numbers::pi < a && a <= std::numbers::pi, "angles are normalised");
+}
+
+void checkAges(std::initializer_list<long> ages) {
+  require(std::all_of(ages.begin(), ages.end(), isAge), "ages are in 0..32000");
+}
+
+/// For members of which any value is fine: numbers as the server told them and what was computed
+/// from them, which may be infinite, and pointers.
+template <typename... Members>
+void anyValueIsFine(const Members&...) {}
+
+// Where the checks name all members of an object, the compiler or one of these assertions stops at
+// a new one: add it to the check.
+
+template <typename Object>
+struct WithNumber : Object {
+  int number;  ///< takes the room at the end in which a new member would not be noticed
+};
+
+static_assert(sizeof(WObject) == sizeof(Vector2d) + 2 * sizeof(int));
+static_assert(sizeof(WithNumber<WBall>) ==
+              2 * sizeof(Vector2d) + 3 * sizeof(double) + 4 * sizeof(int));
+static_assert(sizeof(WithNumber<WPlayer>) ==
+              2 * sizeof(Vector2d) + 4 * sizeof(Angle) + 14 * sizeof(double) + 10 * sizeof(int));
+
+void checkObject(const WObject& object) {
+  checkAges({object.age});
+  require(object.state >= UNSAFE && object.state <= VISUAL, "states are those of the list");
+  anyValueIsFine(object.pos);
+}
+
+void checkMoved(const WMovedObject& object) {
+  checkObject(object);
+  require(object.coneTime == 0, "nobody searches");
+  anyValueIsFine(object.v, object.decay, object.vmax, object.size);
+}
+
+void checkPlayer(const WPlayer& p, int types) {
+  checkMoved(p);
+  checkAges({p.bodyAge, p.cyclesSinceTackle});
+  checkAngles({p.bodyDir, p.faceDir, p.pointDir, p.headAngle});
+  require(p.isGoalie >= GOALIE_UNKNOWN && p.isGoalie <= GOALIE_FALSE, "goalies are or are not");
+  require(isShirtOrNone(p.tacticalNo), "tactical numbers are in range");
+  require(p.type >= -1 && p.type < std::max(types, 1), "types were announced");
+  anyValueIsFine(p.number, p.stamina, p.effort, p.recovery, p.staminaIncMax, p.inertiaFactor,
+                 p.dashPowerRate, p.kickableMargin, p.kickRand, p.extraStamina, p.effortMin,
+                 p.effortMax);
+}
+
+void checkTeam(const Squad<WPlayer>& team, int types) {
+  int places = 0;
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+    checkPlayer(team[n], types);
+    require(team[n].number == n, "players keep their numbers");
+    if (team[n].tacticalNo > 0) places |= 1 << team[n].tacticalNo;
+  }
+  require(places == 0 || places == 0xffe, "tactical numbers are distinct");
+}
+
+void checkType(const WPlayerType& type, int id) {
+  const auto& [state, speedMax, decay, size, staminaInc, inertia, dashPower, margin, rand,
+               extraStamina, effortMin, effortMax] = type;
+  require(state == -1 || state == id, "types are stored by their numbers");
+  anyValueIsFine(speedMax, decay, size, staminaInc, inertia, dashPower, margin, rand, extraStamina,
+                 effortMin, effortMax);
+}
+
+void checkSubstitutions(const std::vector<Substitution>& ring) {
+  for (const auto& [number, time] : ring)
+    require(number == 0 || isShirtNumber(number), "changes are those of players");
+}
+
+void checkAction(const WAction& action) {
+  const auto& [command, moment, power, pos] = action;
+  for (const double value : {moment, power, pos.x, pos.y})
+    require(std::isfinite(value), "commands hold finite numbers");
+  anyValueIsFine(command);
+}
+
 }  // namespace
 
 void Match::checkWorld() const {
-  const Worldmodel& world = *coach_->world;
-  const auto isAge = [](long age) { return 0 <= age && age <= NEVER; };
-  const auto isAngle = [](double a) { return -std::numbers::pi < a && a <= std::numbers::pi; };
-  const auto isShirtOrNone = [](int number) { return number == -1 || isShirtNumber(number); };
-  const int types = static_cast<int>(world.playerType.size());
+  const auto& [my, ourTeam, otherTeam, ourGoalieNo, otherGoalieNo, maxPlayersOurTeam,
+               maxPlayersOtherTeam, ball, ourGoal, otherGoal, collState, time, visualAge,
+               cyclesSinceCatch, cyclesSincePointTo, ourSide, penaltySide, playMode, ourScore,
+               otherScore, action, playerType, ourSubs, otherSubs, numOurSubs, numOtherSubs,
+               otherTypeChanges, ownChangesWithoutComma, kickCount, dashCount, turnCount, sayCount,
+               turnNeckCount, catchCount, moveCount, changeViewCount, tackleCount, pointToCount,
+               attentionToCount, viewWidth, viewQuality, vDir, vAngle, vAge, vCounter, aOppDir,
+               aOppAge, aOppCounter, aOurDir, aOurAge, aOurCounter, oldBallRelpos, oldMy,
+               waitForSenseBody, itsComm] = *world();
 
-  bool agesFit = isAge(world.ball.age) && isAge(world.my.age) && isAge(world.ourGoal.age) &&
-                 isAge(world.otherGoal.age) && isAge(world.visualAge);
-  for (const auto* ages : {&world.vAge, &world.aOppAge, &world.aOurAge})
-    agesFit = agesFit && std::all_of(ages->begin(), ages->end(), isAge);
+  const int types = static_cast<int>(playerType.size());
+  checkPlayer(my, types);
+  checkPlayer(oldMy, types);
+  require(-1 <= my.number && my.number <= LAST_SHIRT, "our own number is in range");
+  checkTeam(ourTeam, types);
+  checkTeam(otherTeam, types);
+  checkMoved(ball);
+  checkObject(ourGoal);
+  checkObject(otherGoal);
+  for (int id = 0; id < types; ++id) checkType(playerType[static_cast<std::size_t>(id)], id);
+  checkAction(action);
 
-  int places = 0;
-  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
-    for (const WPlayer* player : {&world.ourTeam[n], &world.otherTeam[n]}) {
-      agesFit = agesFit && isAge(player->age) && isAge(player->bodyAge) &&
-                isAge(player->cyclesSinceTackle);
-      require(isAngle(player->bodyDir) && isAngle(player->faceDir), "angles are normalised");
-      require(player->number == n, "players keep their numbers");
-      require(player->type >= -1 && player->type < std::max(types, 1), "types were announced");
-    }
-    require(isShirtOrNone(world.ourTeam[n].tacticalNo), "tactical numbers are in range");
-    if (world.ourTeam[n].tacticalNo > 0) places |= 1 << world.ourTeam[n].tacticalNo;
-  }
-  require(agesFit, "ages are in 0..32000");
-  require(places == 0 || places == 0xffe, "tactical numbers are distinct");
-  require(isShirtOrNone(world.ourGoalieNo) && isShirtOrNone(world.otherGoalieNo),
-          "goalies have shirt numbers");
-  require(world.numOurSubs >= 0 && world.numOtherSubs >= 0, "changes are counted up");
-  require(isAngle(world.my.bodyDir) && isAngle(world.my.faceDir), "our own angles too");
-  if (coach_->comm->async->isCoach()) checkPlans();
+  require(isShirtOrNone(ourGoalieNo) && isShirtOrNone(otherGoalieNo), "goalies have shirt numbers");
+  for (const int size : {maxPlayersOurTeam, maxPlayersOtherTeam})
+    require(0 <= size && size <= LAST_SHIRT, "teams are of eleven at most");
+  require(numOurSubs >= 0 && numOtherSubs >= 0, "changes are counted up");
+  for (const int changes : otherTypeChanges) require(changes >= 0, "each opponent's, too");
+  checkSubstitutions(ourSubs);
+  checkSubstitutions(otherSubs);
+  require(time >= 0 && time <= INT_MAX, "the time is one of the server's");
+  require(PLAY_MODE_UNKNOWN <= playMode && playMode <= PLAY_MODE_PENALTY_SCORE_THEM,
+          "play modes are those of the list");
+
+  checkAges({visualAge, cyclesSinceCatch, cyclesSincePointTo});
+  for (const auto* ages : {&vAge, &aOppAge, &aOurAge})
+    require(std::all_of(ages->begin(), ages->end(), isAge), "ages are in 0..32000");
+  for (const auto* angles : {&vDir, &vAngle, &aOppDir, &aOurDir})
+    for (const Angle& angle : *angles) checkAngles({angle});
+  require(isSlot(vCounter) && isSlot(aOppCounter) && isSlot(aOurCounter),
+          "the next slots are those of the rings");
+  require(itsComm == &comm(), "the world keeps its connection");
+  anyValueIsFine(collState, ourSide, penaltySide, ourScore, otherScore, ownChangesWithoutComma,
+                 kickCount, dashCount, turnCount, sayCount, turnNeckCount, catchCount, moveCount,
+                 changeViewCount, tackleCount, pointToCount, attentionToCount, viewWidth,
+                 viewQuality, oldBallRelpos, waitForSenseBody);
+  if (isCoach()) checkPlans();
 }
 
 void Match::checkPlans() const {
@@ -82,14 +194,16 @@ void Match::checkPlans() const {
   for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     require(coach_->tactical->playerType[n] >= -1 && coach_->tactical->playerType[n] < types,
             "inferred types are in range");
+    require(coach_->plType[n] >= 0 && coach_->plType[n] < std::max(types, 1),
+            "our types are in range");
   }
   for (const auto& place : coach_->positionEval->RealPositions)
     require(!(std::abs(place.Pos.y) > 29), "places are on the field");
 }
 
 void Match::expectGoodCycle() {
-  const AsyncCommInfo& async = *coach_->comm->async;
-  const long time = std::max(coach_->world->time, async.getServerTime()) + 1;
+  const AsyncCommInfo& async = *comm().async;
+  const long time = std::max(world()->time, async.getServerTime()) + 1;
   if (time > INT_MAX) return;  // the clock goes no further
   if (!async.isCoach()) return expectGoodSenses(time);
   static const std::string OBJECTS = goodObjects();
@@ -111,9 +225,9 @@ void Match::expectGoodSenses(long time) {
           " (dash 2) (turn 3) (say 4) (turn_neck 5) (catch 6) (move 7) (change_view 8)"
           " (arm (movable 0) (expires 0) (target 0 0) (count 9)) (focus (target none) (count 10))"
           " (tackle (expires 0) (count 11)))");
-  const Worldmodel& world = *coach_->world;
+  const Worldmodel& world = *this->world();
   require(world.time == time, "the body sense's time is taken");
-  require(world.playMode == coach_->comm->getPlayMode(), "the play mode is taken");
+  require(world.playMode == comm().getPlayMode(), "the play mode is taken");
   require(world.my.stamina == 3210.5 && world.my.effort == 0.75, "the body's state is taken");
   require(std::abs(world.my.v.getLength() - 0.25) < 1e-9 &&
               world.my.headAngle == Angle(-std::numbers::pi / 6),
@@ -133,7 +247,7 @@ void Match::expectGoodSenses(long time) {
 
 void Match::expectGoodMessage(long time) {
   constexpr long TIME_IN_MESSAGES = 1 << 18;
-  const bool left = coach_->comm->getMySide() == SIDE_LEFT;
+  const bool left = comm().getMySide() == SIDE_LEFT;
   AudioMsg message(0, static_cast<unsigned>(time), true);
   CoachMessage told;
   told.ball = {-20.5, 7.25};
@@ -141,18 +255,19 @@ void Match::expectGoodMessage(long time) {
   if (!message.getState() || time >= TIME_IN_MESSAGES) return;
 
   AudioMgr(0, left, AudioMsg::DEFAULT_MSG_PREFIX, 1).SpeakTo(message);
-  heard_ = false;
+  player_->heard = false;
   receive("(hear " + std::to_string(time) + (left ? " online_coach_left" : " online_coach_right") +
           " (freeform \"" + message.getEncoding() + "\"))");
-  require(heard_ && coach_->world->ball.pos == Vector2d(-20.5, 7.2) && coach_->world->ball.age == 0,
+  require(player_->heard && player_->world->ball.pos == Vector2d(-20.5, 7.2) &&
+              player_->world->ball.age == 0,
           "a good message is heard");
 }
 
 void Match::checkView(long time) const {
-  const Worldmodel& world = *coach_->world;
+  const Worldmodel& world = *this->world();
   const double turned = world.ourSide == SIDE_RIGHT ? -1 : 1;
   require(world.time == time && world.visualAge == 0, "the view's time is taken");
-  require(world.playMode == coach_->comm->getPlayMode(), "the play mode is taken");
+  require(world.playMode == comm().getPlayMode(), "the play mode is taken");
   require(world.ball.pos == turned * Vector2d(-20.5, 7.25) &&
               world.ball.v == turned * Vector2d(0.5, -0.75) && world.ball.age == 0,
           "the view's ball is taken");
@@ -185,9 +300,12 @@ void Match::checkCommand(std::string_view command) {
     int type = 0;
     std::sscanf(std::string(command).c_str(), "(change_player_type %d %d)", &number, &type);
     require(number >= 2 && number <= 11, "only field players change their types");
-    require(type >= 1 && type < static_cast<int>(coach_->world->playerType.size()) &&
-                coach_->world->playerType[static_cast<std::size_t>(type)].state == type,
+    const auto& types = coach_->world->playerType;
+    const bool isDefault = type == 0 && coach_->typeRequests != nullptr;
+    require(isDefault || (type >= 1 && type < static_cast<int>(types.size()) &&
+                          types[static_cast<std::size_t>(type)].state == type),
             "only announced types are ordered");
+    requests_.push_back({number, type});
   } else {
     require(command == "(done)" || command.starts_with("(eye on)") || command.starts_with("(init "),
             "a known command");
