@@ -10,7 +10,8 @@
 
 namespace vok::bench {
 
-const char* const CONFIG_FILE = VOK_SOURCE_DIR "/conf/agent.conf";
+const char* const SHIPPED_CONFIG = VOK_SOURCE_DIR "/conf/agent.conf";
+const char* const PLAIN_CONFIG = VOK_SOURCE_DIR "/tests/data/plain.conf";
 
 namespace {
 
@@ -113,7 +114,7 @@ CoachInMatch::CoachInMatch(int types) {
   for (std::size_t i = 0; i < 3; ++i) link.add(texts[i]);
   // The recording calls for some lines; later ones shall be seen.
   std::cerr.setstate(std::ios::failbit);
-  coach = std::make_unique<VokCoach>("Alpha", link, CONFIG_FILE);
+  coach = std::make_unique<VokCoach>("Alpha", link, PLAIN_CONFIG);
   for (std::size_t i = 3; i < texts.size(); ++i) feed(texts[i]);
   std::cerr.clear();
 }

@@ -14,8 +14,11 @@
 
 namespace vok::bench {
 
-/// The shipped configuration.
-extern const char* const CONFIG_FILE;
+/// What the program is started with.
+extern const char* const SHIPPED_CONFIG;
+/// What cycles are measured with: the optional keys are off, so that the figures of all versions
+/// can be compared.
+extern const char* const PLAIN_CONFIG;
 
 /// Single views with their names: bench/data/views.txt.
 std::vector<std::pair<std::string, std::string>> namedViews();

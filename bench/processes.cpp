@@ -29,7 +29,7 @@ class Child {
     const std::string portText = std::to_string(port);
     const std::vector<const char*> argv = {program.c_str(), "-t",   "Alpha",          "-h",
                                            "127.0.0.1",     "-p",   portText.c_str(), "-f",
-                                           CONFIG_FILE,     nullptr};
+                                           SHIPPED_CONFIG,  nullptr};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);

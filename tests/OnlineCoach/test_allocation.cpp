@@ -53,7 +53,7 @@ long allocatedBy(VokCoach& coach, const std::string& text) {
 class Cycle : public CoachTest, public testing::WithParamInterface<bool> {};
 
 TEST_P(Cycle, AllocatesNothing) {
-  for (const char* key : {"tac_typesFromDecay", "types_withinLimits"})
+  for (const char* key : {"tac_typesFromDecay", "types_withinLimits", "types_byAbility"})
     setEntry(key, GetParam() ? "1" : "0");
   Lines texts = recording();
   // What the recording lacks: a substitution in the match, types beside the queue, noise.

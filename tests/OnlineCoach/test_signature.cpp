@@ -144,7 +144,7 @@ void replay(const std::string& recording, const Lines& texts, const Variation& v
   const std::string config = testing::TempDir() + "vok-signature-" + std::to_string(getpid());
   {
     std::ofstream file(config);
-    file << std::ifstream(VOK_SOURCE_DIR "/tests/data/plain.conf").rdbuf();
+    file << std::ifstream(PLAIN_CONFIG).rdbuf();
     for (const char* key : {"tac_typesFromDecay", "types_withinLimits"}) {
       file << key << " = " << variation.withKeys << '\n';
     }
@@ -214,7 +214,7 @@ class PlayerSignature : public testing::TestWithParam<const char*> {};
 TEST_P(PlayerSignature, IsTheSameAsEver) {
   const Lines events = readRecording(GetParam());
   if (events.empty()) GTEST_SKIP() << "no recording " << GetParam() << " at hand";
-  ASSERT_TRUE(Config::readFile(VOK_SOURCE_DIR "/tests/data/plain.conf"));
+  ASSERT_TRUE(Config::readFile(PLAIN_CONFIG));
   TextServer server;
   for (std::size_t i = 1; i < 4; ++i) server.add(events[i].substr(events[i].find('<') + 2));
   Transcript transcript;

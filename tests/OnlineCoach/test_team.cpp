@@ -18,7 +18,7 @@ class Opponents : public testing::Test {
     world->otherTeam[n].age = age;
   }
 
-  const std::unique_ptr<Worldmodel> world = shippedWorld();
+  const std::unique_ptr<Worldmodel> world = coachsWorld();
   Team team{world.get()};
 };
 

@@ -1,5 +1,5 @@
-// The choice of our players' types by the shipped wishes and a made-up set of types, and its
-// report.
+// The choice of our players' types by the wishes of the plain configuration, or by ability, from a
+// made-up set of types, and its report.
 #include <gtest/gtest.h>
 
 #include <cmath>

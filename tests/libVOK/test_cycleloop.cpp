@@ -46,7 +46,7 @@ class CoachLoop : public testing::Test {
     coach.reset();
     server.sent();
     for (const std::string& text : answers) server.add(text);
-    coach = std::make_unique<Recorder>("Alpha", server, SHIPPED_CONFIG);
+    coach = std::make_unique<Recorder>("Alpha", server, PLAIN_CONFIG);
   }
 
   void play(const std::vector<Step>& steps) {
@@ -176,7 +176,7 @@ class FailingServer : public TextServer {
 
 TEST_F(CoachLoop, ACommandThatCannotBeSentIsReportedAndLost) {
   FailingServer failing({INIT, SERVER_PARAM, PLAYER_PARAM, view(1), THINK, call(1, "time_over")});
-  Recorder("Alpha", failing, SHIPPED_CONFIG).coach();
+  Recorder("Alpha", failing, PLAIN_CONFIG).coach();
   EXPECT_EQ(failing.sent(), "(init Alpha (version 9.00))(eye on)(bye)");
   EXPECT_EQ(errors.take(), "CommError: 1 Comm (Alpha No.0): agent cannot send (done) to server\n");
 }

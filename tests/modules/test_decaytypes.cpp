@@ -54,7 +54,7 @@ class TypesFromDecay : public testing::Test {
   }
 
   double forth = 1;
-  const std::unique_ptr<Worldmodel> world = shippedWorld(6);
+  const std::unique_ptr<Worldmodel> world = coachsWorld(6);
   TacticalModule tactical{world.get(), nullptr};
 };
 

@@ -1,4 +1,4 @@
-// The band and the places of the shipped formations, and the settings of passes and goal shots.
+// The band and the places of the formations, and the settings of passes and goal shots.
 #include "positioneval.h"
 
 #include <gtest/gtest.h>
@@ -30,7 +30,7 @@ class Positions : public testing::Test {
     eval.CalPlayerPositions(world.get());
   }
 
-  const std::unique_ptr<Worldmodel> world = shippedWorld();
+  const std::unique_ptr<Worldmodel> world = coachsWorld();
   PositionEval eval{nullptr, nullptr};
 };
 
@@ -101,7 +101,7 @@ TEST_F(Positions, AFormationThatDoesNotExistIsReported) {
 }
 
 TEST(Settings, GoalAndLongestShotFollowTheServer) {
-  Config::readFile(SHIPPED_CONFIG);
+  Config::readFile(PLAIN_CONFIG);
   GOAL_WIDTH = 10;
   BALL_SPEED_MAX = 2.7;
   BALL_DECAY = 0.94;
@@ -117,7 +117,7 @@ TEST(Settings, GoalAndLongestShotFollowTheServer) {
 }
 
 TEST(Settings, EachKeyHasItsOwnMember) {
-  Config::readFile(SHIPPED_CONFIG);
+  Config::readFile(PLAIN_CONFIG);
   auto setInTurn = [value = 0](auto... key) mutable {
     (setEntry(key, std::to_string(++value).c_str()), ...);
   };

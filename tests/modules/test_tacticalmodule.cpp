@@ -36,7 +36,7 @@ class Tactics : public testing::Test {
     return beliefs;
   }
 
-  const std::unique_ptr<Worldmodel> world = shippedWorld(3);
+  const std::unique_ptr<Worldmodel> world = coachsWorld(3);
   TacticalModule tactical{world.get(), nullptr};
 };
 

@@ -25,7 +25,7 @@ class CoachTest : public testing::Test {
   /// Checks it in with three answers.
   void checkIn(const Lines& answers) {
     for (std::size_t i = 0; i < 3; ++i) server.add(answers[i]);
-    coach = std::make_unique<VokCoach>("Alpha", server, SHIPPED_CONFIG);
+    coach = std::make_unique<VokCoach>("Alpha", server, PLAIN_CONFIG);
     EXPECT_EQ(server.receive(), "(init Alpha (version 9.00))");
   }
   void checkIn(char side = 'l') {

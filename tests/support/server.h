@@ -28,6 +28,9 @@ using Lines = std::vector<std::string>;
 
 /// The path of the shipped configuration.
 inline const char* const SHIPPED_CONFIG = VOK_SOURCE_DIR "/conf/agent.conf";
+/// The path of the tests' own configuration, without the optional keys, so that what the tests
+/// expect does not depend on what is shipped.
+inline const char* const PLAIN_CONFIG = VOK_SOURCE_DIR "/tests/data/plain.conf";
 
 /// The texts of a real server's check-in.
 inline const char* const SERVER_PARAM =
@@ -259,7 +262,7 @@ class CoachProcess : Unique {
 
 /// The arguments that start a coach of team "Alpha" at a server, and more, which win.
 inline Lines coachArguments(int port, const Lines& more = {}) {
-  Lines all = {"-t", "Alpha", "-h", "127.0.0.1", "-p", std::to_string(port), "-f", SHIPPED_CONFIG};
+  Lines all = {"-t", "Alpha", "-h", "127.0.0.1", "-p", std::to_string(port), "-f", PLAIN_CONFIG};
   all.insert(all.end(), more.begin(), more.end());
   return all;
 }

@@ -31,9 +31,9 @@ inline Worldmodel newWorld(int types = 0, const char* rings = "11", Comm* comm =
   return Worldmodel(comm);
 }
 
-/// A coach's world in play, of the shipped configuration.
-inline std::unique_ptr<Worldmodel> shippedWorld(int types = 0) {
-  Config::readFile(SHIPPED_CONFIG);
+/// A coach's world in play.
+inline std::unique_ptr<Worldmodel> coachsWorld(int types = 0) {
+  Config::readFile(PLAIN_CONFIG);
   playerParams.player_types = types;
   auto world = std::make_unique<Worldmodel>(nullptr);
   world->my.number = 0;

@@ -19,7 +19,7 @@ namespace {
 class PlayerTiming : public testing::Test {
  protected:
   PlayerTiming() {
-    Config::readFile(SHIPPED_CONFIG);
+    Config::readFile(PLAIN_CONFIG);
     timing = std::make_unique<AsyncCommInfo>("Alpha", CLIENT_FIELDPLAYER);
     timing->setStates(7, 0, PLAY_MODE_PLAY_ON, SIDE_LEFT, false);
     timing->actionNeeded = false;

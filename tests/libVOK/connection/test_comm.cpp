@@ -22,7 +22,7 @@ using std::string_literals::operator""s;
 
 class Connection : public testing::Test {
  protected:
-  Connection() { Config::readFile(SHIPPED_CONFIG); }
+  Connection() { Config::readFile(PLAIN_CONFIG); }
 
   void connectAs(client_type type, int reconnect = 0, bool zeltra = false) {
     comm.reset();
@@ -205,7 +205,7 @@ TEST_F(Connection, ADrainTakesABoundedNumberOfDatagrams) {
 }
 
 TEST(SecondConnection, EndsTheProcess) {
-  Config::readFile(SHIPPED_CONFIG);
+  Config::readFile(PLAIN_CONFIG);
   TextLink link;
   const Comm first("Alpha", CLIENT_ONLINECOACH, link, 0, false, 7, 8, SIDE_LEFT);
   EXPECT_EXIT(Comm("Alpha", CLIENT_ONLINECOACH, link, 0, false, 7, 8, SIDE_LEFT),
