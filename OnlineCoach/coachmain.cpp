@@ -74,5 +74,6 @@ int main(int argc, char** argv) {
                                                      options.agentConfFile, options.traceConfFile,
                                                      options.zeltraMode);
   coach->coach();
+  coach->writeSummary();
   return 0;
 }

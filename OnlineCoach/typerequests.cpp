@@ -336,11 +336,15 @@ bool TypeRequests::isDone() const {
 
 void TypeRequests::report() {
   reported_ = true;
-  std::cerr << "Coach: player types: " << asked_ << " asked, " << granted_ << " given, " << denied_
-            << " refused";
-  const int silent = lost_ + static_cast<int>(out_.size());
-  if (silent > 0) std::cerr << ", " << silent << " without an answer";
+  std::cerr << "Coach: player types: ";
+  writeCounts(std::cerr);
   std::cerr << "\n";
+}
+
+void TypeRequests::writeCounts(std::ostream& out) const {
+  out << asked_ << " asked, " << granted_ << " given, " << denied_ << " refused";
+  const int silent = lost_ + static_cast<int>(out_.size());
+  if (silent > 0) out << ", " << silent << " without an answer";
 }
 
 }  // namespace vok

@@ -12,6 +12,7 @@
 // was asked for, is what a player has.
 #pragma once
 
+#include <iosfwd>
 #include <vector>
 
 #include "Comm.h"
@@ -40,6 +41,8 @@ class TypeRequests {
 
   /// The type that a player of ours really has, as far as the server told.
   int typeOf(int number) const;
+  /// Writes how many changes were asked for and what came of them, without a line end.
+  void writeCounts(std::ostream& out) const;
 
  private:
   struct Request {

@@ -66,6 +66,8 @@ class VokCoach : public Onlinecoach {
 
   /// Reports the choice of types to the monitor.
   void printStats() const;
+  /// Writes a line about the match when "summary" is set and the check-in succeeded.
+  void writeSummary() const;
 
   bool sayMessageNow = false;                  ///< a message is due
   play_mode lastPlayMode = PLAY_MODE_UNKNOWN;  ///< at the last `analyze`

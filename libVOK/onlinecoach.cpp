@@ -47,6 +47,7 @@ Onlinecoach::Onlinecoach(const char* team, Link& link, const char* agentConfFile
 }
 
 void Onlinecoach::checkIn() {
+  wantsSummary = Config::getOptionalInt("summary", 0) == 1;
   const comm_error result = comm->isServerAlive() ? comm->connect() : COMM_ERROR;
   if (result == COMM_OK) {
     world = std::make_unique<Worldmodel>(comm.get());
@@ -65,15 +66,18 @@ void Onlinecoach::coach() {
     std::cerr << "Onlinecoach: could not connect to sserver, closing down\n";
     return;
   }
-  while (!comm->isGameOver() && !isStopRequested()) {
+  while (comm->isServerAlive() && !comm->isGameOver() && !isStopRequested()) {
     comm->drainSocket();
+    if (wantsSummary) cycles.setThinking(comm->async->thinking);
     step();
-    if (!comm->isServerAlive()) return;
+    if (wantsSummary) cycles.setThinking(comm->async->thinking);
   }
+  if (comm->isGameOver()) cycles.follow(comm->getServerTime());
 }
 
 void Onlinecoach::step() {
   if (!takeCycle(*comm, *world)) return;
+  cycles.follow(comm->getServerTime());
   analyze();
   // The loop goes by the latest call, which may have come behind the view of this cycle, so that a
   // command is not sent into running play; analyze and act decide by the mode of the world's view,

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "Comm.h"
+#include "cyclecount.h"
 #include "worldmodel.h"
 
 namespace vok {
@@ -45,6 +46,8 @@ class Onlinecoach {
 
   std::unique_ptr<Worldmodel> world;  ///< null until the check-in succeeded
   std::unique_ptr<Comm> comm;
+  CycleCount cycles;
+  bool wantsSummary = false;  ///< configured with "summary"; else `cycles` times no answers
 
  private:
   void checkIn();

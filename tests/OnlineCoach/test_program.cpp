@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <iostream>
+#include <tuple>
 
 #include "support/coach.h"
 
@@ -91,6 +92,67 @@ TEST(Configuration, AMissingKeyEndsTheCoachWhenItAsks) {
     EXPECT_EXIT(live(config.path), testing::ExitedWithCode(10),
                 std::string("^") + sent + "WARNING: configuration entry for '" + name +
                     "' not found.\nFATAL: no value for key '" + name + "' found.\n$");
+  }
+}
+
+// A match of six cycles of which two are lost. It has one message, six requests for types, of which
+// two are given, and two datagrams of a stranger; one view comes 30 ms behind its "(think)".
+TEST(Summary, HasTheFiguresOfTheMatchInEveryEnding) {
+  const std::string realTime = "(server_param (synch_mode 0)(say_coach_cnt_max 100))";
+  const std::string hasty = "(server_param (synch_mode 1)(simulator_step 10))";
+  const ChangedConfig config("#summary", "summary = 1\ntypes_withinLimits = 1");
+  for (const auto& [parameters, ending, left] :
+       {std::tuple(std::string(SERVER_PARAM), "time over", 127),
+        {SERVER_PARAM, "signal", 127},
+        {hasty, "silence", 127},
+        {realTime, "time over", 99}}) {
+    SCOPED_TRACE(ending + parameters);
+    const bool synchronous = parameters != realTime;
+    ScriptedServer server;
+    ScriptedServer stranger(2);
+    CoachProcess coach(coachArguments(server.port(), {"-f", config.path}));
+    server.checkIn('l', parameters);
+    EXPECT_EQ(server.receive(), "(eye on)");
+    stranger.address(server);
+    for (int i = 0; i < 2; ++i) stranger.send("(hear 1 referee time_over)");
+    const auto play = [&](long time, int requests = 0, useconds_t delay = 0) {
+      if (delay == 0) server.send(view(time));
+      if (synchronous) server.send("(think)");
+      usleep(delay);
+      if (delay > 0) server.send(view(time));
+      for (int i = 0; i < requests; ++i) {
+        const std::string request = server.receive();
+        EXPECT_TRUE(request.starts_with("(change_player_type ")) << request;
+        server.send(i < 2 ? "(ok " + request.substr(1) : "(warning no_subs_left)");
+      }
+      EXPECT_EQ(synchronous ? server.answer() : "(done)", "(done)");
+    };
+
+    for (int id = 0; id < 7; ++id) server.send(playerType(id));
+    play(0, 6);
+    play(1);
+    server.send("(hear 2 referee kick_in_l)");
+    play(2);
+    play(3, 0, 30'000);
+    play(6);
+    if (ending == std::string("signal")) coach.signal(SIGTERM);
+    if (ending == std::string("time over")) server.send("(hear 6 referee time_over)");
+    EXPECT_EQ(coach.wait(), 0);
+
+    const Lines reports = coach.reports();
+    const std::string line = reports[reports.size() - 2];
+    const std::string figures =
+        "Coach: summary: 4 cycles followed, 2 missed; 1 messages said, " + std::to_string(left) +
+        " left; our types: 6 asked, 2 given, 4 refused; opponents' types: 0 of 11 known; 2 "
+        "datagrams from other addresses dropped";
+    const std::string time = "; longest time from \"(think)\" to \"(done)\": ";
+    EXPECT_EQ(line.substr(0, line.find(time)), figures);
+    EXPECT_EQ(count(line, time), synchronous ? 1U : 0U) << line;
+    if (!synchronous) continue;
+    const std::string longest = line.substr(line.find(time) + time.size());
+    EXPECT_TRUE(longest.ends_with(" ms")) << longest;
+    EXPECT_GE(std::stod(longest), 30);
+    EXPECT_LT(std::stod(longest), 3000);
   }
 }
 
