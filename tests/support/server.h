@@ -67,6 +67,14 @@ inline std::string visible(std::string text) {
   return text;
 }
 
+/// What a terminal obeys, and how it is to be shown. A line may end at the carriage return.
+inline const std::string CONTROLS = "\x1b[31m\x7f\x9b\r";
+inline const std::string SHOWN_CONTROLS = "\\x1b[31m\\x7f\\x9b";
+inline bool isPlain(const std::string& text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return c == '\n' || (c >= ' ' && c <= '~'); });
+}
+
 /// A see_global of the given time: ball at (x, y), no players but one of each team.
 inline std::string view(long time, double x = 0, double y = 0) {
   std::ostringstream text;

@@ -1,6 +1,7 @@
 // The command lines of all tools, which one table reads.
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sstream>
 #include <tuple>
 
@@ -69,6 +70,26 @@ TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
     EXPECT_EQ(lines(output).size(), 1U) << output;
     EXPECT_EQ(output.find(": " + line), arguments.substr(0, arguments.find(' ')).size()) << output;
   }
+}
+
+TEST(CommandLines, NoProgramShowsControlCharactersOfItsInputRaw) {
+  const ChangedConfig config(
+      "Form0_def_PosX", "key" + CONTROLS + "=1\n" + CONTROLS + "\nForm0_def_PosX = 1," + CONTROLS);
+  const std::string recording = testing::TempDir() + "vok-" + std::to_string(getpid()) + ".txt";
+  std::ofstream(recording) << "0\t(init l ok)\n0\t" << SERVER_PARAM << "\n0\t" << PLAYER_PARAM
+                           << "\n0\t(see_global 1 ((p \"" << CONTROLS << "\" 1) 0 0 0 0 0 0))\n0\t("
+                           << CONTROLS << ")\n";
+  for (const std::string& command :
+       {"confcheck " + config.path, "formationview " + config.path, "onlinecoach -f " + config.path,
+        "practicematch --port 0 --wait 1 --replay " + recording,
+        "typecheck --team A --side l " + recording +
+            " " VOK_SOURCE_DIR "/tests/data/types_left.truth.tsv"}) {
+    const std::string output = run(command).second;
+    EXPECT_TRUE(isPlain(output)) << testing::PrintToString(output);
+    EXPECT_GT(count(output, SHOWN_CONTROLS), 0U) << output;
+  }
+  EXPECT_TRUE(isPlain(runCommand(VOK_BIN_DIR "/saydecode <" + recording).second));
+  std::remove(recording.c_str());
 }
 
 // Whole pictures are compared with those in docs/.

@@ -6,6 +6,7 @@
 
 #include "coachdesk.h"
 #include "playerport.h"
+#include "printable.h"
 #include "report.h"
 
 namespace vok::practicematch {
@@ -255,7 +256,7 @@ class RecordingService {
 std::optional<std::string> waitForCoach(const Options& options, Session& session,
                                         const std::string& team, const std::string& example) {
   std::cout << "listening on port " << session.port() << "\nstart a coach: onlinecoach -t "
-            << example << " -p " << session.port() << " -f agent.conf" << std::endl;
+            << printable(example) << " -p " << session.port() << " -f agent.conf" << std::endl;
   auto came = session.waitForCoach(Clock::now() + seconds(options.waitSeconds), team);
   if (!came) {
     std::cerr << "practicematch: "

@@ -195,6 +195,32 @@ TEST_F(Connection, AMonitorsCommandsNeedRemoteControlAndHaveShortLabels) {
             "(mark 5 ( 1, -2 )\"" + std::string(200, 'x') + "\" )");
 }
 
+TEST_F(Connection, ShowsNoControlCharacterOfADatagramRaw) {
+  const auto take = [this](const std::string& text, bool isCheckin) {
+    server.dropTexts();
+    if (isCheckin) server.add(text);
+    if (isCheckin) comm->connect();
+    if (!isCheckin) comm->receiveText(text.c_str());
+    const std::string errs = errors.take();
+    EXPECT_TRUE(isPlain(errs)) << testing::PrintToString(errs);
+    return count(errs, SHOWN_CONTROLS) > 0;
+  };
+  for (const client_type type : {CLIENT_ONLINECOACH, CLIENT_FIELDPLAYER}) {
+    for (const std::string& text :
+         {"(init l ok)"s, view(1), "(player_type (id 1) (new 1) )"s, "(think)"s, "(bogus)"s,
+          "(error no)"s, "(warning no)"s, "(hear 1 referee no_mode)"s, "(change_player_type 1 a)"s,
+          "(hear 1 online_coach_left (bogus))"s, "(sense_body 1 (kick 0))"s,
+          "(see 1 ((b) 1 2))"s}) {
+      connectAs(type);
+      bool isShown = false;
+      for (std::size_t at = 0; at <= text.size(); ++at) {
+        isShown |= take(std::string(text).insert(at, CONTROLS), text == "(init l ok)");
+      }
+      EXPECT_TRUE(isShown) << text;
+    }
+  }
+}
+
 TEST_F(Connection, ADrainTakesABoundedNumberOfDatagrams) {
   connectAs(CLIENT_ONLINECOACH);
   for (int i = 0; i < 1001; ++i) server.add("(bogus)");
