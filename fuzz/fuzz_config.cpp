@@ -120,6 +120,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const File file(text);
   Config::clear();
   Config::readFile(VOK_SOURCE_DIR "/conf/agent.conf");
+  fuzz::setOptionalKeys(static_cast<unsigned>(size));
   require(Config::readFile(file.path.c_str()), "any file is read");
   checkKeys(text);
   isGranted(play);

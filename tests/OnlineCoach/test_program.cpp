@@ -100,7 +100,6 @@ TEST(Configuration, AMissingKeyEndsTheCoachWhenItAsks) {
 TEST(Summary, HasTheFiguresOfTheMatchInEveryEnding) {
   const std::string realTime = "(server_param (synch_mode 0)(say_coach_cnt_max 100))";
   const std::string hasty = "(server_param (synch_mode 1)(simulator_step 10))";
-  const ChangedConfig config("#summary", "summary = 1\ntypes_withinLimits = 1");
   for (const auto& [parameters, ending, left] :
        {std::tuple(std::string(SERVER_PARAM), "time over", 127),
         {SERVER_PARAM, "signal", 127},
@@ -110,7 +109,7 @@ TEST(Summary, HasTheFiguresOfTheMatchInEveryEnding) {
     const bool synchronous = parameters != realTime;
     ScriptedServer server;
     ScriptedServer stranger(2);
-    CoachProcess coach(coachArguments(server.port(), {"-f", config.path}));
+    CoachProcess coach(coachArguments(server.port(), {"-f", SHIPPED_CONFIG}));
     server.checkIn('l', parameters);
     EXPECT_EQ(server.receive(), "(eye on)");
     stranger.address(server);

@@ -57,8 +57,7 @@ std::set<std::string> namesIn(const std::string& text, const char* expression) {
 TEST(ConfigurationPage, HasTheKeysThatTheCoachAsksForAsTheShippedFileDoes) {
   const auto asked = namesIn(shown(VOK_BIN_DIR "/confcheck --keys"), R"(\n(\w+):)");
   EXPECT_EQ(namesIn(shown("cat docs/configuration.md"), R"(\n\| `(\w+)` \|)"), asked);
-  // Optional keys stand in comments.
-  EXPECT_EQ(namesIn(shown("cat conf/agent.conf"), R"(\n#?(\w+) =)"), asked);
+  EXPECT_EQ(namesIn(shown("cat conf/agent.conf"), R"(\n(\w+) =)"), asked);
 }
 
 TEST(ConfigurationPage, ShowsThePicturesThatItsCommandsDraw) {

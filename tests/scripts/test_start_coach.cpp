@@ -15,7 +15,7 @@ class StartCoach : public testing::Test {
  protected:
   CoachProcess start(const std::string& wait = "60", const std::string& host = "127.0.0.1") {
     return CoachProcess(
-        {"-t", "Alpha", "-p", port, "-f", SHIPPED_CONFIG, "-w", wait, host, VOK_BIN_DIR, "12"},
+        {"-t", "Alpha", "-p", port, "-f", PLAIN_CONFIG, "-w", wait, host, VOK_BIN_DIR, "12"},
         SCRIPT);
   }
   /// False when no attempt came that could be refused.
