@@ -70,10 +70,7 @@ class Server {
   static std::string playerType(int id);
   void view();
   void call(const char* mode);
-  void send(const std::string& text) {
-    std::fprintf(stderr, "> %.150s\n", text.c_str());
-    match_.receive(text);
-  }
+  void send(const std::string& text) { match_.receive(text); }
   std::size_t sendLine(std::string_view input);
   std::size_t changeUnasked(std::string_view input);
   void comeOrGo(int number);
@@ -120,6 +117,8 @@ Server::Server(std::string_view head)
                              "(subs_max " + std::to_string(substitutions_) + "))"),
           "the check-in is taken");
   if (limit_ == 0) limit_ = UNTOLD_LIMIT;
+  // With fewer places than players, some must keep the default type beyond its limit.
+  isUndisturbed_ = types_ * limit_ >= LAST_SHIRT;
   for (int type = 0; type < types_; ++type) send(playerType(type));
 }
 
@@ -189,7 +188,6 @@ void Server::change(const TypeRequest& request, bool isAnnounced, bool isAnswere
 /// False when there is no request.
 bool Server::answerNext() {
   const auto request = match_.takeRequest();
-  if (request) std::fprintf(stderr, "< %d %d\n", request->number, request->type);
   if (!request) return false;
   if (standingRefusal_ != nullptr) {
     send(standingRefusal_);
@@ -264,7 +262,6 @@ void Server::loseRequest() {
 /// Grants the next request; either the answer or the announcement is lost.
 void Server::grantHalf(bool isAnnounced) {
   const auto request = match_.takeRequest();
-  if (request) std::fprintf(stderr, "< %d %d\n", request->number, request->type);
   if (!request || refusal(*request) != nullptr) return;
   // The coach may take what was lost before, or another change, for the announcement.
   if (!isAnnounced && !announcesAll_) keepsRules_ = false;

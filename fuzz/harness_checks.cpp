@@ -65,8 +65,8 @@ void checkAges(std::initializer_list<long> ages) {
   require(std::all_of(ages.begin(), ages.end(), isAge), "ages are in 0..32000");
 }
 
-/// For members of which any value is fine: numbers as the server told them and what was computed
-/// from them, which may be infinite, and pointers.
+/// For members of which any value is fine. A number that was computed from what the server told may
+/// even be infinite.
 template <typename... Members>
 void anyValueIsFine(const Members&...) {}
 
@@ -84,16 +84,21 @@ static_assert(sizeof(WithNumber<WBall>) ==
 static_assert(sizeof(WithNumber<WPlayer>) ==
               2 * sizeof(Vector2d) + 4 * sizeof(Angle) + 14 * sizeof(double) + 10 * sizeof(int));
 
+bool isFinite(const Vector2d& v) {
+  return std::isfinite(v.x) && std::isfinite(v.y);
+}
+
 void checkObject(const WObject& object) {
   checkAges({object.age});
+  require(object.age > 0 || isFinite(object.pos), "what is seen or heard has a place");
   require(object.state >= UNSAFE && object.state <= VISUAL, "states are those of the list");
-  anyValueIsFine(object.pos);
 }
 
 void checkMoved(const WMovedObject& object) {
   checkObject(object);
+  require(object.age > 0 || isFinite(object.v), "and a velocity");
   require(object.coneTime == 0, "nobody searches");
-  anyValueIsFine(object.v, object.decay, object.vmax, object.size);
+  anyValueIsFine(object.decay, object.vmax, object.size);
 }
 
 void checkPlayer(const WPlayer& p, int types) {
