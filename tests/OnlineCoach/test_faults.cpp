@@ -9,6 +9,7 @@
 #include <thread>
 #include <tuple>
 
+#include "support/coach.h"
 #include "support/server.h"
 
 namespace vok::test {
@@ -98,6 +99,115 @@ TEST(Network, AFloodDelaysTheCoachButDoesNotStopIt) {
   }
   while (!game.server.answer(100).empty()) continue;
   game.endInOrder({UNREADABLE + "(bogus)"});
+}
+
+const std::string STRANGER =
+    "CommError: dropped a datagram from 127.0.0.2: the server is at 127.0.0.1";
+
+/// How many datagrams of strangers the coach has counted; after its end.
+std::size_t dropped(const Game& game) {
+  const std::string all = game.coach.errors();
+  const std::string head = "CommError: Comm (Alpha No.0): dropped ";
+  const std::size_t at = all.find(head);
+  return at == std::string::npos ? 0 : std::stoul(all.substr(at + head.size()));
+}
+
+TEST(HostileLan, StrangersAreNotHeardAtAnyMoment) {
+  const Lines forged = {"(error already_have_coach)",
+                        "(hear 1 referee time_over)",
+                        SERVER_PARAM,
+                        "(think)",
+                        view(5000),
+                        "(warning message_not_null_terminated)",
+                        "",
+                        std::string(60000, '(')};
+  for (const int moment : {0, 1, 2}) {
+    SCOPED_TRACE(moment);
+    Game game;
+    ScriptedServer stranger(2);
+    const auto forgeAt = [&](int now) {
+      if (now != moment) return;
+      for (const std::string& text : forged) stranger.sendBytes(text);
+    };
+    EXPECT_EQ(game.server.receive(), "(init Alpha (version 9.00))");
+    stranger.address(game.server);
+    forgeAt(0);
+    game.server.send("(init l ok)");
+    forgeAt(1);
+    for (const char* text : {SERVER_PARAM, PLAYER_PARAM}) game.server.send(text);
+    EXPECT_EQ(game.server.answer(), "(eye on)");
+    game.cycle();
+    forgeAt(2);
+    game.endInOrder(
+        {STRANGER, "CommError: Comm (Alpha No.0): dropped 8 datagrams that were not the server's"});
+    EXPECT_EQ(stranger.receive(0), "");
+  }
+}
+
+// The server's own address is believed, so that a replay from there may take the coach to a later
+// time; it follows the server from that time on.
+TEST(HostileLan, AReplayedMatchDoesNotStopTheCoach) {
+  Lines texts = recording();
+  std::erase_if(texts, [](const std::string& text) { return text.starts_with("(warning "); });
+  for (const unsigned host : {1U, 2U}) {
+    Game game;
+    game.checkIn();
+    ScriptedServer replay(host);
+    replay.address(game.server);
+    replay.send(texts[0]);
+    game.cycle();
+    for (const std::string& text : texts) replay.send(text);
+    while (!game.server.answer(100).empty()) continue;
+    if (host == 1) game.time = 300;
+    game.cycle(3);
+    game.coach.signal(SIGTERM);
+    EXPECT_EQ(game.server.answer(), "(bye)");
+    EXPECT_EQ(game.coach.wait(2000), 0);
+    EXPECT_EQ(dropped(game), host == 1 ? 0 : texts.size() + 1);
+  }
+}
+
+TEST(HostileLan, AFalseServerThatFallsSilentIsLeftThoughTheTrueOneTalks) {
+  Game game;
+  EXPECT_EQ(game.server.receive(), "(init Alpha (version 9.00))");
+  ScriptedServer falseOne(3);
+  falseOne.address(game.server);
+  for (const auto& text : {"(init l ok)", HASTY.c_str(), PLAYER_PARAM}) falseOne.send(text);
+  {
+    const std::jthread truth = meanwhile([&game] {
+      game.server.send(view(++game.time));
+      usleep(1'000);
+    });
+    EXPECT_EQ(game.coach.wait(4000), 0);
+  }
+  const std::string all = game.coach.errors();
+  for (const std::string& line :
+       {std::string("the server answers from 127.0.0.3 instead of 127.0.0.1\n"),
+        std::string("dropped a datagram from 127.0.0.1: the server is at 127.0.0.3\n"), DEAD}) {
+    EXPECT_EQ(count(all, line), 1U) << all;
+  }
+}
+
+TEST(HostileLan, AFloodCostsNoCycle) {
+  Game game;
+  game.checkIn();
+  ScriptedServer stranger(2);
+  stranger.address(game.server);
+  stranger.send("(bogus)");  // the first one of all, which has the system drop what follows
+  game.cycle();
+  std::size_t sent = 1;
+  {
+    const std::jthread flood = meanwhile([&] {
+      stranger.send("(hear 1 referee time_over)");
+      ++sent;
+    });
+    game.cycle(300);
+  }
+  game.coach.signal(SIGTERM);
+  EXPECT_EQ(game.server.answer(), "(bye)");
+  EXPECT_EQ(game.coach.wait(2000), 0);
+  EXPECT_EQ(dropped(game), sent);
+  EXPECT_EQ(count(game.coach.errors(), "missed server timesteps"), 0U);
 }
 
 TEST(Machine, AlarmsFromOutsideChangeNothing) {

@@ -79,11 +79,11 @@ TEST(CommandLines, NoProgramShowsControlCharactersOfItsInputRaw) {
   std::ofstream(recording) << "0\t(init l ok)\n0\t" << SERVER_PARAM << "\n0\t" << PLAYER_PARAM
                            << "\n0\t(see_global 1 ((p \"" << CONTROLS << "\" 1) 0 0 0 0 0 0))\n0\t("
                            << CONTROLS << ")\n";
-  for (const std::string& command :
-       {"confcheck " + config.path, "formationview " + config.path, "onlinecoach -f " + config.path,
-        "practicematch --port 0 --wait 1 --replay " + recording,
-        "typecheck --team A --side l " + recording +
-            " " VOK_SOURCE_DIR "/tests/data/types_left.truth.tsv"}) {
+  for (const std::string& command : {"confcheck " + config.path, "formationview " + config.path,
+                                     "onlinecoach -p 0 -f " + config.path,
+                                     "practicematch --port 0 --wait 1 --replay " + recording,
+                                     "typecheck --team A --side l " + recording +
+                                         " " VOK_SOURCE_DIR "/tests/data/types_left.truth.tsv"}) {
     const std::string output = run(command).second;
     EXPECT_TRUE(isPlain(output)) << testing::PrintToString(output);
     EXPECT_GT(count(output, SHOWN_CONTROLS), 0U) << output;
