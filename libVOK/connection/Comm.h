@@ -10,8 +10,8 @@
 #include "UDPSocket.h"
 #include "asyncinfo.h"
 #include "audiomgr.h"
+#include "datagramlink.h"
 #include "datastore.h"
-#include "link.h"
 #include "mcommand.h"
 #include "ring.h"
 

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "link.h"
+#include "datagramlink.h"
 #include "peer.h"
 
 namespace vok {

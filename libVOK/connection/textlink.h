@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "link.h"
+#include "datagramlink.h"
 
 namespace vok {
 
