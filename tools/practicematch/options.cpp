@@ -98,8 +98,9 @@ std::optional<int> readOptions(int argc, char** argv, Options& options) {
       "too, before the coach or later. They get the calls, their senses and what the coach\n"
       "says, but their commands have no effect.\n",
       {},
-      "Exit status: 0 the coach stayed to the end and left with \"(bye)\"; 1 it did not, or\n"
-      "none came; 2 a wrong argument.\n"};
+      "Exit status: 0 the coach stayed to the end and left with \"(bye)\"; 1 it did not, none\n"
+      "came, or a port cannot be opened; 2 a wrong argument, or a file that cannot be read or\n"
+      "written.\n"};
   for (const auto& rows :
        {matchOptions(options), recordingOptions(options), commonOptions(options)}) {
     tool.options.insert(tool.options.end(), rows.begin(), rows.end());
