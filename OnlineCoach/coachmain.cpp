@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "constants.h"
+#include "errorlines.h"
 #include "stopsignals.h"
 #include "vokcoach.h"
 
@@ -61,6 +62,7 @@ bool parseOptions(int argc, char** argv, Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  static const vok::ErrorLines lines;  // std::exit may end the program
   Options options;
   if (!parseOptions(argc, argv, options)) {
     printUsage(argv[0]);

@@ -7,6 +7,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -30,6 +31,18 @@ namespace {
 constexpr int MAX_WITHOUT_WAIT = 1000;
 
 constexpr unsigned SOURCE_IN_IP_HEADER = 12;
+
+// What the system refuses for want of memory or of room in a table it often grants a moment later.
+constexpr int MAX_TRIES = 5;
+constexpr timespec BETWEEN_TRIES = {0, 1'000'000};
+
+/// Whether a call that has failed is to be made again: after a signal always, else some times.
+bool isWorthAnotherTry(int& tries) {
+  if (errno == EINTR) return true;
+  if (++tries == MAX_TRIES) return false;
+  nanosleep(&BETWEEN_TRIES, nullptr);
+  return true;
+}
 
 }  // namespace
 
@@ -67,10 +80,11 @@ UDPSocket::~UDPSocket() {
 void UDPSocket::send(const char* msg, bool withTerminator) {
   const std::size_t length = std::strlen(msg) + (withTerminator ? 1 : 0);
   ssize_t sent = -1;
+  int tries = 0;
   do {
     sent = sendto(sd, msg, length, 0, reinterpret_cast<const sockaddr*>(&srv.address()),
                   sizeof srv.address());
-  } while (sent < 0 && errno == EINTR);
+  } while (sent < 0 && isWorthAnotherTry(tries));
   if (sent != static_cast<ssize_t>(length)) throw UDPSocketError("could not send msg", -1);
 }
 
@@ -114,8 +128,11 @@ void UDPSocket::wait(Clock::time_point end) {
   }
   pollfd waiting{sd, POLLIN, 0};
   const timespec* limit = end == Clock::time_point::max() ? nullptr : &left;
-  if (ppoll(&waiting, 1, limit, &signalsInWaits()) < 0) {
-    throw UDPSocketError("error while recving data", errno);
+  int tries = 0;
+  while (ppoll(&waiting, 1, limit, &signalsInWaits()) < 0) {
+    if (errno == EINTR || !isWorthAnotherTry(tries)) {
+      throw UDPSocketError("error while recving data", errno);
+    }
   }
 }
 
@@ -124,11 +141,12 @@ const char* UDPSocket::receive() {
     sockaddr_in sender{};
     socklen_t size = sizeof sender;
     ssize_t received = -1;
+    int tries = 0;
     do {
       received = recvfrom(sd, recMsg.data(), maxMsgSize - 1, MSG_DONTWAIT,
                           reinterpret_cast<sockaddr*>(&sender), &size);
-    } while (received < 0 && errno == EINTR);
-    if (received < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return nullptr;
+    } while (received < 0 && errno != EAGAIN && isWorthAnotherTry(tries));
+    if (received < 0 && errno == EAGAIN) return nullptr;
     if (received < 0) throw UDPSocketError("recvfrom returned without data", -1);
 
     recMsg[static_cast<std::size_t>(received)] = '\0';
@@ -164,7 +182,9 @@ std::uint64_t UDPSocket::droppedBySystem() const {
 }
 
 std::uint64_t UDPSocket::dropped() const {
-  return srv.dropped() + (isFiltered_ ? droppedBySystem() - droppedBefore_ : 0);
+  if (!isFiltered_) return srv.dropped();
+  // The system may fail to tell.
+  return srv.dropped() + std::max(droppedBySystem(), droppedBefore_) - droppedBefore_;
 }
 
 }  // namespace vok

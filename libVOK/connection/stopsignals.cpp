@@ -60,6 +60,7 @@ void stopInOrder() {
     for (const int number : STOP_SIGNALS) sigaddset(&held, number);
   }
   sigset_t before;
+  sigemptyset(&before);
   sigprocmask(SIG_BLOCK, &held, &before);
   // What was held before by the caller stays so in waits, but for those that end them.
   waitMask = before;
