@@ -213,12 +213,18 @@ class StderrCapture : Unique {
   }
 };
 
+/// A file of no name.
+inline int newFile() {
+  return open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+}
+
 /// The real coach program, or a program that starts it, as a child process.
 class CoachProcess : Unique {
  public:
   explicit CoachProcess(const Lines& arguments,
-                        const std::string& program = VOK_BIN_DIR "/onlinecoach")
-      : errorFile_(open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)), pid_(fork()) {
+                        const std::string& program = VOK_BIN_DIR "/onlinecoach",
+                        int errorFile = newFile())
+      : errorFile_(errorFile), pid_(fork()) {
     if (pid_ != 0) return;
     std::vector<char*> argv = {const_cast<char*>(program.c_str())};
     for (const std::string& a : arguments) argv.push_back(const_cast<char*>(a.c_str()));
@@ -240,6 +246,11 @@ class CoachProcess : Unique {
     if (const int pid = pid_; pid > 0) kill(pid, number);
   }
 
+  bool hasEnded() const {
+    siginfo_t info{};
+    return waitid(P_PID, static_cast<id_t>(pid_), &info, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+           info.si_pid != 0;
+  }
   /// Waits for the end: the exit status, or -1 when it had to be killed after the time.
   int wait(int milliseconds = 8000) {
     int status = 0;
