@@ -68,12 +68,14 @@ void checkKey(const char* key) {
   }
 }
 
-/// What stands in front of equals signs, as far as it can be a key.
+/// The last word in front of each equals sign, as far as it can be a key.
 void checkKeys(std::string_view text) {
-  for (std::size_t end = 0; (end = text.find('=', end)) != text.npos; ++end) {
-    const std::size_t begin = text.find_last_of(" \n", end == 0 ? 0 : end - 1);
-    const std::size_t first = begin == text.npos ? 0 : begin + 1;
-    if (first < end) checkKey(std::string(text.substr(first, end - first)).c_str());
+  for (std::size_t equals = 0; (equals = text.find('=', equals)) != text.npos; ++equals) {
+    const std::size_t last = text.substr(0, equals).find_last_not_of(' ');
+    if (last == text.npos) continue;
+    const std::size_t before = text.find_last_of(" \n", last);
+    const std::size_t first = before == text.npos ? 0 : before + 1;
+    checkKey(std::string(text.substr(first, last + 1 - first)).c_str());
   }
 }
 

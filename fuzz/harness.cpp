@@ -126,6 +126,10 @@ Match::Match() {
 }
 
 void Match::endMatch() {
+  if (isCoach() && coach_->world != nullptr) {
+    require(coach_->cycles.missed() >= 0, "missed cycles are counted up");
+    coach_->writeSummary();
+  }
   coach_.reset();
   player_.reset();
   parameters_.restore();
