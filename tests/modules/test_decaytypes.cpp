@@ -144,7 +144,7 @@ TEST_F(TypesFromDecay, TwinsAreToldApartByAFullDashOrByTheNumberOfTheType) {
 TEST_F(TypesFromDecay, TwinsAreNotToldApartByWhatTheViewRoundsOff) {
   PLAYER_RAND = 0;
   constexpr std::tuple<double, double, int> ROWS[] = {
-      {15, 0.5201, -1}, {15, 0.52012, 0}, {0.01, 0.520003, -1}, {0.01, 0.52001, 0}};
+      {15, 0.5201, -1}, {15, 0.52012, 0}, {0.01, 0.520006, -1}, {0.01, 0.520008, 0}};
   for (const auto& [x, gained, type] : ROWS) {
     forgetAll();
     player().pos = {x, 0.01};

@@ -80,7 +80,7 @@ TEST_F(Positions, OnlyFieldPlayersWithATacticalNumberHaveAPlaceAndWatch) {
   // Player, watch, watched. No one is 10's third: that is not 8, who has no number either.
   constexpr int ROWS[][3] = {{4, 0, 2},  {4, 1, 5},   {4, 2, 7},   {5, 2, -1},  {10, 1, 11},
                              {2, 0, -1}, {10, 2, -1}, {4, -1, -1}, {11, 0, -1}, {4, 3, -1},
-                             {8, 0, -1}, {8, 1, -1},  {8, 2, -1}};
+                             {7, 0, 4},  {8, 0, -1},  {8, 1, -1},  {8, 2, -1}};
   for (const auto& [n, k, watched] : ROWS)
     EXPECT_EQ(eval.GetPlayerWatchNo(world.get(), n, k), watched) << n << " " << k;
   world->ourTeam[5].tacticalNo = -1;

@@ -70,6 +70,9 @@ TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
     EXPECT_EQ(lines(output).size(), 1U) << output;
     EXPECT_EQ(output.find(": " + line), arguments.substr(0, arguments.find(' ')).size()) << output;
   }
+  const auto [status, output] = run("practicematch --quiet --port 0 --wait 1");
+  EXPECT_EQ(status, 1);
+  EXPECT_TRUE(output.ends_with("practicematch: no coach came within 1 s\n")) << output;
 }
 
 TEST(CommandLines, NoProgramShowsControlCharactersOfItsInputRaw) {

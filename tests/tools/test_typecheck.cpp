@@ -55,9 +55,9 @@ TEST(TypeCheckProgram, EndsWithOneForAWrongVerdictOnAnyOpponent) {
                          "' types_left.truth.tsv | " VOK_BIN_DIR
                          "/typecheck types_left.txt - --team Alpha --side l");
     EXPECT_EQ(status, 1) << number;
-    EXPECT_NE(output.find("  10 of 11 right, 1 wrong, 0 unknown; "), std::string::npos) << output;
-    EXPECT_NE(output.find("  0 of 11 right, 0 wrong, 11 unknown; 0 wr"), std::string::npos)
-        << output;
+    for (const char* sums : {"  10 of 11 right, 1 wrong, 0 unknown; 1 wrong on the way\n",
+                             "  0 of 11 right, 0 wrong, 11 unknown; 0 wrong on the way\n"})
+      EXPECT_NE(output.find(sums), std::string::npos) << output;
   }
 }
 

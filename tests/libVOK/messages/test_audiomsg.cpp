@@ -82,6 +82,8 @@ TEST(SayCode, SmallValuesTravelButAnglesAreReadByTheSumOfTheirDigits) {
   EXPECT_EQ(written(true) + written(false), "ba");
   EXPECT_EQ(decodeChar('!') + decodeChar('\xe4'), 0) << "outside the alphabet";
   for (const char c : {'a', '\xc8'}) EXPECT_EQ(read(written(c), 'x'), c);
+  const int types[] = {99, -1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 61};  // entry 0 does not travel
+  EXPECT_EQ(written(&types[0]), "abcdefghij+");
   EXPECT_EQ(written(NodaChar(63)) + written(NodaChar(64)), "-a");
 }
 

@@ -54,6 +54,8 @@ TEST_F(ParamsTest, CountsAreUsableAsSizes) {
   playerParams.player_types = -1;
   playerParams.subs_max = 2000000000;
   EXPECT_EQ(std::pair(numPlayerTypes(), numSubsMax()), std::pair(0, 1000));
+  std::swap(playerParams.player_types, playerParams.subs_max);
+  EXPECT_EQ(std::pair(numPlayerTypes(), numSubsMax()), std::pair(1000, 0));
 }
 
 }  // namespace

@@ -164,7 +164,10 @@ TEST_F(World, StaminaEffortAndRecoveryFollowTheServersThresholds) {
 TEST_F(World, OurPlayersTireAndTheOthersRest) {
   world.ourTeam[3].stamina = 1210;
   world.otherTeam[3].stamina = 1000;
+  world.ball.pos = {3, 4};
+  world.my.pos = {1, 1};
   world.simCycle();
+  EXPECT_EQ(world.oldBallRelpos, Vector2d(2, 3));
   EXPECT_EQ(std::pair(world.ourTeam[1].stamina, world.ourTeam[3].stamina), std::pair(3945., 1200.));
   EXPECT_EQ(std::pair(world.otherTeam[1].stamina, world.otherTeam[3].stamina),
             std::pair(4000., 1045.));

@@ -46,6 +46,14 @@ TEST(WorldObjects, CatchReachesARectangleAheadInOurPenaltyArea) {
     EXPECT_EQ(WPlayer(keeper, {}).ballCatchable(WBall(ball, {}), angle), catchable) << ball.x;
 }
 
+TEST(WorldObjects, AnglesCountFromThePlayersPlaceAndDirections) {
+  WPlayer player({10, 5}, {});
+  player.bodyDir = Angle(0.25);
+  player.faceDir = Angle(0.75);
+  EXPECT_NEAR(player.bodyAngleTo({10, 15}), PI / 2 - 0.25, 1e-9);
+  EXPECT_NEAR(player.faceAngleTo({10, 15}), PI / 2 - 0.75, 1e-9);
+}
+
 TEST(WorldObjects, TackleFailsWithTheDistanceInEachDirection) {
   const std::tuple<Vector2d, int, double> cases[] = {
       {{1.25, 0}, 6, 0.984375}, {{-0.25, 0}, 6, 0.984375}, {{0, -0.625}, 6, 0.984375},
@@ -54,6 +62,9 @@ TEST(WorldObjects, TackleFailsWithTheDistanceInEachDirection) {
     TACKLE_EXP = exponent;
     EXPECT_NEAR(WPlayer({}, {}).tackleProb(WBall(ball, {})), prob, 1e-9) << ball.x;
   }
+  TACKLE_EXP = 6;
+  TACKLE_BACK_DIST = 0;
+  EXPECT_NEAR(WPlayer({}, {}).tackleProb(WBall({0, 0.625}, {})), 0.984375, 1e-9) << "at its side";
 }
 
 TEST(WorldObjects, ASeenPlayerIsPlacedByItsQuantisedDistanceAndChanges) {

@@ -80,7 +80,8 @@ TEST_F(WorldQueries, ADirectionIsAsOldAsTheFreshestLookWhoseConeHeldIt) {
 }
 
 TEST_F(WorldQueries, LookingAroundEndsWithNineFreshDirectionsOfSixteen) {
-  world.my.bodyDir = world.vDir[0] = 3;
+  world.my.bodyDir = 3;
+  world.vDir[0] = world.my.bodyDir + 7 * PI / 8;  // the last of them
   world.vAge[0] = 7;
   for (const double steps : {4.1, 3.9}) {
     world.vAngle[0] = steps * PI / 8;
