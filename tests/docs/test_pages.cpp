@@ -86,15 +86,23 @@ TEST(ServerMessagesPage, NamesEveryPlayModeAndWhatItMeans) {
   EXPECT_EQ(named.size(), 1U + (PLAY_MODE_KICK_OFF_US + PLAY_MODE_PENALTY_SCORE_US) / 2);
 }
 
-TEST(ServerMessagesPage, QuotesOnlyDiagnosticsThatExist) {
+TEST(ServerMessagesPage, QuotesTheDiagnosticsThatExist) {
   const std::string sources = shown("cat libVOK/*.* libVOK/*/*.* modules/*/*.* OnlineCoach/*.*");
-  const auto diagnostics =
-      all(shown("sed '1,/^## Diagnostics/d' docs/server-messages.md"), "\n\\| `(.*?)`");
+  const std::string page = shown("sed '1,/^## Diagnostics/d' docs/server-messages.md");
+  const auto diagnostics = all(page, "\n\\| `(.*?)`");
   ASSERT_GT(diagnostics.size(), 15U);
   for (const std::string& line : diagnostics) {
     for (const std::string& piece : all(line + "...", "(.*?)\\.\\.\\."))
       EXPECT_NE(sources.find(piece), std::string::npos) << "\"" << piece << "\" of " << line;
   }
+
+  // The other way round, but for what only players and mistaken programs write.
+  const std::string written = shown(
+      "grep -rhE '(cerr|rror\\(\\)) *<<' --include=*.cpp --exclude-dir=base "
+      "--exclude=comm_commands.cpp --exclude=*players.cpp libVOK modules OnlineCoach | grep -vE "
+      "'Usage|only one|more than one Comm|Team::|readToken|unknown object type'");
+  for (const std::string& text : all(written, "<< \"([^\"\\\\]{18,})"))
+    EXPECT_NE(page.find(text), std::string::npos) << text;
 }
 
 TEST(ManualPages, HaveTheOptionsOfTheHelp) {
