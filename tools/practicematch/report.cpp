@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <iomanip>
-#include <numeric>
 #include <ostream>
 #include <string_view>
 
@@ -38,6 +37,9 @@ double percentile(const std::vector<double>& sorted, double share) {
   return sorted[std::max<std::size_t>(rank, 1) - 1];
 }
 
+const Squad<int> NUMBERS = {{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}};
+
+/// "-" is an unknown type.
 void printTypeRow(std::ostream& out, std::string_view title, const Squad<int>& types) {
   line(out, "") << std::left << std::setw(20) << title << std::right;
   for (const int type : types) {
@@ -66,18 +68,24 @@ void Report::print(std::ostream& out, const Match* match, bool synch) const {
                        << match->time() << " of " << match->settings().cycles
                        << " cycles played, seed " << match->settings().seed << '\n';
   }
-  line(out, "cycles") << cyclesSent << " sent";
-  if (synch) out << ", " << answerTimes.size() << " answered, " << cyclesMissed << " missed";
+  line(out, "cycles");
+  if (synch) {
+    out << answerTimes.size() << " answered, " << cyclesMissed << " missed";
+  } else {
+    out << cyclesSent << " sent";
+  }
+  if (match != nullptr) out << "; in " << cyclesStanding << " of them the clock stood still";
   out << '\n';
   if (!answerTimes.empty()) printAnswerTimes(out);
   line(out, "commands");
   printCounts(out, commands);
   if (commands.empty()) out << "none";
-  if (unterminated > 0) out << " (" << unterminated << " without a terminator)";
+  if (unterminated > 0) out << " (" << unterminated << " without a NUL byte at the end)";
   out << '\n';
   if (match != nullptr) {
     printMessages(out);
-    printTypes(out, *match);
+    printOpponents(out, *match);
+    printOwnTypes(out, *match);
   }
   line(out, "end") << ENDINGS[static_cast<std::size_t>(ending)] << std::endl;
 }
@@ -86,15 +94,16 @@ void Report::printAnswerTimes(std::ostream& out) const {
   std::vector<double> sorted = answerTimes;
   std::sort(sorted.begin(), sorted.end());
   line(out, "answers") << std::fixed << std::setprecision(3) << percentile(sorted, 0.5)
-                       << " ms median, " << percentile(sorted, 0.99) << " ms 99th percentile, "
-                       << sorted.back() << " ms maximum, from \"(think)\" to \"(done)\"\n"
+                       << " ms median, 99 of 100 within " << percentile(sorted, 0.99) << " ms, "
+                       << sorted.back() << " ms at most, from \"(think)\" to \"(done)\"\n"
                        << std::defaultfloat << std::setprecision(6);
 }
 
 void Report::printMessages(std::ostream& out) const {
   int refused = 0;
   for (const auto& [reason, count] : messagesRefused) refused += count;
-  line(out, "messages") << messagesAccepted << " accepted, " << refused << " refused";
+  line(out, "messages") << messagesAccepted + refused << " to the players: " << messagesAccepted
+                        << " accepted, " << refused << " refused";
   if (refused > 0) {
     out << " (";
     printCounts(out, messagesRefused);
@@ -105,28 +114,31 @@ void Report::printMessages(std::ostream& out) const {
                 << " of them with the ball within 0.1 m of the truth\n";
 }
 
-void Report::printTypes(std::ostream& out, const Match& match) const {
-  Squad<int> numbers;
-  std::iota(numbers.begin(), numbers.end(), FIRST_SHIRT);
-  const Side side = match.settings().coachSide;
-  line(out, "types") << "(- is unknown)\n";
-  printTypeRow(out, "number", numbers);
-  printTypeRow(out, match.name(side), typesOf(match.state().team(side)));
-  printTypeRow(out, match.name(other(side)), typesOf(match.state().team(other(side))));
+void Report::printOpponents(std::ostream& out, const Match& match) const {
+  const Side side = other(match.settings().coachSide);
+  line(out, "opponents");
   if (messagesDecoded > 0) {
-    printTypeRow(out, "in the last message", lastTypes);
-    line(out, "") << lastTypesRight << " of 11 right when it came, "
-                  << 11 - lastTypesRight - lastTypesUnknown << " wrong, " << lastTypesUnknown
-                  << " unknown\n";
+    out << 11 - lastTypesUnknown << " of 11 types known to the coach in its last message, "
+        << lastTypesRight << " of them right\n";
+  } else {
+    out << "no message told their types\n";
   }
-  line(out, "changes") << typesAsked << " types asked, " << typesGiven << " given, "
-                       << typesAsked - typesGiven << " refused";
+  printTypeRow(out, "number", NUMBERS);
+  printTypeRow(out, "type", typesOf(match.state().team(side)));
+  if (messagesDecoded > 0) printTypeRow(out, "in the last message", lastTypes);
+}
+
+void Report::printOwnTypes(std::ostream& out, const Match& match) const {
+  line(out, "own types") << typesAsked << " asked, " << typesGiven << " given, "
+                         << typesAsked - typesGiven << " refused";
   if (!typesRefused.empty()) {
     out << " (";
     printCounts(out, typesRefused);
     out << ')';
   }
   out << '\n';
+  printTypeRow(out, "number", NUMBERS);
+  printTypeRow(out, "type", typesOf(match.state().team(match.settings().coachSide)));
 }
 
 }  // namespace vok::practicematch

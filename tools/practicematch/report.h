@@ -18,6 +18,7 @@ enum class Ending { Stayed, LeftEarly, Silent, NotAnswering, NoEye, Interrupted 
 struct Report {
   int cyclesSent = 0;
   int cyclesMissed = 0;
+  int cyclesStanding = 0;           ///< in which the clock of a simulated match stood still
   std::vector<double> answerTimes;  ///< milliseconds from "(think)" to "(done)"
   std::map<std::string, int> commands;
   int unterminated = 0;
@@ -42,7 +43,8 @@ struct Report {
  private:
   void printAnswerTimes(std::ostream& out) const;
   void printMessages(std::ostream& out) const;
-  void printTypes(std::ostream& out, const Match& match) const;
+  void printOpponents(std::ostream& out, const Match& match) const;
+  void printOwnTypes(std::ostream& out, const Match& match) const;
 };
 
 }  // namespace vok::practicematch

@@ -114,7 +114,9 @@ class MatchService {
   bool overNow() const { return match_.modeName() == "time_over"; }
 
   void cycle() {
+    const long timeBefore = match_.time();
     match_.cycle(texts_);
+    if (match_.time() == timeBefore) ++counter_.report.cyclesStanding;
     if (!desk_.eyeOn()) texts_.pop_back();  // the view
     counter_.sendAll(texts_);
     players_.sendNews(texts_);
