@@ -94,7 +94,7 @@ const Call CALLS[] = {
     {"recvfrom", {ENOBUFS, ENOMEM, EAGAIN, ECONNREFUSED, EIO, EBADF, EINTR}},
     {"ppoll", {EINTR, EAGAIN, ENOMEM, EINVAL, EBADF}},
     {"poll", {EINTR, EAGAIN, ENOMEM}},
-    {"write", {EINTR, EAGAIN, EIO, ENOSPC, EPIPE, EBADF, CUT}},
+    {"write", {CUT, EAGAIN, EIO, ENOSPC, EPIPE, EBADF, EINTR}},
     {"setsockopt", {ENOMEM, EPERM, EINVAL}},
     {"getsockopt", {ENOBUFS, ENOPROTOOPT, EINVAL}},
     // A time that no longer runs, or ran backwards, looks like a server's silence.
