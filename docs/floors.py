@@ -28,9 +28,10 @@ FLOORS = (
     ('main loop', {'libVOK': (320, 450)}),
     ('coach', {'OnlineCoach': (0, 125)}),
     ('tools’ library', {'tools/common': (780, 900)}),
-    ('programs', {'tools/confcheck': (0, 125), 'tools/formationview': (137, 262),
-                  'tools/typecheck': (274, 399), 'examples/player_listener': (411, 548),
-                  'tools/saydecode': (560, 685), 'tools/practicematch': (697, 822)}),
+    ('programs', {'tools/confcheck': (0, 112), 'tools/formationview': (122, 234),
+                  'tools/typecheck': (244, 346), 'tools/seecheck': (356, 452),
+                  'examples/player_listener': (462, 599), 'tools/saydecode': (609, 711),
+                  'tools/practicematch': (721, 838)}),
 )
 # A box of a folder's own files, without those of its subfolders, which have boxes of their own.
 LABELS = {'libVOK': 'libVOK/*.cpp'}

@@ -15,7 +15,7 @@ endfunction()
 
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
 foreach(file bin/onlinecoach bin/practicematch bin/saydecode bin/formationview bin/confcheck
-             bin/typecheck bin/start-coach share/vok/agent.conf share/man/man1/onlinecoach.1
+             bin/seecheck bin/typecheck bin/start-coach share/vok/agent.conf share/man/man1/onlinecoach.1
              include/VOK/worldmodel.h include/VOK/tacticalmodule.h)
   if(NOT EXISTS ${prefix}/${file})
     message(FATAL_ERROR "not installed: ${file}")

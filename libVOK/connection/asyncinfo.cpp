@@ -147,6 +147,8 @@ void AsyncCommInfo::hearReferee(const SensorData& data) {
 void AsyncCommInfo::newTimestep() {
   noSenseBodyYet = true;
   processedAction = lostAction.command != NO_COMMAND ? lostAction : sentAction;
+  processedNeckTurn = sentNeckTurn;
+  sentNeckTurn = {};
   abortWaitForSee = false;
   if (!isCoach() && !SYNCH_MODE) startTimer();
   nextTimestep = true;

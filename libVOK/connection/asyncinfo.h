@@ -20,6 +20,13 @@ struct CycleAction {
   double param2 = 0;
 };
 
+/// All that the neck was told to turn in one cycle.
+struct NeckTurn {
+  long time = 0;      ///< server time
+  int commands = 0;   ///< how many commands that was
+  double moment = 0;  ///< their sum, radians
+};
+
 /// Fed every parsed datagram; its `act` flag tells the main loop that a cycle is to be run. One
 /// instance a process (the signal handler needs it): a second one is reported and stays unnamed.
 ///
@@ -72,7 +79,8 @@ class AsyncCommInfo {
   int getOurScore() const { return ourScore; }
   int getOtherScore() const { return otherScore; }
   bool inSecondHalf() const { return secondHalf; }
-  void twistNeck() { neckTwisted = true; }
+  /// Notes a turn of the neck as sent, radians.
+  void twistNeck(double moment);
   void incSayCount() { ++sayCount; }
   void incTurnNeckCount() { ++turnNeckCount; }
 
@@ -135,6 +143,8 @@ class AsyncCommInfo {
   CycleAction sentAction;
   CycleAction processedAction;  ///< what the server is taken to have executed
   CycleAction lostAction;
+  NeckTurn sentNeckTurn;
+  NeckTurn processedNeckTurn;  ///< of the cycle before
 
   // Of a player: the visual messages of the last four cycles, and when the last of each came (ms in
   // the cycle).

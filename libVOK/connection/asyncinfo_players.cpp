@@ -129,6 +129,13 @@ void AsyncCommInfo::shortenWait(long& wait) {
   }
 }
 
+void AsyncCommInfo::twistNeck(double moment) {
+  neckTwisted = true;
+  if (sentNeckTurn.time != serverTime) sentNeckTurn = {serverTime, 0, 0};
+  ++sentNeckTurn.commands;
+  sentNeckTurn.moment += moment;
+}
+
 void AsyncCommInfo::sendAction(CycleCommand command, double p1, double p2) {
   for (const BodyCommand& kind : BODY_COMMANDS) {
     if (kind.command == command) ++(this->*kind.sent);

@@ -150,7 +150,7 @@ void Comm::sendTurnNeck(double angle) {
   if (!intoRange("turn_neck", degrees, MINNECKMOMENT, MAXNECKMOMENT)) return;
   sendFormatted("(turn_neck %f)", degrees);
   async->incTurnNeckCount();
-  async->twistNeck();
+  async->twistNeck(degrees / DEGREES);
 }
 
 void Comm::sendChangeView(view_width width, view_quality quality, bool evenInSynchMode) {

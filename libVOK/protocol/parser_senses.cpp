@@ -117,7 +117,8 @@ bool readBodyItem(std::string_view name, Scanner at, SensorData& body, playing_s
 
 /// The numbers of a seen object: distance and direction, their changes, then a player's body and
 /// face direction, as many of these pairs as could be seen. An odd number at the end is the
-/// direction of an arm, and a "t" behind them tells that the player tackles.
+/// direction of an arm, and a "t" behind them tells that the player tackles. A view of low quality
+/// tells the direction alone.
 struct SeenNumbers {
   std::array<double, 7> value{};
   std::size_t count = 0;
@@ -133,8 +134,9 @@ struct SeenNumbers {
 
   void setObject(SensorObject& object) const {
     object.valid = true;
-    object.dist = value[0];
-    object.dir = radians(value[1]);
+    object.dist = count == 1 ? NO_DISTANCE : value[0];
+    object.dir = radians(value[count == 1 ? 0 : 1]);
+    object.changes = count >= 4;
     if (count < 4) return;
     object.dist_change = value[2];
     object.dir_change = radians(value[3]);
@@ -143,7 +145,7 @@ struct SeenNumbers {
   void setPlayer(SensorPlayer& player) const {
     setObject(player);
     player.tackle = tackle;
-    if (count % 2 == 1) player.pointto_dir = radians(value[count - 1]);
+    if (count % 2 == 1 && count > 1) player.pointto_dir = radians(value[count - 1]);
     if (count < 6) return;
     player.body_dir = radians(value[4]);
     player.face_dir = radians(value[5]);
@@ -153,6 +155,12 @@ struct SeenNumbers {
 /// An object so near that it is felt, but out of sight: its name is one upper-case letter.
 bool isOutOfSight(std::string_view name) {
   return !name.empty() && std::string_view("BFGP").find(name.front()) != std::string_view::npos;
+}
+
+/// What is felt: a ball, or a player of whom nothing else is known. Which flag or goal it is, is
+/// not told, so that they tell nothing.
+ObjectType feltObject(std::string_view name) {
+  return name.front() == 'B' ? OT_BALL : name.front() == 'P' ? OT_PLAYER : OT_NONE;
 }
 
 /// Stores a landmark at the index of its kind; one with an unknown name is dropped.
@@ -205,13 +213,16 @@ bool Parser::parseSee() {
     if (!takeItem(at, name) || !numbers.read(at)) return false;
     list.skipBlanks();
 
-    const ObjectType type = determineObject(name);
+    ObjectType type = determineObject(name);
     if (type == OT_NONE) {
-      if (isOutOfSight(name)) continue;
-      std::cerr << "Parser: unknown object type\n";
-      return false;
+      if (!isOutOfSight(name)) {
+        std::cerr << "Parser: unknown object type\n";
+        return false;
+      }
+      type = feltObject(name);
+      if (type == OT_NONE) continue;
     }
-    if (numbers.count < 2) continue;  // of a view of low quality: directions alone
+    if (numbers.count == 0) continue;
 
     const auto kind = static_cast<std::size_t>(type);
     if (seen[kind]++ == LIMITS[kind].count) {
@@ -220,6 +231,7 @@ bool Parser::parseSee() {
     }
     switch (type) {
       case OT_BALL:
+        data_->ball = {};
         numbers.setObject(data_->ball);
         break;
       case OT_PLAYER: {

@@ -15,6 +15,9 @@ namespace vok {
 /// The marker of an angle that a message did not give (radians otherwise).
 constexpr double NO_ANGLE = -10000;
 
+/// The marker of a distance that a view of low quality does not tell (metres otherwise).
+constexpr double NO_DISTANCE = -1;
+
 /// An object of the relative view: metres, radians from the face direction, changes per cycle.
 struct SensorObject {
   bool valid = false;
@@ -22,6 +25,7 @@ struct SensorObject {
   double dir = 0;
   double dist_change = 0;
   double dir_change = 0;
+  bool changes = false;  ///< the two changes were told
 };
 
 struct SensorPlayer : SensorObject {

@@ -17,6 +17,7 @@ struct ServerState {
   int otherScore = 0;
   CycleAction lastAction;   ///< what the server is taken to have executed last
   bool actionLost = false;  ///< that action never reached the server
+  NeckTurn neckTurn;        ///< how far the neck was told to turn in the cycle before
 };
 
 /// The state as it stands now on a connection.

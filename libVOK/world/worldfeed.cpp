@@ -15,6 +15,7 @@ ServerState serverStateOf(const Comm& comm) {
   comm.getLastAction(state.lastAction);
   CycleAction lost;
   comm.getLostAction(lost);
+  state.neckTurn = comm.async->processedNeckTurn;
   state.actionLost = lost.command != NO_COMMAND;
   return state;
 }

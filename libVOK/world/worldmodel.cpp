@@ -81,7 +81,10 @@ Worldmodel::Worldmodel(Comm* connection)
     ourTeam[n].number = otherTeam[n].number = n;
     ourTeam[n].pos = {-BENCH_X * n, BENCH_Y};
     otherTeam[n].pos = {BENCH_X * n, BENCH_Y};
+    forgetMotion(ourMotion[n]);
+    forgetMotion(otherMotion[n]);
   }
+  forgetMotion(ballMotion);
   if (comm != nullptr) knowMyself(*comm);
 }
 
@@ -92,8 +95,7 @@ void Worldmodel::adjust(const SensorData& data, const ServerState& state) {
     case SENSOR_TYPE_EXACT:
       return takeView(data, state);
     case SENSOR_TYPE_SEE:
-      visualAge = 0;  // the objects in it are left to the player program
-      return;
+      return takeSight(data, state);
     case SENSOR_TYPE_SENSE_BODY:
       return takeBody(data, state);
     case SENSOR_TYPE_PLAYER_TYPE:
@@ -124,14 +126,14 @@ void Worldmodel::takeBody(const SensorData& data, const ServerState& state) {
   if (data.time < time) return;
   // An older action has had its effect, a lost one has none.
   if (state.lastAction.time >= time && !state.actionLost) action.store(state.lastAction);
-  if (data.time > time) predictTo(data.time);
+  const long cycles = data.time - time;
+  if (cycles > 0) predictTo(data.time);
   takeServerState(state);
 
   my.stamina = data.stamina;
   my.effort = data.effort;
-  my.headAngle = data.head_angle;
-  my.faceDir = my.bodyDir + data.head_angle;
-  my.v.setRadAng(data.speed, my.faceDir + data.speed_angle);
+  senseNeck(data, state);
+  senseMotion(data, cycles);
   viewWidth = data.my_view_width;
   viewQuality = data.my_view_quality;
   kickCount = data.kick_count;

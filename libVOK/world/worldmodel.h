@@ -2,19 +2,23 @@
 //
 // Positions are in metres in the field frame (coordinates.h), velocities in metres per cycle. Our
 // goal is at x = -HALF_LENGTH on either side: positions and velocities of a team on the right are
-// turned by 180 degrees when they are taken in, while body and face directions stay as the server
-// sends them. Teams are indexed by shirt number 1..11. How far an entry can be trusted depends on
-// its age in cycles, so readers pass a maximum age. Only the world's own operations change it.
+// turned by 180 degrees when they are taken in, while body and face directions of a global view
+// stay as the server sends them (those of a player's view are in the field frame, too). Teams are
+// indexed by shirt number 1..11. How far an entry can be trusted depends on its age in cycles, so
+// readers pass a maximum age. Only the world's own operations change it.
 #pragma once
 
 #include <array>
 #include <iosfwd>
+#include <tuple>
 #include <vector>
 
 #include "audiomsg.h"
 #include "coachmessage.h"
+#include "localisation.h"
 #include "pitch.h"
 #include "playermessage.h"
+#include "seenobjects.h"
 #include "sensordata.h"
 #include "serverstate.h"
 #include "worldobjects.h"
@@ -31,6 +35,12 @@ struct Substitution {
   long time = 0;   ///< the world's cycle in which it was announced
 };
 
+/// Whom a player of a view was taken for.
+struct SeenAs {
+  team_number team = TEAM_UNKNOWN;
+  int number = -1;  ///< -1 for nobody
+};
+
 /// A copy is independent of its original (but for `comm`), so that moves can be tried on it.
 class Worldmodel {
  public:
@@ -45,6 +55,18 @@ class Worldmodel {
   Worldmodel& adjust();
   /// Takes one global view over, without a prediction. Returns true.
   bool adjustExact(const SensorData& data);
+
+  // What a player makes of a relative view of the world's cycle, in this order; a coach gets none.
+
+  /// Finds the width of the view, which may be greater than the last body sense told.
+  void checkViewWidth(const SensorData& view);
+  /// Corrects our own place and directions by the landmarks, and notes where we have looked.
+  void calcMyPos(const SensorData& view);
+  void adjustGoals(const SensorData& view);
+  void adjustBall(const SensorData& view);
+  /// Takes over the players with a number, then those who can only be one; see `seenAs`.
+  void adjustPlayers(const SensorData& view);
+
   /// Our goalie becomes tactical number 1, the others follow in the order of their shirt numbers.
   void adjustTacticalNumbers(int goalieNo);
   /// Predicts one cycle. Does not count `time` up.
@@ -155,13 +177,33 @@ class Worldmodel {
   long aOurCounter = 0;
   Vector2d oldBallRelpos;  ///< ball relative to `my` before the last prediction
   WPlayer oldMy;
-  bool waitForSenseBody = false;
-  Comm* comm;  ///< not owned, null for a world without a connection
+  bool waitForSenseBody = false;  ///< a view came before the body sense of its cycle
+  /// Whom the players of the last view were taken for, in the order of the view.
+  std::array<SeenAs, std::tuple_size_v<decltype(SensorData::player)>> seenAs{};
+  Localisation place;       ///< how well `my` is known
+  Squad<Motion> ourMotion;  ///< how well the others are known
+  Squad<Motion> otherMotion;
+  Motion ballMotion;
+  double neck = 0;  ///< radians from body to face, as exactly as it is known
+  Comm* comm;       ///< not owned, null for a world without a connection
 
  private:
   void knowMyself(const Comm& connection);
   void takeView(const SensorData& data, const ServerState& state);
   void takeBody(const SensorData& data, const ServerState& state);
+  void takeSight(const SensorData& view, const ServerState& state);
+  void turnNeck(const NeckTurn& turned);
+  void senseNeck(const SensorData& data, const ServerState& state);
+  void senseTurn(const SensorData& data);
+  void senseMotion(const SensorData& data, long cycles);
+  void senseWay(const Vector2d& expected, bool slow);
+  void driftSights();
+  void driftPlayer(WPlayer& player, Motion& motion) const;
+  Observer observer() const;
+  void seePlayer(const SensorPlayer& seen, team_number team, int number);
+  void namePlayers(const SensorData& view);
+  bool shouldBeSeen(const WObject& object, const Motion& motion) const;
+  void forgetMissing();
   void takeServerState(const ServerState& state);
   void predictTo(long viewTime);
   void takePlayerType(const PlayerType& announced);

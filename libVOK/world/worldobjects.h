@@ -120,6 +120,9 @@ struct WPlayer : WMovedObject {
   double extraStamina = 0;
   double effortMin;
   double effortMax;
+  /// The acceleration that it is assumed to keep up by dashing, metres per cycle squared; of a
+  /// player's view only.
+  Vector2d push;
   int type = -1;  ///< heterogeneous type, -1 when unknown
 
   WPlayer() : WPlayer({}, {}) {}

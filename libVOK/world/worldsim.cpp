@@ -30,6 +30,7 @@ void Worldmodel::simCycle() {
   moveAll();
   collideWithBall();
   simStamina();
+  if (my.number > 0) driftSights();
   ageAll();
   if (isShirtNumber(my.number)) ourTeam[my.number] = my;
 }
@@ -110,6 +111,10 @@ void Worldmodel::moveAll() {
   my.simulate();
   ball.simulate();
   for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+    if (my.number > 0) {
+      ourTeam[n].acc(ourTeam[n].push);
+      otherTeam[n].acc(otherTeam[n].push);
+    }
     ourTeam[n].simulate();
     otherTeam[n].simulate();
   }

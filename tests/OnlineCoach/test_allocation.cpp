@@ -8,6 +8,7 @@
 #include <new>
 
 #include "Config.h"
+#include "cycleloop.h"
 #include "support/coach.h"
 
 namespace {
@@ -81,6 +82,33 @@ TEST_P(Cycle, AllocatesNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Keys, Cycle, testing::Bool());
+
+// A player's, from recorded senses, with its commands in between.
+TEST(PlayerCycle, AllocatesNothing) {
+  ASSERT_TRUE(Config::readFile(PLAIN_CONFIG));
+  const std::string file =
+      runCommand("cat " VOK_SOURCE_DIR "/tests/data/player_right_10.txt").second;
+  TextServer server;
+  Lines texts;
+  for (const std::string& line : lines(file)) {
+    if (line.find("\t<\t") != std::string::npos) texts.push_back(line.substr(line.find('<') + 2));
+  }
+  for (std::size_t i = 0; i < 3; ++i) server.add(texts[i]);
+  Comm comm("Beta", CLIENT_FIELDPLAYER, server, 0, false, 7, 8, SIDE_RIGHT);
+  ASSERT_EQ(comm.connect(), COMM_OK);
+  Worldmodel world(&comm);
+  const StderrCapture errors;
+  for (std::size_t i = 3; i < texts.size(); ++i) {
+    allocations = 0;
+    counting = true;
+    comm.receiveText(texts[i].c_str());
+    takeCycle(comm, world);
+    counting = false;
+    EXPECT_EQ(allocations, 0) << i << texts[i].substr(0, 60);
+  }
+  EXPECT_LE(world.my.age, 1);
+  EXPECT_GT(world.time, 290);
+}
 
 }  // namespace
 }  // namespace vok::test

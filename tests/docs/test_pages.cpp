@@ -107,7 +107,7 @@ TEST(ServerMessagesPage, QuotesTheDiagnosticsThatExist) {
 
 TEST(ManualPages, HaveTheOptionsOfTheHelp) {
   for (const std::string tool :
-       {"confcheck", "formationview", "practicematch", "saydecode", "typecheck"}) {
+       {"confcheck", "formationview", "practicematch", "saydecode", "seecheck", "typecheck"}) {
     EXPECT_EQ(namesIn(shown("tr -d '\\\\' <man/" + tool + ".1"), "\n\\.B[IR]? \"?(-[-a-z]+)"),
               namesIn(shown(VOK_BIN_DIR "/" + tool + " --help"), "\n  (-[-a-z]+)"));
   }
@@ -138,7 +138,7 @@ TEST(MonitorCommandsPage, ShowsWhatTheLibraryWrites) {
   world.adjust(parsed("(see_global 42 ((g l) -52.5 0) ((b) -20.5 -3 0.25 0) "
                       "((p \"Alpha\" 1 goalie) -50 0.5 0 0.1 90 0) "
                       "((p \"Alpha\" 2) -35.5 -9 0.2 0.1 -45 0))"),
-               {.mode = PLAY_MODE_FREE_KICK_US, .lastAction = {}});
+               {.mode = PLAY_MODE_FREE_KICK_US, .lastAction = {}, .neckTurn = {}});
   EXPECT_TRUE(MSnapshot(world).encoded.starts_with(block(page, "snapshot")));
 }
 

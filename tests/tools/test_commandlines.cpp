@@ -17,7 +17,7 @@ std::pair<int, std::string> run(const std::string& toolAndArguments) {
 
 TEST(CommandLines, HelpAndVersionAreShownByEveryTool) {
   for (const std::string tool :
-       {"confcheck", "formationview", "practicematch", "saydecode", "typecheck"}) {
+       {"confcheck", "formationview", "practicematch", "saydecode", "seecheck", "typecheck"}) {
     const auto [status, help] = run(tool + " --help");
     EXPECT_EQ(status, 0) << tool;
     EXPECT_TRUE(help.starts_with("Usage: " + tool + " ")) << help;
@@ -48,6 +48,8 @@ TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
       {"practicematch --synch --replay " + recording, "--synch: " + recording + " was rec", 2},
       {"saydecode '--a\x1b'", "unknown option '--a\\x1b'", 2},
       {"saydecode --svg no/such/file -- a", "no message found", 1},
+      {"seecheck no/such b", "no/such: cannot be opened", 2},
+      {"seecheck " + recording + " b", recording + ": line 1 is not", 2},
       {"typecheck a b --side l", "--team is missing", 2},
       {"typecheck no/such b --team A --side l", "no/such: cannot be opened", 2},
   };

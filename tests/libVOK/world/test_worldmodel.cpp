@@ -224,8 +224,10 @@ TEST_F(World, TheQueueIsTakenBehindTheTypesThatItHadToDrop) {
 
 // The signature of a recorded player holds what a body sense tells of the body.
 TEST_F(World, ACommandTakesEffectWithTheBodySenseUnlessItIsOldOrLost) {
+  int turns = 1;
   const auto sense = [&](int time) {
-    take("(sense_body " + std::to_string(time) + ")", CLIENT_FIELDPLAYER);
+    take("(sense_body " + std::to_string(time) + " (turn " + std::to_string(turns) + "))",
+         CLIENT_FIELDPLAYER);
     return double(world.my.bodyDir);
   };
   world.time = 7;
@@ -238,8 +240,14 @@ TEST_F(World, ACommandTakesEffectWithTheBodySenseUnlessItIsOldOrLost) {
   state.lastAction.time = 9;
   state.actionLost = true;
   EXPECT_NEAR(sense(10), 1, 1e-9) << "a lost turn has no effect";
+  state.actionLost = false;
+  state.lastAction.time = 10;
+  EXPECT_NEAR(sense(11), 1, 1e-9) << "a turn that the server has not counted has none either";
+  turns = 2;
+  state.lastAction.time = 11;
+  EXPECT_NEAR(sense(12), 2, 1e-9);
   sense(3);
-  EXPECT_EQ(world.time, 10) << "too old";
+  EXPECT_EQ(world.time, 12) << "too old";
 }
 
 }  // namespace
