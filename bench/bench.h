@@ -90,5 +90,6 @@ bool runCycles(std::string_view situation, int cycles);
 void addParsing();
 void addCycles();
 void addProcesses();
+void addSeeing();
 
 }  // namespace vok::bench

@@ -47,6 +47,8 @@ constexpr auto ROWS = std::to_array<Row>({
     {"cycle, free kick, message / parse", "cycle/free_kick", "parse", AT_MOST, 3},
     {"cycle, synchronous, (done) / parse", "cycle/synchronous", "parse"},
     {"cycle, play-on", "cycle/types_18", nullptr, Goal::NONE, 0, "us", 1e-6},
+    {"player: body sense, view / parse", "player/cycle", "player/parse", AT_MOST, 5},
+    {"player: body sense and view", "player/cycle", nullptr, Goal::NONE, 0, "us", 1e-6},
     {"composing a message / parse", "message/compose", "parse"},
     {"checking a message / parse", "message/check", "parse"},
     {"decoding a message / parse", "message/decode", "parse"},
@@ -187,6 +189,7 @@ int main(int argc, char** argv) {
   addParsing();
   addCycles();
   addProcesses();
+  addSeeing();
   Collector collector;
   benchmark::RunSpecifiedBenchmarks(&collector);
   const int missing = printTable(collector, argc > 1 ? argv[1] : nullptr);

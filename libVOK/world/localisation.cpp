@@ -82,8 +82,8 @@ void Localisation::walk(Vector2d way, double along, double across) {
   // The way depends on the body direction: its error becomes one of the place, and tied to it.
   const Vector2d perDirection = way.perp();
   auto& cov = state_.cov;
-  const double withBody[2] = {cov[0][2], cov[1][2]};
-  const double step[2] = {perDirection.x, perDirection.y};
+  const std::array<double, 2> withBody = {cov[0][2], cov[1][2]};
+  const std::array<double, 2> step = {perDirection.x, perDirection.y};
   for (std::size_t i = 0; i < 2; ++i) {
     for (std::size_t j = 0; j < 2; ++j) {
       cov[i][j] += step[i] * withBody[j] + withBody[i] * step[j] + step[i] * step[j] * cov[2][2];

@@ -16,7 +16,7 @@ namespace vok {
 namespace {
 
 constexpr std::size_t MOST_UNNAMED = std::tuple_size_v<decltype(SensorData::player)>;
-constexpr std::size_t MOST_CANDIDATES = 2 * LAST_SHIRT;
+constexpr std::size_t MOST_CANDIDATES = 2UL * LAST_SHIRT;
 constexpr double ANYWHERE = 1 / (4 * HALF_LENGTH * HALF_WIDTH);  ///< density, per square metre
 constexpr double SURE = 0.9;
 /// Density of what none of the hypotheses explains, per square metre.

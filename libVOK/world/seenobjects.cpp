@@ -79,6 +79,18 @@ bool seeChanges(Motion& motion, const SensorObject& seen, const Observer& from) 
                         SPEED_VARIANCE);
 }
 
+/// Whether the place is, or is almost, in the sector that a view shows.
+bool isWhereSeen(const Motion& motion, const SensorObject& seen, const Observer& from) {
+  const Line line(motion, from);
+  if (std::abs(Angle::mod2pi(seen.dir - line.direction)) * line.dist >
+      2 * HALF_DEGREE * line.dist + 0.1) {
+    return false;
+  }
+  if (seen.dist <= 0) return true;
+  const Stretch stretch = stretchOf(seen);
+  return std::abs(line.dist - stretch.middle) < 1.2 * stretch.half + 0.1;
+}
+
 void forgetVelocity(Motion& motion, const Vector2d& v, double deviation) {
   motion.mean[2] = v.x;
   motion.mean[3] = v.y;
@@ -137,8 +149,8 @@ void drift(Motion& motion, const Drift& by) {
   const double along = by.unforeseen * by.unforeseen;
   const double across = by.aside * by.aside;
   const double mixed = (along - across) * ahead.x * ahead.y;
-  const double unforeseen[2][2] = {{along * ahead.x * ahead.x + across * ahead.y * ahead.y, mixed},
-                                   {mixed, along * ahead.y * ahead.y + across * ahead.x * ahead.x}};
+  const double alongX = along * ahead.x * ahead.x + across * ahead.y * ahead.y;
+  const double alongY = along * ahead.y * ahead.y + across * ahead.x * ahead.x;
   auto& cov = motion.cov;
   for (std::size_t i = 0; i < 2; ++i) {
     for (std::size_t j = 0; j < 2; ++j) {
@@ -146,7 +158,7 @@ void drift(Motion& motion, const Drift& by) {
       const double pv = cov[i][j + 2];
       const double vp = cov[i + 2][j];
       const double vv = cov[i + 2][j + 2];
-      const double own = unforeseen[i][j];
+      const double own = i != j ? mixed : i == 0 ? alongX : alongY;
       cov[i][j] = pp + by.way * (pv + vp) + by.way * by.way * vv + own;
       cov[i][j + 2] = by.keep * (pv + by.way * vv) + by.decay * own;
       cov[i + 2][j] = by.keep * (vp + by.way * vv) + by.decay * own;
@@ -166,6 +178,8 @@ void seeObject(WMovedObject& object, Motion& motion, const SensorObject& seen, c
     forgetVelocity(motion, toldVelocity(motion, seen, from), speedDeviation);
     seeChanges(motion, seen, from);
   }
+  // What the velocity tells of a place that was out of sight for long does not hold after a kick.
+  if (!isWhereSeen(motion, seen, from)) placeAnew(motion, seen, from, speedDeviation);
   takeMean(object, motion);
   if (object.v.getLength() > object.vmax) object.v.stretch(object.vmax);
 }

@@ -204,6 +204,8 @@ class Worldmodel {
   void namePlayers(const SensorData& view);
   bool shouldBeSeen(const WObject& object, const Motion& motion) const;
   void forgetMissing();
+  /// What a text has sent beyond all bounds is not known any more.
+  void forgetImpossible();
   void takeServerState(const ServerState& state);
   void predictTo(long viewTime);
   void takePlayerType(const PlayerType& announced);

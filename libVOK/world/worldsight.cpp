@@ -27,6 +27,9 @@ constexpr double NOISE = 0.41;
 /// Faster is nobody, metres per cycle; and no type decays more: both bound what a text may say.
 constexpr double TOP_SPEED = 3;
 constexpr double LEAST_DECAY = 0.1;
+/// Nothing is farther away, metres, or faster, metres per cycle, than this, but after nonsense.
+constexpr double FARTHEST = 1000;
+constexpr double FASTEST = 20;
 /// Standard deviations, metres: of a way in a cycle that was not felt, of a place after a command
 /// to move, of a place after a collision; and radians: of turns not felt, or not known.
 constexpr double UNFELT_WAY = 0.4;
@@ -131,6 +134,7 @@ void Worldmodel::senseMotion(const SensorData& data, long cycles) {
     place.blur(UNFELT_WAY * static_cast<double>(cycles) + (moved ? PLACED : 0), 0);
   }
   waitForSenseBody = false;
+  if (my.number > 0) forgetImpossible();
 }
 
 /// The velocity that is felt is that of the way in the last cycle, slowed by the decay.
@@ -171,6 +175,7 @@ void Worldmodel::takeSight(const SensorData& view, const ServerState& state) {
   adjustBall(view);
   adjustPlayers(view);
   if (my.age == 0) forgetMissing();
+  forgetImpossible();
   visualAge = 0;
 }
 
@@ -208,10 +213,9 @@ void Worldmodel::calcMyPos(const SensorData& view) {
 }
 
 void Worldmodel::adjustGoals(const SensorData& view) {
-  for (const goal_type which : {GOAL_LEFT, GOAL_RIGHT}) {
-    if (!view.goal[which].valid) continue;
-    WObject& goal = (which == GOAL_LEFT) == (ourSide != SIDE_RIGHT) ? ourGoal : otherGoal;
-    goal.age = 0;
+  for (const SensorGoal& seen : view.goal) {
+    if (!seen.valid) continue;
+    (seen.team == TEAM_US ? ourGoal : otherGoal).age = 0;
   }
 }
 
@@ -300,7 +304,7 @@ void Worldmodel::namePlayers(const SensorData& view) {
   }
   if (count == 0) return;
 
-  std::array<Candidate, 2 * LAST_SHIRT> candidates;
+  std::array<Candidate, 2UL * LAST_SHIRT> candidates;
   std::size_t known = 0;
   for (const team_number team : {TEAM_US, TEAM_THEM}) {
     for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
@@ -344,6 +348,27 @@ void Worldmodel::forgetMissing() {
   for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     if (n != my.number) forget(ourTeam[n], ourMotion[n]);
     forget(otherTeam[n], otherMotion[n]);
+  }
+}
+
+void Worldmodel::forgetImpossible() {
+  const auto forget = [](WMovedObject& object, Motion& motion) {
+    // Also what is no number is not within the bounds.
+    const bool possible = std::abs(object.pos.x) < FARTHEST && std::abs(object.pos.y) < FARTHEST &&
+                          object.v * object.v < FASTEST * FASTEST;
+    if (possible) return false;
+    object.pos = object.v = {};
+    object.age = NEVER;
+    object.state = UNSAFE;
+    forgetMotion(motion);
+    return true;
+  };
+  Motion none;
+  if (forget(my, none)) place = {};
+  forget(ball, ballMotion);
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+    if (forget(ourTeam[n], ourMotion[n])) ourTeam[n].push = {};
+    if (forget(otherTeam[n], otherMotion[n])) otherTeam[n].push = {};
   }
 }
 

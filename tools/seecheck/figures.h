@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,7 +25,7 @@ struct Errors {
 inline double share(std::vector<double> errors, double part) {
   if (errors.empty()) return 0;
   const auto last = static_cast<double>(errors.size() - 1);
-  const auto nth = errors.begin() + static_cast<std::ptrdiff_t>(part * last + 0.5);
+  const auto nth = errors.begin() + std::lround(part * last);
   std::nth_element(errors.begin(), nth, errors.end());
   return *nth;
 }

@@ -14,7 +14,6 @@ using namespace vok::seecheck;
 namespace {
 
 constexpr int GOAL_MISSED = 1;
-constexpr double NO_GOAL = -1;
 
 struct Options {
   std::string recording;

@@ -43,7 +43,7 @@ SingleFit laidOn(const std::vector<Mark>& marks) {
     seen += seenAt(mark);
     place += mark.pos;
   }
-  const double n = static_cast<double>(marks.size());
+  const auto n = static_cast<double>(marks.size());
   seen /= n;
   place /= n;
   double along = 0;
