@@ -82,7 +82,7 @@ static_assert(sizeof(WObject) == sizeof(Vector2d) + 2 * sizeof(int));
 static_assert(sizeof(WithNumber<WBall>) ==
               2 * sizeof(Vector2d) + 3 * sizeof(double) + 4 * sizeof(int));
 static_assert(sizeof(WithNumber<WPlayer>) ==
-              2 * sizeof(Vector2d) + 4 * sizeof(Angle) + 14 * sizeof(double) + 10 * sizeof(int));
+              3 * sizeof(Vector2d) + 4 * sizeof(Angle) + 14 * sizeof(double) + 10 * sizeof(int));
 
 bool isFinite(const Vector2d& v) {
   return std::isfinite(v.x) && std::isfinite(v.y);
@@ -106,6 +106,7 @@ void checkPlayer(const WPlayer& p, int types) {
   checkAges({p.bodyAge, p.cyclesSinceTackle});
   checkAngles({p.bodyDir, p.faceDir, p.pointDir, p.headAngle});
   require(p.isGoalie >= GOALIE_UNKNOWN && p.isGoalie <= GOALIE_FALSE, "goalies are or are not");
+  require(isFinite(p.push), "and an acceleration");
   require(isShirtOrNone(p.tacticalNo), "tactical numbers are in range");
   require(p.type >= -1 && p.type < std::max(types, 1), "types were announced");
   anyValueIsFine(p.number, p.stamina, p.effort, p.recovery, p.staminaIncMax, p.inertiaFactor,
@@ -154,7 +155,8 @@ void Match::checkWorld() const {
                turnNeckCount, catchCount, moveCount, changeViewCount, tackleCount, pointToCount,
                attentionToCount, viewWidth, viewQuality, vDir, vAngle, vAge, vCounter, aOppDir,
                aOppAge, aOppCounter, aOurDir, aOurAge, aOurCounter, oldBallRelpos, oldMy,
-               waitForSenseBody, itsComm] = *world();
+               waitForSenseBody, seenAs, place, ourMotion, otherMotion, ballMotion, neck, itsComm] =
+      *world();
 
   const int types = static_cast<int>(playerType.size());
   checkPlayer(my, types);
@@ -186,11 +188,18 @@ void Match::checkWorld() const {
     for (const Angle& angle : *angles) checkAngles({angle});
   require(isSlot(vCounter) && isSlot(aOppCounter) && isSlot(aOurCounter),
           "the next slots are those of the rings");
+  for (const auto& [team, number] : seenAs) {
+    require(isShirtOrNone(number), "players of a view are taken for players");
+    anyValueIsFine(team);
+  }
+  require(!place.isKnown() || (isFinite(place.pos()) && std::isfinite(place.error())),
+          "our own place is finite once it is known");
+  require(std::isfinite(neck), "and so is the neck");
   require(itsComm == &comm(), "the world keeps its connection");
   anyValueIsFine(collState, ourSide, penaltySide, ourScore, otherScore, ownChangesWithoutComma,
                  kickCount, dashCount, turnCount, sayCount, turnNeckCount, catchCount, moveCount,
                  changeViewCount, tackleCount, pointToCount, attentionToCount, viewWidth,
-                 viewQuality, oldBallRelpos, waitForSenseBody);
+                 viewQuality, oldBallRelpos, waitForSenseBody, ourMotion, otherMotion, ballMotion);
   if (isCoach()) checkPlans();
 }
 
@@ -234,8 +243,10 @@ void Match::expectGoodSenses(long time) {
   require(world.time == time, "the body sense's time is taken");
   require(world.playMode == comm().getPlayMode(), "the play mode is taken");
   require(world.my.stamina == 3210.5 && world.my.effort == 0.75, "the body's state is taken");
-  require(std::abs(world.my.v.getLength() - 0.25) < 1e-9 &&
-              world.my.headAngle == Angle(-std::numbers::pi / 6),
+  // The server rounds the speed to hundredths and the angle to degrees; within that, what the world
+  // knew before decides.
+  require(std::abs(world.my.v.getLength() - 0.25) < 0.01 &&
+              std::abs(world.my.headAngle + std::numbers::pi / 6) < 0.01,
           "speed and neck are taken");
   require(world.viewWidth == VIEW_WIDTH_WIDE && world.viewQuality == VIEW_QUALITY_LOW,
           "the view mode is taken");
