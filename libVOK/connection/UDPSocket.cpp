@@ -11,8 +11,10 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <cstring>
 #include <ctime>
+#include <string_view>
 
 #include "stopsignals.h"
 
@@ -31,6 +33,14 @@ namespace {
 constexpr int MAX_WITHOUT_WAIT = 1000;
 
 constexpr unsigned SOURCE_IN_IP_HEADER = 12;
+constexpr unsigned UDP_HEADER_SIZE = 8;
+
+/// The first four characters of a text as a filter of the system reads them.
+constexpr std::uint32_t beginOf(std::string_view text) {
+  std::uint32_t begin = 0;
+  for (const char c : text.substr(0, 4)) begin = begin << 8 | static_cast<unsigned char>(c);
+  return begin;
+}
 
 // What the system refuses for want of memory or of room in a table it often grants a moment later.
 constexpr int MAX_TRIES = 5;
@@ -150,26 +160,37 @@ const char* UDPSocket::receive() {
     if (received < 0) throw UDPSocketError("recvfrom returned without data", -1);
 
     recMsg[static_cast<std::size_t>(received)] = '\0';
-    if (srv.admits(sender, recMsg.data())) return recMsg.data();
+    const bool isServers = srv.admits(sender, recMsg.data());
+    const Filter wanted = srv.isSettled() ? Filter::SERVER : Filter::CHECK_IN;
+    if (filter_ != wanted && (!isServers || filter_ != Filter::NONE)) shutOutOthers(wanted);
+    if (isServers) return recMsg.data();
     recMsg[0] = '\0';
-    if (srv.isSettled() && !isFiltered_) shutOutOthers();
   }
   return nullptr;
 }
 
 /// Lets the system itself drop what does not come from the server's address: waking up for each
-/// datagram of a flood would cost cycles.
-void UDPSocket::shutOutOthers() {
-  isFiltered_ = true;
+/// datagram of a flood would cost cycles, and the system's queue would have no room for the server.
+void UDPSocket::shutOutOthers(Filter wanted) {
   const auto source = static_cast<unsigned>(SKF_NET_OFF) + SOURCE_IN_IP_HEADER;
-  std::array<sock_filter, 4> filter = {{
+  const std::uint32_t server = ntohl(srv.address().sin_addr.s_addr);
+  const sock_filter drop = BPF_STMT(BPF_RET | BPF_K, 0);
+  const sock_filter readText = BPF_STMT(BPF_LD | BPF_W | BPF_ABS, UDP_HEADER_SIZE);
+  // The numbers behind a jump are how many rows it leaves out if the two are equal, and if not.
+  std::array<sock_filter, 9> filter = {{
       BPF_STMT(BPF_LD | BPF_W | BPF_ABS, source),
-      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, ntohl(srv.address().sin_addr.s_addr), 0, 1),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, server, 6, 0),
+      wanted == Filter::SERVER ? drop : readText,
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, beginOf("(init"), 4, 0),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, beginOf("(reconnect"), 3, 0),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, beginOf("(server_param"), 2, 0),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, beginOf("(player_param"), 1, 0),
+      drop,
       BPF_STMT(BPF_RET | BPF_K, UINT_MAX),
-      BPF_STMT(BPF_RET | BPF_K, 0),
   }};
   const sock_fprog program = {filter.size(), filter.data()};
-  droppedBefore_ = droppedBySystem();
+  if (filter_ == Filter::NONE) droppedBefore_ = droppedBySystem();
+  filter_ = wanted;
   // Without the filter the address is still tested here.
   setsockopt(sd, SOL_SOCKET, SO_ATTACH_FILTER, &program, sizeof program);
 }
@@ -182,7 +203,7 @@ std::uint64_t UDPSocket::droppedBySystem() const {
 }
 
 std::uint64_t UDPSocket::dropped() const {
-  if (!isFiltered_) return srv.dropped();
+  if (filter_ == Filter::NONE) return srv.dropped();
   // The system may fail to tell.
   return srv.dropped() + std::max(droppedBySystem(), droppedBefore_) - droppedBefore_;
 }

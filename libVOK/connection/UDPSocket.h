@@ -34,10 +34,14 @@ class UDPSocket final : public Link {
  private:
   using Clock = std::chrono::steady_clock;
 
+  /// What the system lets through: everything, until a stranger is there; then the server and what
+  /// its second address may send in a check-in; after the answer the server only.
+  enum class Filter { NONE, CHECK_IN, SERVER };
+
   /// Takes one datagram of the server; null when none is waiting.
   const char* receive();
   void wait(Clock::time_point end);
-  void shutOutOthers();
+  void shutOutOthers(Filter wanted);
   void letSignalsIn();
   std::uint64_t droppedBySystem() const;
 
@@ -45,8 +49,8 @@ class UDPSocket final : public Link {
   Peer srv;
   std::vector<char> recMsg;
   std::size_t maxMsgSize;
-  bool isFiltered_ = false;          ///< the system drops what others send
-  std::uint64_t droppedBefore_ = 0;  ///< by the system, before that
+  Filter filter_ = Filter::NONE;
+  std::uint64_t droppedBefore_ = 0;  ///< by the system, before it had a filter
   int takenWithoutWait_ = 0;
 };
 
