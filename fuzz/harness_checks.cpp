@@ -101,6 +101,11 @@ void checkMoved(const WMovedObject& object) {
   anyValueIsFine(object.decay, object.vmax, object.size);
 }
 
+void checkMotion(const Motion& motion) {
+  for (std::size_t i = 0; i < 4; ++i)
+    require(motion.cov[i][i] >= 0 && motion.cov[i][i] < 1e6, "errors are variances");
+}
+
 void checkPlayer(const WPlayer& p, int types) {
   checkMoved(p);
   checkAges({p.bodyAge, p.cyclesSinceTackle});
@@ -195,11 +200,14 @@ void Match::checkWorld() const {
   require(!place.isKnown() || (isFinite(place.pos()) && std::isfinite(place.error())),
           "our own place is finite once it is known");
   require(std::isfinite(neck), "and so is the neck");
+  checkMotion(ballMotion);
+  for (const Motion& motion : ourMotion) checkMotion(motion);
+  for (const Motion& motion : otherMotion) checkMotion(motion);
   require(itsComm == &comm(), "the world keeps its connection");
   anyValueIsFine(collState, ourSide, penaltySide, ourScore, otherScore, ownChangesWithoutComma,
                  kickCount, dashCount, turnCount, sayCount, turnNeckCount, catchCount, moveCount,
                  changeViewCount, tackleCount, pointToCount, attentionToCount, viewWidth,
-                 viewQuality, oldBallRelpos, waitForSenseBody, ourMotion, otherMotion, ballMotion);
+                 viewQuality, oldBallRelpos, waitForSenseBody);
   if (isCoach()) checkPlans();
 }
 
@@ -246,7 +254,7 @@ void Match::expectGoodSenses(long time) {
   // The server rounds the speed to hundredths and the angle to degrees; within that, what the world
   // knew before decides.
   require(std::abs(world.my.v.getLength() - 0.25) < 0.01 &&
-              std::abs(world.my.headAngle + std::numbers::pi / 6) < 0.01,
+              std::abs(world.my.headAngle + std::numbers::pi / 6) < 0.02,
           "speed and neck are taken");
   require(world.viewWidth == VIEW_WIDTH_WIDE && world.viewQuality == VIEW_QUALITY_LOW,
           "the view mode is taken");

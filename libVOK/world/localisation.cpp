@@ -22,9 +22,14 @@ constexpr double MODEL_VARIANCE_DIR = 0.0004 * 0.0004;
 /// A landmark nearer than this has a direction that says nothing.
 constexpr double TOO_NEAR = 0.3;
 
+/// How far beyond its interval a landmark may be seen after a doubt, metres.
+constexpr double SLACK = 0.1;
 constexpr int FIT_ROUNDS = 3;
 /// Nothing on the pitch is farther away, metres.
 constexpr double FARTHEST = 200;
+/// Square metres: with a greater variance the place is not known; metres: its deviation then.
+constexpr double LOST = 1e4;
+constexpr double NOWHERE = 50;
 
 /// A landmark as it should be seen from a place (x, y, body), and how that changes with the place.
 struct Sighting {
@@ -76,6 +81,16 @@ void Localisation::blur(double metres, double radians) {
   state_.cov[0][0] += metres * metres;
   state_.cov[1][1] += metres * metres;
   state_.cov[2][2] += radians * radians;
+  boundError();
+}
+
+void Localisation::boundError() {
+  for (std::size_t i = 0; i < 3; ++i) {
+    if (state_.cov[i][i] < LOST) continue;
+    state_.spread({NOWHERE, NOWHERE, PI});
+    known_ = false;
+    return;
+  }
 }
 
 void Localisation::walk(Vector2d way, double along, double across) {
@@ -101,6 +116,7 @@ void Localisation::walk(Vector2d way, double along, double across) {
   cov[1][0] = cov[0][1];
   state_.mean[0] += way.x;
   state_.mean[1] += way.y;
+  boundError();
 }
 
 bool Localisation::look(std::span<const SeenLandmark> marks, double neck) {
@@ -115,6 +131,7 @@ bool Localisation::look(std::span<const SeenLandmark> marks, double neck) {
     Localisation refined = *this;
     refined.blur(doubt.metres, doubt.radians);
     if (!refined.refine(marks, neck, 0)) continue;
+    if (doubt.metres > 0 && !refined.agrees(marks, neck)) continue;
     *this = refined;
     return true;
   }
@@ -136,6 +153,17 @@ bool Localisation::refine(std::span<const SeenLandmark> marks, double neck, int 
   }
   state_.mean[2] = Angle::mod2pi(state_.mean[2]);
   return true;
+}
+
+/// Whether all landmarks are seen where they must be, or almost: with much doubt the first of them
+/// may lead astray.
+bool Localisation::agrees(std::span<const SeenLandmark> marks, double neck) const {
+  return std::all_of(marks.begin(), marks.end(), [&](const SeenLandmark& mark) {
+    const Sighting sight(mark, state_.mean, neck);
+    if (sight.dist < TOO_NEAR) return true;
+    if (std::abs(sight.dirOffset) > HALF_DEGREE + SLACK / sight.dist) return false;
+    return mark.high <= 0 || (mark.low - SLACK < sight.dist && sight.dist < mark.high + SLACK);
+  });
 }
 
 void Localisation::approach(std::span<const SeenLandmark> marks, double neck) {

@@ -57,7 +57,9 @@ class Localisation {
   bool look(std::span<const SeenLandmark> marks, double neck);
 
  private:
+  void boundError();
   bool refine(std::span<const SeenLandmark> marks, double neck, int tolerated);
+  bool agrees(std::span<const SeenLandmark> marks, double neck) const;
   void approach(std::span<const SeenLandmark> marks, double neck);
   bool fit(std::span<const SeenLandmark> marks, double neck);
 

@@ -196,7 +196,7 @@ class Worldmodel {
   void senseNeck(const SensorData& data, const ServerState& state);
   void senseTurn(const SensorData& data);
   void senseMotion(const SensorData& data, long cycles);
-  void senseWay(const Vector2d& expected, bool slow);
+  void senseWay(bool slow);
   void driftSights();
   void driftPlayer(WPlayer& player, Motion& motion) const;
   Observer observer() const;

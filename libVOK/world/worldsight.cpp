@@ -63,6 +63,10 @@ constexpr double NEAR = 1;
 constexpr double BALL_SPEED = 1.5;
 constexpr double PLAYER_SPEED = 0.4;
 
+double boundedDecay(double decay) {
+  return decay >= LEAST_DECAY ? std::min(decay, 1.0) : LEAST_DECAY;
+}
+
 double middleOfCutOff(double told) {
   if (told == 0) return 0;
   return told + std::copysign(CUT_OFF_MIDDLE, told);
@@ -77,7 +81,8 @@ Vector2d polar(double length, double radians) {
 }  // namespace
 
 void Worldmodel::turnNeck(const NeckTurn& turned) {
-  neck = std::clamp(neck + turned.moment, toRadians(MINNECKANG), toRadians(MAXNECKANG));
+  // The server's limits may be any numbers, also the wrong way round.
+  neck = std::max(toRadians(MINNECKANG), std::min(toRadians(MAXNECKANG), neck + turned.moment));
 }
 
 void Worldmodel::senseNeck(const SensorData& data, const ServerState& state) {
@@ -128,7 +133,7 @@ void Worldmodel::senseMotion(const SensorData& data, long cycles) {
 
   const bool knowsWay = !standing && !waitForSenseBody && !moved && cycles == 1;
   if (knowsWay) {
-    senseWay(expected, slow);
+    senseWay(slow);
   } else if (!waitForSenseBody) {
     place.set(my.pos, my.bodyDir);
     place.blur(UNFELT_WAY * static_cast<double>(cycles) + (moved ? PLACED : 0), 0);
@@ -138,15 +143,18 @@ void Worldmodel::senseMotion(const SensorData& data, long cycles) {
 }
 
 /// The velocity that is felt is that of the way in the last cycle, slowed by the decay.
-void Worldmodel::senseWay(const Vector2d& expected, bool slow) {
+void Worldmodel::senseWay(bool slow) {
+  const double waysPerSpeed = 1 / boundedDecay(my.decay);
+  const Vector2d predicted = my.pos - oldMy.pos;
+  const Vector2d unfelt = my.v * waysPerSpeed - predicted;
   // After a collision the velocity is turned round, and the way is not what it tells.
-  const bool collided = my.v * expected < 0 &&
-                        (my.v - expected).getLength() > PLAYER_RAND * expected.getLength() + 0.03;
+  const bool collided =
+      my.v * predicted < 0 &&
+      unfelt.getLength() > PLAYER_RAND * predicted.getLength() + 0.03 * waysPerSpeed;
   if (collided) {
     place.set(my.pos, my.bodyDir);
-    return place.blur(PUSHED, 0);
+    return place.blur(PUSHED + 0.5 * predicted.getLength(), 0);
   }
-  const double waysPerSpeed = 1 / std::max(my.decay, LEAST_DECAY);
   const Vector2d way = my.v * waysPerSpeed;
   const double length = way.getLength();
   const double along =
@@ -220,8 +228,9 @@ void Worldmodel::adjustGoals(const SensorData& view) {
 }
 
 void Worldmodel::driftSights() {
-  const double noise = NOISE * BALL_RAND * ball.v.getLength() / std::max(ball.decay, LEAST_DECAY);
-  drift(ballMotion, {1, ball.decay, ball.decay, noise, noise, 0});
+  const double decay = boundedDecay(ball.decay);
+  const double noise = NOISE * BALL_RAND * ball.v.getLength() / decay;
+  drift(ballMotion, {1, decay, decay, noise, noise, 0});
   for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     driftPlayer(ourTeam[n], ourMotion[n]);
     driftPlayer(otherTeam[n], otherMotion[n]);
@@ -230,7 +239,7 @@ void Worldmodel::driftSights() {
 
 void Worldmodel::driftPlayer(WPlayer& player, Motion& motion) const {
   const double aside = player.bodyAge <= KNOWN_BODY ? UNFORESEEN_ASIDE : UNFORESEEN_ANYHOW;
-  const double decay = std::max(player.decay, LEAST_DECAY);
+  const double decay = boundedDecay(player.decay);
   drift(motion, {1 / decay, KEEPS_SPEED, decay, UNFORESEEN_WAY, aside, player.bodyDir});
   if (player.age > LONGEST_RUN) player.push = {};
 }
@@ -267,7 +276,7 @@ void Worldmodel::seePlayer(const SensorPlayer& seen, team_number team, int numbe
     const Vector2d ahead = polar(1, player.bodyDir);
     run = ahead * (v * ahead);
   }
-  player.push = run * ((1 / std::max(player.decay, LEAST_DECAY) - 1) * KEEPS_RUNNING);
+  player.push = run * ((1 / boundedDecay(player.decay) - 1) * KEEPS_RUNNING);
 }
 
 void Worldmodel::adjustPlayers(const SensorData& view) {
