@@ -202,7 +202,8 @@ TEST(HostileLan, AFloodLeavesTheSystemsQueueToTheServer) {
       for (int i = 0; i < 1000 && count(game.coach.errors(), "dropped") == 0; ++i) usleep(1'000);
       usleep(5'000);
       game.coach.signal(SIGSTOP);
-      for (int i = 0; i < MORE_THAN_IT_HOLDS; ++i) stranger.send("(hear 1 referee time_over)");
+      const char* const text = isFirst ? "(hear 1 referee time_over)" : "(init r ok)";
+      for (int i = 0; i < MORE_THAN_IT_HOLDS; ++i) stranger.send(text);
     };
     if (isFirst) flood();
     for (const char* text : {"(init l ok)", SERVER_PARAM, PLAYER_PARAM}) server.send(text);
