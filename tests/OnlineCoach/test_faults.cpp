@@ -197,16 +197,16 @@ TEST(HostileLan, AFloodLeavesTheSystemsQueueToTheServer) {
     EXPECT_EQ(game.server.receive(), "(init Alpha (version 9.00))");
     server.address(game.server);
     stranger.address(game.server);
+    const char* const text = isFirst ? "(hear 1 referee time_over)" : "(init r ok)";
     const auto flood = [&] {
       stranger.send("(bogus)");
       for (int i = 0; i < 1000 && count(game.coach.errors(), "dropped") == 0; ++i) usleep(1'000);
       usleep(5'000);
       game.coach.signal(SIGSTOP);
-      const char* const text = isFirst ? "(hear 1 referee time_over)" : "(init r ok)";
       for (int i = 0; i < MORE_THAN_IT_HOLDS; ++i) stranger.send(text);
     };
     if (isFirst) flood();
-    for (const char* text : {"(init l ok)", SERVER_PARAM, PLAYER_PARAM}) server.send(text);
+    for (const char* line : {"(init l ok)", SERVER_PARAM, PLAYER_PARAM}) server.send(line);
     game.coach.signal(SIGCONT);
     EXPECT_EQ(server.answer(), "(eye on)");
     if (!isFirst) flood();
