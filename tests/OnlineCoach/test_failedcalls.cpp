@@ -83,6 +83,9 @@ struct Call {
   int status = 0;         ///< of a coach that ends since this call has failed
   bool isNeeded = false;  ///< a single failure ends the coach
 };
+void PrintTo(const Call& call, std::ostream* out) {
+  *out << call.name;
+}
 
 const Call CALLS[] = {
     {"fopen", {EINTR, EMFILE, ENFILE, ENOMEM, EACCES}, 255, true},
