@@ -105,6 +105,13 @@ inline Vector2d operator*(double factor, const Vector2d& v) {
   return v * factor;
 }
 
+/// The vector of a length in a direction (radians).
+inline Vector2d polar(double length, double radians) {
+  Vector2d v;
+  v.setRadAng(length, radians);
+  return v;
+}
+
 /// Positive when `b` points to the left of `a`.
 inline double crossProduct(const Vector2d& a, const Vector2d& b) {
   return a.x * b.y - a.y * b.x;

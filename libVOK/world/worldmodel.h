@@ -219,8 +219,6 @@ class Worldmodel {
   void placeSpeaker(WPlayer& speaker, double centreDist, double direction) const;
   void applyAction();
   void dash();
-  void turn();
-  void kick();
   void catchBall();
   void move();
   void moveAll();

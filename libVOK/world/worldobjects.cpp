@@ -175,6 +175,34 @@ double WPlayer::tackleProb(const WBall& ball) const {
   return prob > 0 ? std::min(prob, 1.0) : 0;  // also when the parameters make it no number
 }
 
+void WPlayer::dash(double power) {
+  const double costRate = power < 0 ? -2 : 1;  // backwards costs double
+  const double cost = std::min(costRate * power, stamina + extraStamina);
+  acc(polar(dashPowerRate * effort * cost / costRate, bodyDir));
+  stamina = std::max(0.0, stamina - cost);
+}
+
+void WPlayer::turn(double moment) {
+  const double allowed = std::max(toRadians(MINMOMENT), std::min(toRadians(MAXMOMENT), moment));
+  const double turned = allowed * inertiaMoment();
+  bodyDir += turned;
+  faceDir += turned;
+}
+
+void WPlayer::kick(WBall& ball, double power, double direction) const {
+  if (!ballKickable(ball)) return;
+  ball.acc(polar(kickPowerRate(ball) * power, bodyDir + direction));
+}
+
+void WPlayer::recover() {
+  if (stamina <= RECOVER_DEC_THR * STAMINA_MAX && recovery > RECOVER_MIN) {
+    recovery = std::max(RECOVER_MIN, recovery - RECOVER_DEC);
+  }
+  if (stamina <= EFFORT_DEC_THR * STAMINA_MAX) effort = std::max(effortMin, effort - EFFORT_DEC);
+  if (stamina >= EFFORT_INC_THR * STAMINA_MAX) effort = std::min(effortMax, effort + EFFORT_INC);
+  stamina = std::min(STAMINA_MAX, stamina + recovery * staminaIncMax);
+}
+
 void WPlayer::setBySensorData(const SensorPlayer& player, const WPlayer& my,
                               WObjectState confidence, play_mode playMode) {
   setPos(player, my);

@@ -147,6 +147,18 @@ struct WPlayer : WMovedObject {
   /// Probability that a tackle succeeds.
   double tackleProb(const WBall& ball) const;
   bool isCoach() const { return number == 0; }
+
+  // The simulator's rules for one cycle, before `simulate`. Powers in the server's scale.
+
+  /// Speeds up along the body, with as much of the power as the stamina pays for.
+  void dash(double power);
+  /// Turns body and face; the moment (radians) is cut to what the server allows.
+  void turn(double moment);
+  /// Speeds up a ball within reach, in a direction from the body (radians).
+  void kick(WBall& ball, double power, double direction) const;
+  /// The stamina of a cycle comes back, and effort and recovery follow it.
+  void recover();
+
   /// Takes over what the observer `my` sees of this player.
   void setBySensorData(const SensorPlayer& player, const WPlayer& my, WObjectState confidence,
                        play_mode playMode);

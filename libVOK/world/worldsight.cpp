@@ -72,12 +72,6 @@ double middleOfCutOff(double told) {
   return told + std::copysign(CUT_OFF_MIDDLE, told);
 }
 
-Vector2d polar(double length, double radians) {
-  Vector2d v;
-  v.setRadAng(length, radians);
-  return v;
-}
-
 }  // namespace
 
 void Worldmodel::turnNeck(const NeckTurn& turned) {

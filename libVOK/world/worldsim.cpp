@@ -15,12 +15,6 @@ namespace {
 /// collision.
 constexpr double TOUCH = 1e-9;
 
-Vector2d polar(double length, double radians) {
-  Vector2d v;
-  v.setRadAng(length, radians);
-  return v;
-}
-
 }  // namespace
 
 void Worldmodel::simCycle() {
@@ -42,10 +36,10 @@ void Worldmodel::applyAction() {
         dash();
         break;
       case TURN_COMMAND:
-        turn();
+        my.turn(action.moment);
         break;
       case KICK_COMMAND:
-        kick();
+        my.kick(ball, action.power, action.moment);
         break;
       case CATCH_COMMAND:
         catchBall();
@@ -64,26 +58,9 @@ void Worldmodel::applyAction() {
 }
 
 void Worldmodel::dash() {
-  const double costRate = action.power < 0 ? -2 : 1;  // backwards costs double
-  const double cost = std::min(costRate * action.power, my.stamina + my.extraStamina);
-  my.acc(polar(my.dashPowerRate * my.effort * cost / costRate, my.bodyDir));
-  my.stamina = std::max(0.0, my.stamina - cost);
-
+  my.dash(action.power);
   const bool carries = my.isGoalie == GOALIE_TRUE && playMode == PLAY_MODE_FREE_KICK_US;
   if (carries && my.ballKickable(ball)) ball.pos += my.v;
-}
-
-void Worldmodel::turn() {
-  const double moment =
-      std::max(toRadians(MINMOMENT), std::min(toRadians(MAXMOMENT), action.moment));
-  const double turned = moment * my.inertiaMoment();
-  my.bodyDir += turned;
-  my.faceDir += turned;
-}
-
-void Worldmodel::kick() {
-  if (!my.ballKickable(ball)) return;
-  ball.acc(polar(my.kickPowerRate(ball) * action.power, my.bodyDir + action.moment));
 }
 
 void Worldmodel::catchBall() {
@@ -137,18 +114,7 @@ void Worldmodel::collideWithBall() {
 }
 
 void Worldmodel::simStamina() {
-  if (my.number > 0) {
-    if (my.stamina <= RECOVER_DEC_THR * STAMINA_MAX && my.recovery > RECOVER_MIN) {
-      my.recovery = std::max(RECOVER_MIN, my.recovery - RECOVER_DEC);
-    }
-    if (my.stamina <= EFFORT_DEC_THR * STAMINA_MAX) {
-      my.effort = std::max(my.effortMin, my.effort - EFFORT_DEC);
-    }
-    if (my.stamina >= EFFORT_INC_THR * STAMINA_MAX) {
-      my.effort = std::min(my.effortMax, my.effort + EFFORT_INC);
-    }
-    my.stamina = std::min(STAMINA_MAX, my.stamina + my.recovery * my.staminaIncMax);
-  }
+  if (my.number > 0) my.recover();
 
   // Cautious estimates: our players are assumed to dash at full power all the time, theirs to rest.
   const double tired = EFFORT_DEC_THR * STAMINA_MAX;
