@@ -208,21 +208,13 @@ void TypeRequests::send(const Request& request) {
   bool isFirst = true;
   for (std::size_t i = 0; i < out_.size(); ++i)
     isFirst = isFirst && out_[i].number != request.number;
-  if (isFirst) announced_[request.number] = 0;
+  if (isFirst) confirmed_[request.number] = world_.ourTypeChanges[request.number];
   comm_.sendChangePlayer(request.number, request.type);
   out_.push(request);
   ++asked_;
 }
 
-void TypeRequests::countAnnouncements() {
-  const auto size = static_cast<int>(world_.ourSubs.size());
-  counted_ = std::max(counted_, world_.numOurSubs - size);
-  for (; counted_ < world_.numOurSubs; ++counted_)
-    ++announced_[world_.ourSubs[at(counted_ % size)].number];
-}
-
 void TypeRequests::takeAnswers() {
-  countAnnouncements();
   for (; !comm_.answers.empty(); comm_.answers.pop()) {
     const Answer& answer = comm_.answers.front();
     if (answer.kind == AnswerKind::TYPE_GIVEN) {
@@ -250,8 +242,8 @@ void TypeRequests::given(const Answer& answer) {
   if (target_[number] == type) target_[number] = NO_TARGET;  // else a detour
 
   // The announcement comes before the answer, and another change may have followed it.
-  if (announced_[number] > 0) {
-    --announced_[number];
+  if (confirmed_[number] < world_.ourTypeChanges[number]) {
+    ++confirmed_[number];
   } else if (world_.ourTeam[number].type != type) {
     world_.setOurType(number, type);
   }

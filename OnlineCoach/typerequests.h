@@ -68,7 +68,6 @@ class TypeRequests {
   void chooseChanges();
   int substitutionsOut() const;
   void send(const Request& request);
-  void countAnnouncements();
   void request(int number, int type);
   void requestNextBest(int number);
   bool isOut(int number, int type) const;
@@ -94,10 +93,9 @@ class TypeRequests {
   Squad<int> retries_;  ///< requests that were made again as they were
   Queue todo_;          ///< not sent yet
   Queue out_;           ///< sent and not answered
-  /// Changes of each player that were announced since its first request that is out, less those
-  /// that answers have confirmed.
-  Squad<int> announced_;
-  int counted_ = 0;        ///< the announced changes of all players that were counted
+  /// How many of the world's changes of each player were announced before its first request that is
+  /// out, or were confirmed by an answer since.
+  Squad<int> confirmed_;
   int substitutions_ = 0;  ///< that are left, those that are out not yet counted
   int asked_ = 0;
   int granted_ = 0;

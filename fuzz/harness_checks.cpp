@@ -156,12 +156,12 @@ void Match::checkWorld() const {
                maxPlayersOtherTeam, ball, ourGoal, otherGoal, collState, time, visualAge,
                cyclesSinceCatch, cyclesSincePointTo, ourSide, penaltySide, playMode, ourScore,
                otherScore, action, playerType, ourSubs, otherSubs, numOurSubs, numOtherSubs,
-               otherTypeChanges, ownChangesWithoutComma, kickCount, dashCount, turnCount, sayCount,
-               turnNeckCount, catchCount, moveCount, changeViewCount, tackleCount, pointToCount,
-               attentionToCount, viewWidth, viewQuality, vDir, vAngle, vAge, vCounter, aOppDir,
-               aOppAge, aOppCounter, aOurDir, aOurAge, aOurCounter, oldBallRelpos, oldMy,
-               waitForSenseBody, seenAs, place, ourMotion, otherMotion, ballMotion, neck, itsComm] =
-      *world();
+               ourTypeChanges, otherTypeChanges, ownChangesWithoutComma, kickCount, dashCount,
+               turnCount, sayCount, turnNeckCount, catchCount, moveCount, changeViewCount,
+               tackleCount, pointToCount, attentionToCount, viewWidth, viewQuality, vDir, vAngle,
+               vAge, vCounter, aOppDir, aOppAge, aOppCounter, aOurDir, aOurAge, aOurCounter,
+               oldBallRelpos, oldMy, waitForSenseBody, seenAs, place, ourMotion, otherMotion,
+               ballMotion, neck, itsComm] = *world();
 
   const int types = static_cast<int>(playerType.size());
   checkPlayer(my, types);
@@ -179,7 +179,8 @@ void Match::checkWorld() const {
   for (const int size : {maxPlayersOurTeam, maxPlayersOtherTeam})
     require(0 <= size && size <= LAST_SHIRT, "teams are of eleven at most");
   require(numOurSubs >= 0 && numOtherSubs >= 0, "changes are counted up");
-  for (const int changes : otherTypeChanges) require(changes >= 0, "each opponent's, too");
+  for (const auto* changes : {&ourTypeChanges, &otherTypeChanges})
+    for (const int count : *changes) require(count >= 0, "each player's, too");
   checkSubstitutions(ourSubs);
   checkSubstitutions(otherSubs);
   require(time >= 0 && time <= INT_MAX, "the time is one of the server's");

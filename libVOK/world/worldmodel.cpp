@@ -31,9 +31,13 @@ std::size_t subsRingSize() {
   return static_cast<std::size_t>(numSubsMax()) + 11;
 }
 
+void countChange(int& count) {
+  if (count < std::numeric_limits<int>::max()) ++count;
+}
+
 void record(std::vector<Substitution>& ring, int& count, Substitution change) {
   ring[static_cast<std::size_t>(count) % ring.size()] = change;
-  if (count < std::numeric_limits<int>::max()) ++count;
+  countChange(count);
 }
 
 void recordVoice(std::array<Angle, 10>& dirs, std::array<long, 10>& ages, long& next, Angle dir) {
@@ -270,8 +274,7 @@ void Worldmodel::changePlayer(const SensorData& data) {
   if (!isShirtNumber(number) || type < -1 || type >= static_cast<int>(playerType.size())) return;
 
   if (!ours) {
-    int& changes = otherTypeChanges[number];
-    if (data.announcedType == -1 && changes < std::numeric_limits<int>::max()) ++changes;
+    if (data.announcedType == -1) countChange(otherTypeChanges[number]);
     // The server does not name an opponent's type. Until it is inferred the default type holds.
     otherTeam[number].setType(WPlayerType::fromDefaults());
     otherTeam[number].type = type;
@@ -286,6 +289,7 @@ void Worldmodel::changePlayer(const SensorData& data) {
     return;
   }
   setOurType(number, type);
+  countChange(ourTypeChanges[number]);
   record(ourSubs, numOurSubs, {number, time});
 }
 

@@ -144,6 +144,7 @@ class Worldmodel {
   std::vector<Substitution> otherSubs;
   int numOurSubs = 0;  ///< counts since the beginning
   int numOtherSubs = 0;
+  Squad<int> ourTypeChanges;  ///< announced changes of each player
   /// Announced changes of each opponent. Unlike this count, the ring above also holds our own
   /// players' changes that came without a comma.
   Squad<int> otherTypeChanges;
