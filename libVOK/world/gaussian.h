@@ -82,6 +82,16 @@ struct Gaussian {
       mean[i] += along[i] * step;
       for (std::size_t j = 0; j < N; ++j) cov[i][j] -= along[i] * along[j] * shrink;
     }
+    dropNegative();
+  }
+
+  /// Rounding may take a variance below 0: such a number is known exactly and tells nothing more of
+  /// the others.
+  void dropNegative() {
+    for (std::size_t i = 0; i < N; ++i) {
+      if (cov[i][i] >= 0) continue;
+      for (std::size_t j = 0; j < N; ++j) cov[i][j] = cov[j][i] = 0;
+    }
   }
 };
 

@@ -70,7 +70,7 @@ void SeenLandmarks::add(const SensorObject& seen, double x, double y) {
 }
 
 double Localisation::error() const {
-  return std::sqrt(state_.cov[0][0] + state_.cov[1][1]);
+  return std::sqrt(std::max(0.0, state_.cov[0][0] + state_.cov[1][1]));
 }
 
 void Localisation::set(Vector2d pos, double body) {
