@@ -132,6 +132,9 @@ void Match::endMatch() {
   }
   coach_.reset();
   player_.reset();
+  // The configuration's fatal end, which is thrown here, may have left these half built.
+  Comm::theComm = nullptr;
+  AsyncCommInfo::info = nullptr;
   parameters_.restore();
   link_.dropTexts();
   link_.dropCommands();
