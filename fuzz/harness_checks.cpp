@@ -159,9 +159,9 @@ void Match::checkWorld() const {
                ourTypeChanges, otherTypeChanges, ownChangesWithoutComma, kickCount, dashCount,
                turnCount, sayCount, turnNeckCount, catchCount, moveCount, changeViewCount,
                tackleCount, pointToCount, attentionToCount, viewWidth, viewQuality, vDir, vAngle,
-               vAge, vCounter, aOppDir, aOppAge, aOppCounter, aOurDir, aOurAge, aOurCounter,
-               oldBallRelpos, oldMy, waitForSenseBody, seenAs, place, ourMotion, otherMotion,
-               ballMotion, neck, itsComm] = *world();
+               vAge, vCounter, aOppDir, aOppAge, aOppCounter, aOurDir, aOurAge, aOurCounter, heard,
+               heardCount, oldBallRelpos, oldMy, waitForSenseBody, seenAs, place, ourMotion,
+               otherMotion, ballMotion, neck, itsComm] = *world();
 
   const int types = static_cast<int>(playerType.size());
   checkPlayer(my, types);
@@ -208,7 +208,7 @@ void Match::checkWorld() const {
   anyValueIsFine(collState, ourSide, penaltySide, ourScore, otherScore, ownChangesWithoutComma,
                  kickCount, dashCount, turnCount, sayCount, turnNeckCount, catchCount, moveCount,
                  changeViewCount, tackleCount, pointToCount, attentionToCount, viewWidth,
-                 viewQuality, oldBallRelpos, waitForSenseBody);
+                 viewQuality, heard, heardCount, oldBallRelpos, waitForSenseBody);
   if (isCoach()) checkPlans();
 }
 

@@ -7,12 +7,13 @@
 
 #include "alphabet.h"
 #include "constants.h"
+#include "mixednumber.h"
 #include "pitch.h"
 
 namespace vok {
 namespace {
 
-constexpr int DIGITS = static_cast<int>(msgEncodeChars.size());
+constexpr int DIGITS = MixedNumber::DIGITS;
 constexpr std::size_t FIRST_NUMBER = 0;
 constexpr std::size_t SECOND_NUMBER = 3;
 constexpr std::size_t DISTANCE_CHAR = 9;
@@ -26,36 +27,6 @@ constexpr int COLUMNS = 421;  ///< of the grid of positions
 constexpr int ROWS = 273;
 /// The farthest point of the field with its surroundings.
 constexpr double MAX_DISTANCE = 64;
-
-/// Several small numbers in one. They are put in and taken out in the same order.
-class MixedNumber {
- public:
-  MixedNumber() = default;
-  explicit MixedNumber(const char* at)
-      : value_(decodeChar(at[0]) + DIGITS * (decodeChar(at[1]) + DIGITS * decodeChar(at[2]))) {}
-
-  void put(int number, int range) {
-    value_ += number * weight_;
-    weight_ *= range;
-  }
-  int take(int range) {
-    const int number = value_ % range;
-    value_ /= range;
-    return number;
-  }
-  /// The number put in last, for which there is no range but what the characters hold.
-  int rest() const { return value_; }
-
-  void write(char* at) const {
-    at[0] = msgEncodeChars[static_cast<std::size_t>(value_ % DIGITS)];
-    at[1] = msgEncodeChars[static_cast<std::size_t>(value_ / DIGITS % DIGITS)];
-    at[2] = msgEncodeChars[static_cast<std::size_t>(value_ / DIGITS / DIGITS)];
-  }
-
- private:
-  int value_ = 0;
-  int weight_ = 1;
-};
 
 /// Truncated into 0..max; 0 for what is no number.
 int toIndex(double value, int max) {

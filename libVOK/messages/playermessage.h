@@ -22,6 +22,8 @@ enum MessageType {
 /// and the sender's distance from the centre spot. Field frame (coordinates.h), metres and cycles.
 struct PlayerMessage {
   static constexpr std::size_t LENGTH = 10;
+  /// Where the three characters of the caller begin.
+  static constexpr std::size_t CALLERS = 6;
   /// How far the true distance may lie from `centreDistance`, but where that is the greatest.
   static constexpr double DISTANCE_ERROR = 32.0 / 73;
 

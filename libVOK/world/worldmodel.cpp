@@ -310,6 +310,7 @@ void Worldmodel::hear(const SensorData& data) {
     case SENDER_PLAYER_US:
       if (directed) recordVoice(aOurDir, aOurAge, aOurCounter, direction);
       if (std::strlen(data.message.data()) >= PlayerMessage::LENGTH) {
+        keepMessage(data);
         decodeAudio(data.message.data(), data.sender_num, data.sender_dir);
       }
       return;
@@ -322,6 +323,13 @@ void Worldmodel::hear(const SensorData& data) {
     default:
       return;
   }
+}
+
+void Worldmodel::keepMessage(const SensorData& data) {
+  HeardMessage& slot = heard[static_cast<std::size_t>(heardCount) % heard.size()];
+  slot.sender = data.sender_num;
+  std::copy_n(data.message.begin(), slot.text.size(), slot.text.begin());
+  ++heardCount;
 }
 
 void Worldmodel::writeToStream(std::ostream& out) const {

@@ -41,6 +41,12 @@ struct SeenAs {
   int number = -1;  ///< -1 for nobody
 };
 
+/// The characters of a team-mate's message.
+struct HeardMessage {
+  int sender = -1;  ///< shirt number
+  std::array<char, PlayerMessage::LENGTH> text{};
+};
+
 /// A copy is independent of its original (but for `comm`), so that moves can be tried on it.
 class Worldmodel {
  public:
@@ -176,6 +182,10 @@ class Worldmodel {
   std::array<Angle, 10> aOurDir;
   std::array<long, 10> aOurAge;
   long aOurCounter = 0;
+  /// Ring of what team-mates said, with what the messages leave to others; the world itself has
+  /// taken over its part. The count runs from the beginning and gives the next slot.
+  std::array<HeardMessage, 4> heard;
+  long heardCount = 0;
   Vector2d oldBallRelpos;  ///< ball relative to `my` before the last prediction
   WPlayer oldMy;
   bool waitForSenseBody = false;  ///< a view came before the body sense of its cycle
@@ -212,6 +222,7 @@ class Worldmodel {
   void takePlayerType(const PlayerType& announced);
   void changePlayer(const SensorData& data);
   void hear(const SensorData& data);
+  void keepMessage(const SensorData& data);
   void adjustOurPlayer(const ExactPlayer& seen);
   void adjustOtherPlayer(const ExactPlayer& seen);
   void takePlayer(WPlayer& player, const ExactPlayer& seen) const;

@@ -77,6 +77,8 @@ TacticalModule::TacticalModule(const Worldmodel* world, AdvSkills* skills)
   otherEdgeGoalie = Config::getValueAsInt("tac_otherEdgeGoalie");
   typesFromDecay = Config::getOptionalInt("tac_typesFromDecay", 0) == 1;
   playerType.fill(-1);
+  ourTeamReachBallTime.fill(NEVER);
+  otherTeamReachBallTime.fill(NEVER);
   for (auto& beliefs : playerTypeData) {
     beliefs.resize(static_cast<std::size_t>(numPlayerTypes()));
   }
@@ -122,9 +124,12 @@ bool TacticalModule::feedbackWorld() {
     determineOtherPlayerTypes();
     return true;
   }
-  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
-    ageOneCycle(playerPassInfo[n].age);
-  }
+  for (PlayerPassInfo& info : playerPassInfo) ageOneCycle(info.age);
+  ageOneCycle(simulatedBall.age);
+  feedbackAudio();
+  determineResponsibility();
+  determineBallControl();
+  determineOurTacticalAction();
   for (TacticalAction* action : {&reportedTAction, &audioTAction}) {
     action->state = TA_UNKNOWN;
     action->quality = TQ_UNKNOWN;
