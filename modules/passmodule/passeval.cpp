@@ -30,7 +30,7 @@ constexpr double NINETEEN_OF_TWENTY = 2.944;
 
 /// Nobody sees the kick before it is done: mates set off so many cycles later. Opponents are given
 /// no such delay, to be on the safe side.
-constexpr int MATE_DELAY = 1;
+constexpr int MATE_DELAY = 2;
 
 /// Opponents may be too late by this at most to be followed; beyond it no chance is left.
 constexpr double MAX_MARGIN = 20;
