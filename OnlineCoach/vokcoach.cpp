@@ -37,6 +37,7 @@ void VokCoach::createModules() {
   otherTeam = std::make_unique<Team>(world.get());
   initSubs();
   if (world != nullptr) initTypeRequests();
+  saysMessages = Config::getOptionalInt("say_messages", 1) != 0;
 }
 
 VokCoach::~VokCoach() {
@@ -77,7 +78,7 @@ void VokCoach::act() {
   refillBudget();
   if (sayMessageNow) {
     sayMessageNow = false;
-    sayMessage();
+    if (saysMessages) sayMessage();
   }
   chooseTypesOnce();
 }

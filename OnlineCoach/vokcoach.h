@@ -70,6 +70,7 @@ class VokCoach : public Onlinecoach {
   void writeSummary() const;
 
   bool sayMessageNow = false;                  ///< a message is due
+  bool saysMessages = true;                    ///< unless "say_messages" keeps the coach silent
   play_mode lastPlayMode = PLAY_MODE_UNKNOWN;  ///< at the last `analyze`
   int numMsgsLeft;                             ///< messages until the next refill
   long lastNewMessageTime = 0;                 ///< world time of the last refill

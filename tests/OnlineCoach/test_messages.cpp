@@ -2,6 +2,7 @@
 // in the signature.
 #include <gtest/gtest.h>
 
+#include "Config.h"
 #include "constants.h"
 #include "support/coach.h"
 
@@ -34,6 +35,15 @@ TEST_F(Messages, AreRepeatedAfterFortyCyclesOfOneSetPlay) {
   EXPECT_EQ(spokenIn(85, 86, "corner_kick_r"), Times{85}) << "a new set play waits for nothing";
   EXPECT_EQ(spokenIn(87, 88, "free_kick_fault_l"), Times()) << "not a kick yet";
   EXPECT_EQ(spokenIn(89, 90, "corner_kick_r"), Times{89});
+}
+
+TEST_F(Messages, AreNotSaidByASilentCoach) {
+  coach.reset();
+  server.sent();
+  setEntry("say_messages", "0");
+  checkIn();
+  EXPECT_EQ(spokenIn(1, 84, "free_kick_l"), Times());
+  EXPECT_EQ(coach->numMsgsLeft, 128);
 }
 
 // In 126 places 109 of 112 characters can be written; the message is not stamped, its sum was made
