@@ -117,7 +117,9 @@ void setOptionalKeys(unsigned mask) {
 
 Match::Player::Player(Link& link)
     : comm(TEAM, CLIENT_FIELDPLAYER, link, 0, false, 7, 7, SIDE_LEFT) {
-  if (comm.connect() == COMM_OK) world = std::make_unique<Worldmodel>(&comm);
+  if (comm.connect() != COMM_OK) return;
+  world = std::make_unique<Worldmodel>(&comm);
+  tactical = std::make_unique<TacticalModule>(world.get(), nullptr);
 }
 
 Match::Match() {
@@ -206,6 +208,7 @@ void Match::runPlayersCycle() {
   // A cycle may pass without what it should begin with.
   nowhere.ensureFailed = false;
   if (!newCycle) return;
+  decide();
   if (comm.getServerTime() % 2 == 0) {
     comm.sendDash(50);
   } else {

@@ -78,8 +78,11 @@ class Match {
     explicit Player(Link& link);
 
     Comm comm;
-    std::unique_ptr<Worldmodel> world;  ///< null when the check-in failed
-    bool heard = false;                 ///< it took the latest message of its coach
+    std::unique_ptr<Worldmodel> world;         ///< null when the check-in failed
+    std::unique_ptr<TacticalModule> tactical;  ///< null as well
+    GoalShotEval shots;
+    PassEval passes{&shots};
+    bool heard = false;  ///< it took the latest message of its coach
   };
 
   Match();
@@ -91,6 +94,8 @@ class Match {
   void endMatch();
   void runCycle();
   void runPlayersCycle();
+  /// Everything that a player asks its modules, and that the answers make sense.
+  void decide();
   void checkWorld() const;
   void checkPlans() const;
   void checkView(long time) const;

@@ -212,6 +212,29 @@ void Match::checkWorld() const {
   if (isCoach()) checkPlans();
 }
 
+void Match::decide() {
+  const Worldmodel* now = player_->world.get();
+  TacticalModule& tactical = *player_->tactical;
+  tactical.feedbackWorld();
+  for (const int number : {tactical.firstResponsiblePlayer, tactical.thirdResponsiblePlayer,
+                           tactical.firstDangerousOpponent, tactical.ourAction.performer,
+                           tactical.ourAction.receiver, tactical.attentionTo})
+    require(isShirtOrNone(number), "who is to act is a player");
+  for (int n = 0; n <= LAST_SHIRT; ++n) {
+    require(isAge(tactical.ourTeamReachBallTime[n]), "times to the ball are in 0..32000");
+    for (const int score :
+         {player_->shots.otherEval(now, n).score, player_->passes.ourEvalProp(now, n).score,
+          player_->passes.otherEval(now, n, 12 - n).score})
+      require(0 <= score && score <= 100, "scores are per cent");
+  }
+  const Angle neck = tactical.turnHeadMoment(tactical.calcTurnHead());
+  checkAngles({neck});
+  tactical.reportOurTacticalAction(TA_PASS, now->my.number, tactical.attentionTo, now->ball);
+  std::array<char, PlayerMessage::LENGTH + 1> said{};
+  tactical.encodeAudio(tactical.determineMessageType(), said.data());
+  require(PlayerMessage::read(said.data()).has_value(), "what is said can be read");
+}
+
 void Match::checkPlans() const {
   const int types = static_cast<int>(coach_->world->playerType.size());
   for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {

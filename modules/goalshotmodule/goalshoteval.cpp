@@ -140,7 +140,8 @@ GoalShot GoalShotEval::rate(const Shooting& shooting, const Vector2d& from, cons
   double turning = KICK_RAND * KICK_RAND / 6;  // variance of the lateral speed,
   double strayed = 0;                          // of the lateral place,
   double both = 0;                             // and their covariance
-  const int lastCycle = std::min(maxSimSteps, MAX_WAY - std::max(kicks, 1));
+  const int before = std::clamp(kicks, 1, MAX_WAY / 2) - 1;
+  const int lastCycle = std::min(maxSimSteps, MAX_WAY - before);
   for (int cycle = 1; cycle <= lastCycle; ++cycle) {
     turning += BALL_RAND * BALL_RAND * (step * step) / 6;
     strayed += 2 * both + turning;
@@ -153,7 +154,7 @@ GoalShot GoalShotEval::rate(const Shooting& shooting, const Vector2d& from, cons
       break;
     }
     for (std::size_t i = 0; i < shooting.count; ++i) {
-      shot.margin = std::min(shot.margin, shooting.runners[i].shortage(place, cycle + kicks - 1));
+      shot.margin = std::min(shot.margin, shooting.runners[i].shortage(place, cycle + before));
     }
   }
   if (shot.duration == NEVER) return shot;
@@ -164,7 +165,8 @@ GoalShot GoalShotEval::rate(const Shooting& shooting, const Vector2d& from, cons
   const double between =
       normalBelow((half - target.y) / spread) - normalBelow((-half - target.y) / spread);
   const double past = logistic((shot.margin - EVEN_MARGIN) / MARGIN_SCALE);
-  shot.score = static_cast<int>(std::lround(100 * between * past));
+  const double chance = between * past;
+  if (chance > 0) shot.score = static_cast<int>(std::lround(100 * std::min(chance, 1.0)));
   shot.grade = scoreToGrade(shot.score);
   return shot;
 }

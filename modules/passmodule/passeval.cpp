@@ -9,6 +9,7 @@
 #include "Config.h"
 #include "ballreach.h"
 #include "constants.h"
+#include "kicking.h"
 #include "pitch.h"
 
 namespace vok {
@@ -121,8 +122,7 @@ Pass PassEval::bestPass(const Passing& passing, int n) const {
       const double length = way.getLength();
       if (length > MAXPASS_LENGTH || !inField(target, BORDER_DIST)) continue;
       for (const double endSpeed : END_SPEEDS) {
-        // What the ball loses per metre is the same at every speed.
-        const double speed = endSpeed + length * (1 - BALL_DECAY);
+        const double speed = startSpeed(length, endSpeed);
         if (speed > BALL_SPEED_MAX) break;
         const int kicks =
             kicksFor(passing.passer, passing.ball, Vector2d(way).stretch(speed), MAXKICK_DURATION);
@@ -172,21 +172,13 @@ Pass PassEval::rate(const Passing& passing, const Vector2d& target, double speed
   if (pass.receiver == -1) return pass;
   const double scale = std::max(SECURITY_DIST - EVEN_MARGIN, 0.1) / NINETEEN_OF_TWENTY;
   const double chance = 1 / (1 + std::exp((EVEN_MARGIN - pass.margin) / scale));
-  pass.score = static_cast<int>(std::lround(100 * chance));
+  if (chance > 0) pass.score = static_cast<int>(std::lround(100 * chance));
   pass.grade = scoreToGrade(pass.score);
   return pass;
 }
 
 int PassEval::timeForPass(double distance, double speed) {
-  if (!(distance > 0)) return 0;
-  double covered = 0;
-  for (int cycle = 1; cycle < NEVER; ++cycle) {
-    if (!(speed > 1e-6)) return NEVER;
-    covered += speed;
-    if (covered >= distance) return cycle;
-    speed *= BALL_DECAY;
-  }
-  return NEVER;
+  return rollingCycles(distance, speed);
 }
 
 Grade PassEval::scoreToGrade(int score) const {

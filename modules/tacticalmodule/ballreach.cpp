@@ -72,8 +72,9 @@ Reach earliestReach(const Runner& runner, const BallWay& way) {
     if (runner.shortage(way[cycle], cycle) <= 0) return {cycle, way[cycle]};
   }
   if (!(runner.topSpeed > 0)) return {};
-  const double late = runner.shortage(way[MAX_WAY], MAX_WAY) / runner.topSpeed;
-  return {static_cast<int>(std::min(MAX_WAY + std::ceil(late), double(NEVER))), way[MAX_WAY]};
+  const double cycles = MAX_WAY + runner.shortage(way[MAX_WAY], MAX_WAY) / runner.topSpeed;
+  if (!(cycles < NEVER)) return {};  // also when a server's strange parameters make it no number
+  return {static_cast<int>(std::ceil(cycles)), way[MAX_WAY]};
 }
 
 int kicksFor(const WPlayer& player, const WBall& ball, const Vector2d& velocity, int most) {

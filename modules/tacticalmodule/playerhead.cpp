@@ -23,6 +23,11 @@ constexpr double OLD_LOOK = 12;  ///< cycles; a look that is older is no older t
 /// A direction in which the field ends within this distance shows little, metres.
 constexpr double WIDE_VIEW = 25;
 
+/// Radians, cut to degrees that the server may have set to anything.
+double within(double radians, double least, double most) {
+  return std::max(toRadians(least), std::min(toRadians(most), radians));
+}
+
 /// How far the field goes on from a place in a direction, metres.
 double depthOfField(const Vector2d& from, double direction) {
   const double cosine = std::cos(direction);
@@ -66,8 +71,8 @@ Angle TacticalModule::turnHeadMoment(TurnHeadWish wish, Angle bodyTurn) const {
   } else {
     neck = Angle((turnHeadTarget(wish) - my.pos - my.v).getAngle()) - body;
   }
-  neck = std::clamp(neck, toRadians(MINNECKANG), toRadians(MAXNECKANG));
-  return std::clamp(neck - my.headAngle, toRadians(MINNECKMOMENT), toRadians(MAXNECKMOMENT));
+  neck = within(neck, MINNECKANG, MAXNECKANG);
+  return within(neck - my.headAngle, MINNECKMOMENT, MAXNECKMOMENT);
 }
 
 /// As it will be in the next view.
