@@ -21,7 +21,7 @@ void expectFindings(const std::string& begin, const std::string& text, const Lin
     expected += changed.path + (found[0] == '-' ? "" : line) + ": " + found.substr(2) + "\n";
   }
   expected += changed.path + (findings.empty()
-                                  ? ": all is well with its 209 keys\n"
+                                  ? ": all is well with its 210 keys\n"
                                   : ": " + std::to_string(findings.size()) + " found, of which " +
                                         std::to_string(fatal) + " end the coach\n");
   EXPECT_EQ(runCommand(CONFCHECK + changed.path), std::pair(findings.empty() ? 0 : 1, expected));
@@ -34,7 +34,7 @@ TEST(Confcheck, TellsWhatIsWrongAndWhere) {
                   "-!no value for key 'Form1_off_Watch3' found."});
   // The last definition counts, whether it is right or wrong.
   expectFindings("goal_maxAge", "goal_maxAge = 3\n\ngoal_maxAge = x",
-                 {"0 'goal_maxAge' does not count: it is defined again in line 48",
+                 {"0 'goal_maxAge' does not count: it is defined again in line 50",
                   "2!value 'x' for key 'goal_maxAge' not an integer."});
   expectFindings("Form1_off_PosX", "Form1_off_PosX = 1, 2, 3, 4",
                  {"0!'Form1_off_PosX' has only 4 of the 5 values that are read"});
@@ -83,7 +83,7 @@ TEST(Confcheck, ListsTheKeysAndWhatIsReadFromEach) {
   const std::string keys = runCommand(CONFCHECK + "--keys").second;
   for (const auto& [kind, times] : {std::pair("list of 5, each a whole number", 24U),
                                     {"whole number", 32U},
-                                    {"whole number, optional", 4U}})
+                                    {"whole number, optional", 5U}})
     EXPECT_EQ(count(keys, std::string(": ") + kind + "\n"), times) << kind;
 }
 
