@@ -12,8 +12,6 @@ namespace vok {
 
 namespace {
 
-/// Who was not seen for longer has no time to the ball, cycles.
-constexpr int MAX_AGE = 30;
 /// A ball that was not seen for longer is nobody's, cycles.
 constexpr int MAX_BALL_AGE = 30;
 
@@ -61,7 +59,7 @@ bool isOurs(play_mode mode) {
 }
 
 Reach reachOf(const WPlayer& player, const BallWay& way, bool ours) {
-  if (player.age > MAX_AGE) return {};
+  if (player.age == NEVER) return {};
   const bool atGoal = ours ? inOurPenaltyArea(way[0], 0) : inOtherPenaltyArea(way[0], 0);
   Reach reach = earliestReach(Runner(player, playingReach(player, atGoal)), way);
   const int lying = TACKLE_CYCLES - player.cyclesSinceTackle;
@@ -90,7 +88,10 @@ void TacticalModule::fillReachTables() {
   }
 }
 
-/// Equal times are decided by the way to the ball as it lies.
+/// Equal times are decided by the way to the ball as it lies. Who was not seen for long still
+/// counts where he was: in recordings of players who look around at random, leaving those out after
+/// 30 cycles made players who were not the first take themselves for it more than twice as often,
+/// and hardly more of those who were.
 void TacticalModule::rankResponsible() {
   ThreeBest best;
   for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {

@@ -167,7 +167,7 @@ class TacticalModule {
   /// How well each mate can be passed to; set by who rates a pass and by what is heard of one.
   Squad<PlayerPassInfo> playerPassInfo;
   // Where each player can get the ball, metres in the field frame, and in how many cycles; `NEVER`
-  // for one who was not seen lately.
+  // for one who was never seen.
   Squad<long> ourTeamReachBallTime;
   Squad<long> otherTeamReachBallTime;
   Squad<Vector2d> ourTeamReachBallPos;
