@@ -17,6 +17,9 @@ constexpr double INSIDE = 0.25;
 /// Metres between body and ball that are wanted at least.
 constexpr double CLEAR = 0.08;
 
+/// Metres per cycle: for a type that, by what was told of it, cannot run.
+constexpr double LEAST_SPEED = 0.001;
+
 /// Cycles after which a body direction tells nothing.
 constexpr int BODY_MEMORY = 10;
 
@@ -87,7 +90,8 @@ Interception interception(const WPlayer& player, const WBall& ball, const Interc
       if (needed <= cycle) return {cycle, rolling.pos};
       // The ball can come towards him by its own speed at most.
       const double late = std::min(needed, how.limit + 1) - cycle;
-      next = cycle + static_cast<int>(late / (1 + rolling.v.getLength() / player.vmax));
+      const double closing = 1 + rolling.v.getLength() / std::max(player.vmax, LEAST_SPEED);
+      next = cycle + static_cast<int>(late / closing);
     }
     sprint.dash();
     rolling.simulate();

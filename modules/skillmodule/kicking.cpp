@@ -21,6 +21,9 @@ constexpr double SAME_SPEED = 0.1;
 /// Part of a kick's power that is planned with before the last kick.
 constexpr double PLANNED_POWER = 0.9;
 
+/// Metres per cycle of a ball that has stopped.
+constexpr double STANDING = 0.01;
+
 /// Parts of the kickable margin between which a stopped ball is kept.
 constexpr double NEAREST = 0.1;
 constexpr double FARTHEST = 0.8;
@@ -100,8 +103,8 @@ Vector2d besideNext(const WPlayer& player, const WBall& ball) {
   const double touch = player.size + ball.size;
   Vector2d away = ball.pos - centre;
   if (away == Vector2d()) away = polar(1, player.bodyDir);
-  const double distance = std::clamp(away.getLength(), touch + NEAREST * player.kickableMargin,
-                                     touch + FARTHEST * player.kickableMargin);
+  const double farthest = std::min(away.getLength(), touch + FARTHEST * player.kickableMargin);
+  const double distance = std::max(touch + NEAREST * player.kickableMargin, farthest);
   return centre + away.stretch(distance);
 }
 
@@ -114,7 +117,7 @@ double startSpeed(double distance, double endSpeed) {
 
 int rollingCycles(double distance, double startSpeed) {
   WBall ball({}, {startSpeed, 0});
-  for (int cycle = 0; ball.v.x > 0.01; ++cycle) {
+  for (int cycle = 0; cycle < NEVER && ball.v.x > STANDING; ++cycle) {
     if (ball.pos.x >= distance) return cycle;
     ball.simulate();
   }
@@ -123,7 +126,7 @@ int rollingCycles(double distance, double startSpeed) {
 
 KickPlan planKick(const WPlayer& player, const WBall& ball, const Vector2d& place, double speed,
                   int maxKicks) {
-  const double wanted = std::clamp(speed, 0.0, ball.vmax);
+  const double wanted = std::max(0.0, std::min(speed, ball.vmax));
   KickPlan best = oneKick(player, ball, place, wanted);
   if (best.kicks == 0) return best;
   for (int kicks = 2; kicks <= std::min(maxKicks, MOST_KICKS); ++kicks) {
