@@ -9,7 +9,8 @@ namespace {
 const std::string CONFCHECK = VOK_BIN_DIR "/confcheck ";
 
 /// The shipped file with one line replaced: what is found, each with its line, counted from the
-/// first replaced one, and '-' for none; and '!' behind it when it ends the coach.
+/// first replaced one, and '-' for none; and '!' behind it when it ends the coach. In the text '@2'
+/// stands for the number of the second line after that.
 void expectFindings(const std::string& begin, const std::string& text, const Lines& findings) {
   const ChangedConfig changed(begin, text);
   ASSERT_GT(changed.line, 0) << begin;
@@ -18,10 +19,13 @@ void expectFindings(const std::string& begin, const std::string& text, const Lin
   for (const std::string& found : findings) {
     fatal += found[1] == '!';
     const std::string line = ":" + std::to_string(changed.line + found[0] - '0');
-    expected += changed.path + (found[0] == '-' ? "" : line) + ": " + found.substr(2) + "\n";
+    std::string what = found.substr(2);
+    if (const std::size_t at = what.find('@'); at != std::string::npos)
+      what.replace(at, 2, std::to_string(changed.line + what[at + 1] - '0'));
+    expected += changed.path + (found[0] == '-' ? "" : line) + ": " + what + "\n";
   }
   expected += changed.path + (findings.empty()
-                                  ? ": all is well with its 210 keys\n"
+                                  ? ": all is well with its 211 keys\n"
                                   : ": " + std::to_string(findings.size()) + " found, of which " +
                                         std::to_string(fatal) + " end the coach\n");
   EXPECT_EQ(runCommand(CONFCHECK + changed.path), std::pair(findings.empty() ? 0 : 1, expected));
@@ -34,7 +38,7 @@ TEST(Confcheck, TellsWhatIsWrongAndWhere) {
                   "-!no value for key 'Form1_off_Watch3' found."});
   // The last definition counts, whether it is right or wrong.
   expectFindings("goal_maxAge", "goal_maxAge = 3\n\ngoal_maxAge = x",
-                 {"0 'goal_maxAge' does not count: it is defined again in line 50",
+                 {"0 'goal_maxAge' does not count: it is defined again in line @2",
                   "2!value 'x' for key 'goal_maxAge' not an integer."});
   expectFindings("Form1_off_PosX", "Form1_off_PosX = 1, 2, 3, 4",
                  {"0!'Form1_off_PosX' has only 4 of the 5 values that are read"});
@@ -61,6 +65,7 @@ TEST(Confcheck, TellsWhichNumbersMakeNoSense) {
         {"Form2_def_Watch2 = -1, 11, 1, 2, 12", "12, not a tactical number or -1"},
         {"StartFormationOff = 3", "3, but there is no such formation: 0 is taken"},
         {"async_waitForSeeTime = 45", "45, not 0, 10, ... or 90"},
+        {"skill_staminaCapacity = -1", "-1, not 0 or more"},
         {"player2_decay_inertia_delta = 0.4", "0.4" + wish},
         {"player3_extra_stamina_effort_weight = -0.5", "-0.5, not 0 or more"}}) {
     const std::string line = text;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "advskills.h"
 #include "vokcoach.h"
 
 namespace vok::confcheck {
@@ -47,6 +48,7 @@ Keys keysOfCoach() {
       std::make_unique<VokCoach>("VOK", "127.0.0.1", NO_PORT, "/dev/null", "", false);
   // What the coach would build after a successful check-in.
   coach->world = std::make_unique<Worldmodel>(coach->comm.get());
+  const AdvSkills forPlayers(*coach->world);
   coach->initTypeRequests();
   coach->act();
   listener.wishes = true;

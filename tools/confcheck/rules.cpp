@@ -30,6 +30,7 @@ constexpr auto RULES = std::to_array<Rule>({
     {"Form", "_Watch", [](double n) { return n == -1 || (n >= FIRST_SHIRT && n <= LAST_SHIRT); },
      "a tactical number or -1"},
     {"player", "_weight", [](double n) { return n >= 0; }, "0 or more"},
+    {"skill_staminaCapacity", "", [](double n) { return n >= 0; }, "0 or more"},
 });
 
 /// The values that the server's types can have, for each wish of a player. When a wish is more than
@@ -65,12 +66,11 @@ std::string problemOfWish(const Wish& wish, double number) {
 }  // namespace
 
 std::string problemOf(const Key& key, double number, const Keys& keys) {
-  if (key.optional && number != 0 && number != 1) return ", not 0 or 1";
   for (const Rule& rule : RULES) {
-    if (concerns(rule.begin, rule.part, key.name) && !rule.fits(number)) {
-      return std::string(", not ") + rule.wanted;
-    }
+    if (!concerns(rule.begin, rule.part, key.name)) continue;
+    return rule.fits(number) ? "" : std::string(", not ") + rule.wanted;
   }
+  if (key.optional && number != 0 && number != 1) return ", not 0 or 1";
   for (const Wish& wish : WISHES) {
     if (concerns("player", wish.part, key.name)) return problemOfWish(wish, number);
   }
