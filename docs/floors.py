@@ -28,10 +28,10 @@ FLOORS = (
     ('main loop', {'libVOK': (320, 450)}),
     ('coach', {'OnlineCoach': (0, 125)}),
     ('tools’ library', {'tools/common': (780, 900)}),
-    ('programs', {'tools/confcheck': (0, 112), 'tools/formationview': (122, 234),
-                  'tools/typecheck': (244, 346), 'tools/seecheck': (356, 452),
-                  'examples/player_listener': (462, 599), 'tools/saydecode': (609, 711),
-                  'tools/practicematch': (721, 838)}),
+    ('programs', {'examples/team': (0, 92), 'tools/confcheck': (100, 196),
+                  'tools/formationview': (204, 312), 'tools/typecheck': (320, 416),
+                  'tools/seecheck': (424, 516), 'examples/player_listener': (524, 657),
+                  'tools/saydecode': (665, 765), 'tools/practicematch': (773, 885)}),
 )
 # A box of a folder's own files, without those of its subfolders, which have boxes of their own.
 LABELS = {'libVOK': 'libVOK/*.cpp'}
