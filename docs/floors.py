@@ -13,7 +13,7 @@ from collections import defaultdict
 from html import escape
 
 TOP = os.path.join(os.path.dirname(os.path.abspath(__file__)), '..')
-SOURCES = ('libVOK', 'modules', 'OnlineCoach', 'tools', 'examples')
+SOURCES = ('libVOK', 'modules', 'analysis', 'OnlineCoach', 'gamelogs', 'tools', 'examples')
 
 # From the bottom: the floor's name, then its folders with the left and right edge of their boxes.
 # The subfolders of modules/ share one box.
@@ -25,8 +25,8 @@ FLOORS = (
     ('connection', {'libVOK/connection': (0, 620)}),
     ('world', {'libVOK/world': (0, 620)}),
     ('modules', {'modules': (0, 300)}),
-    ('main loop', {'libVOK': (320, 450)}),
-    ('coach', {'OnlineCoach': (0, 125)}),
+    ('analysis, main loop', {'analysis': (640, 760), 'libVOK': (320, 450)}),
+    ('coach, game logs', {'OnlineCoach': (0, 125), 'gamelogs': (640, 760)}),
     ('tools’ library', {'tools/common': (780, 900)}),
     ('programs', {'examples/team': (0, 92), 'tools/confcheck': (100, 196),
                   'tools/formationview': (204, 312), 'tools/typecheck': (320, 416),

@@ -125,6 +125,16 @@ class Scanner {
   bool integer(int& value) { return number(value) == std::errc(); }
   bool integer(short& value) { return number(value) == std::errc(); }
 
+  /// Hexadecimal digits without a head, small or capital.
+  bool hexadecimal(std::uint32_t& value) {
+    constexpr int BASE = 16;
+    const char* const end = left_.data() + left_.size();
+    const auto [behind, error] = std::from_chars(left_.data(), end, value, BASE);
+    if (error != std::errc()) return false;
+    left_.remove_prefix(static_cast<std::size_t>(behind - left_.data()));
+    return true;
+  }
+
   /// A finite real in decimal notation.
   bool real(double& value) {
     if (plainReal(value)) return true;
