@@ -18,7 +18,7 @@ SOURCES = ('libVOK', 'modules', 'analysis', 'OnlineCoach', 'gamelogs', 'tools', 
 # From the bottom: the floor's name, then its folders with the left and right edge of their boxes.
 # The subfolders of modules/ share one box.
 FLOORS = (
-    ('values, text', {'libVOK/base': (0, 900)}),
+    ('values, text', {'libVOK/base': (0, 985)}),
     ('configuration', {'libVOK/config': (0, 150)}),
     ('protocol', {'libVOK/protocol': (180, 760)}),
     ('messages', {'libVOK/messages': (180, 760)}),
@@ -31,7 +31,8 @@ FLOORS = (
     ('programs', {'examples/team': (0, 92), 'tools/confcheck': (100, 196),
                   'tools/formationview': (204, 312), 'tools/typecheck': (320, 416),
                   'tools/seecheck': (424, 516), 'examples/player_listener': (524, 657),
-                  'tools/saydecode': (665, 765), 'tools/practicematch': (773, 885)}),
+                  'tools/saydecode': (665, 765), 'tools/practicematch': (773, 885),
+                  'tools/matchreport': (893, 985)}),
 )
 # A box of a folder's own files, without those of its subfolders, which have boxes of their own.
 LABELS = {'libVOK': 'libVOK/*.cpp'}
@@ -162,7 +163,7 @@ def label(folder, middle, top, width):
 
 
 def draw(includes):
-    width, height = MARGIN + 915, len(FLOORS) * FLOOR_HEIGHT
+    width, height = MARGIN + 975, len(FLOORS) * FLOOR_HEIGHT
     out = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{height}" '
            'font-family="sans-serif" font-size="13">',
            '<defs><marker id="tip" viewBox="0 0 8 8" refX="7" refY="4" markerWidth="8" '

@@ -15,7 +15,7 @@ endfunction()
 
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
 foreach(file bin/onlinecoach bin/practicematch bin/saydecode bin/formationview bin/confcheck
-             bin/seecheck bin/typecheck bin/start-coach bin/start-team libexec/vok/player
+             bin/matchreport bin/seecheck bin/typecheck bin/start-coach bin/start-team libexec/vok/player
              share/vok/agent.conf share/man/man1/onlinecoach.1
              include/VOK/worldmodel.h include/VOK/tacticalmodule.h)
   if(NOT EXISTS ${prefix}/${file})

@@ -1,0 +1,354 @@
+#include "jsonreport.h"
+
+#include "jsonwriter.h"
+#include "reporttables.h"
+
+namespace vok::matchreport {
+namespace {
+
+using namespace analysis;
+
+int shirtOrNone(int player) {
+  return player == NONE ? NONE : shirtOf(player);
+}
+
+/// Writes the report's parts. The functions are in the order of the output.
+class Report {
+ public:
+  explicit Report(const Match& match) : match_(match), all_(match.analysis) {}
+
+  std::string write() {
+    json_.beginObject();
+    writeMatch();
+    writeTables(Period::WHOLE);
+    writeShots();
+    writeGoals();
+    writeSetPlays();
+    writeShootOut();
+    writeOffences();
+    writeHalves();
+    json_.endObject();
+    return json_.text();
+  }
+
+ private:
+  void writeMatch() {
+    const Score& score = all_.lastScore();
+    json_.key("match").beginObject();
+    json_.member("key", match_.key);
+    json_.member("left", score.names[SIDE_LEFT]).member("right", score.names[SIDE_RIGHT]);
+    json_.key("score").beginArray();
+    json_.value(score.goals[SIDE_LEFT]).value(score.goals[SIDE_RIGHT]).endArray();
+    writePenalties(score);
+    json_.member("cycles", all_.lastCycle());
+    json_.member("play_cycles", all_.possession.playCycles(Period::WHOLE));
+    json_.member("complete", match_.complete).member("source", match_.source);
+    json_.member("inferred", all_.inferred());
+    json_.endObject();
+  }
+
+  void writePenalties(const Score& score) {
+    json_.key("penalties");
+    if (!score.shootOut) {
+      json_.null();
+      return;
+    }
+    json_.beginArray();
+    for (const playing_side side : BOTH_SIDES) {
+      const Penalties& penalties = score.penalties[side];
+      json_.beginArray().value(penalties.goals).value(penalties.misses).endArray();
+    }
+    json_.endArray();
+  }
+
+  /// What exists for the whole match and for each half.
+  void writeTables(Period period) {
+    json_.key("sides").beginObject();
+    for (const playing_side side : BOTH_SIDES) writeSide(period, side);
+    json_.endObject();
+    json_.key("players").beginArray();
+    for (int i = 0; i < PLAYERS; ++i) writePlayer(period, i);
+    json_.endArray();
+    writeNetwork(period);
+    writeTerritory(period);
+  }
+
+  void writeSide(Period period, playing_side side) {
+    const SideCounts counts = sideCounts(all_, period, side);
+    json_.key(sideLetter(side)).beginObject();
+    json_.member("possession_cycles", all_.possession.cycles(period, side));
+    json_.member("possession", all_.possession.share(period, side));
+    json_.member("touches", counts.actions.touches);
+    writePasses(counts.passes);
+    json_.key("shots").beginObject();
+    json_.member("total", counts.shots.total).member("on_target", counts.shots.onTarget);
+    json_.member("goals", counts.shots.goals).endObject();
+    json_.member("distance", all_.distances.of(period, side));
+    json_.member("entries", all_.entries.of(period, side));
+    writeFormations(period, side);
+    writeShapes(period, side);
+    json_.endObject();
+  }
+
+  void writePasses(const PassCounts& passes) {
+    json_.key("passes").beginObject();
+    json_.member("completed", passes.completed).member("intercepted", passes.intercepted);
+    json_.member("out", passes.out).endObject();
+  }
+
+  static std::string_view nameOf(Ball ball) {
+    return ball == Ball::WITH ? "with_ball" : "without_ball";
+  }
+
+  void writeFormations(Period period, playing_side side) {
+    json_.key("formation").beginObject();
+    for (const Ball ball : BOTH_BALLS) {
+      const Formation formation = all_.formations.of(period, side, ball, goalieShirt(all_, side));
+      json_.key(nameOf(ball)).beginObject();
+      json_.member("name", formation.name).member("separation", formation.separation);
+      json_.key("places").beginArray();
+      for (const Place& place : formation.places) {
+        json_.beginObject().member("number", place.shirt);
+        json_.member("x", place.pos.x).member("y", place.pos.y).endObject();
+      }
+      json_.endArray().endObject();
+    }
+    json_.endObject();
+  }
+
+  void writeShapes(Period period, playing_side side) {
+    json_.key("shape").beginObject();
+    for (const Ball ball : BOTH_BALLS) {
+      const Shape shape = all_.shapes.of(period, side, ball, goalieShirt(all_, side));
+      json_.key(nameOf(ball)).beginObject();
+      json_.member("length", shape.length).member("width", shape.width);
+      json_.member("hull_area", shape.hullArea).member("x", shape.x).member("y", shape.y);
+      json_.member("last_line", shape.lastLine).endObject();
+    }
+    json_.endObject();
+  }
+
+  void writeWho(int player) {
+    json_.member("side", sideLetter(sideOf(player))).member("number", shirtOf(player));
+  }
+
+  void writePlayer(Period period, int player) {
+    const ActionCounts& actions = all_.actions.of(period, player);
+    json_.beginObject();
+    writeWho(player);
+    json_.member("touches", actions.touches);
+    json_.member("distance", all_.distances.of(period, player));
+    writePasses(all_.passes.of(period, player));
+    json_.member("dribbles", all_.dribbles.of(period, player));
+    json_.member("recoveries", all_.recoveries.of(period, player));
+    json_.member("catches", actions.catches);
+    json_.key("tackles").beginObject().member("tried", actions.tacklesTried);
+    json_.member("won", actions.tacklesWon).endObject();
+    writeStamina(period, player);
+    if (period == Period::WHOLE) writePresence(player);
+    writeCells("heat_map", all_.territory.player(period, player));
+    json_.endObject();
+  }
+
+  void writeStamina(Period period, int player) {
+    const StaminaTable& table = all_.staminas.of(period, player);
+    json_.key("stamina").beginObject();
+    if (period == Period::WHOLE) {
+      json_.member("half_time", all_.staminas.of(Period::FIRST_HALF, player).left);
+    }
+    json_.member("end", table.left).member("minimum", table.least);
+    json_.member("low_cycles", table.lowCycles).member("effort_minimum", table.leastEffort);
+    json_.member("recovery_minimum", table.leastRecovery).member("capacity", table.capacity);
+    json_.endObject();
+  }
+
+  void writePresence(int player) {
+    const Presence& presence = all_.presences.of(player);
+    json_.key("types").beginArray();
+    for (const TypeFrom& type : presence.types) {
+      json_.beginObject().member("from", type.cycle).member("type", type.type).endObject();
+    }
+    json_.endArray().key("presence");
+    if (!presence.ever) {
+      json_.null();
+      return;
+    }
+    json_.beginObject().member("first", presence.span.first).member("last", presence.span.last);
+    json_.key("away").beginArray();
+    for (const Span& span : presence.away) {
+      json_.beginArray().value(span.first).value(span.last).endArray();
+    }
+    json_.endArray().endObject();
+  }
+
+  void writeNetwork(Period period) {
+    json_.key("passes").beginArray();
+    for (int from = 0; from < PLAYERS; ++from) {
+      for (int shirt = FIRST_SHIRT; shirt <= LAST_SHIRT; ++shirt) {
+        const int count = all_.passes.between(period, from, playerOf(sideOf(from), shirt));
+        if (count == 0) continue;
+        json_.beginObject().member("side", sideLetter(sideOf(from)));
+        json_.member("from", shirtOf(from)).member("to", shirt).member("count", count);
+        json_.endObject();
+      }
+    }
+    json_.endArray();
+  }
+
+  void writeTerritory(Period period) {
+    const int cycles = all_.possession.playCycles(period);
+    json_.key("territory").beginObject().key("thirds").beginArray();
+    for (const int inThird : all_.territory.thirds(period)) {
+      json_.value(cycles == 0 ? ABSENT : static_cast<double>(inThird) / cycles);
+    }
+    json_.endArray();
+    writeCells("cells", all_.territory.ball(period));
+    json_.endObject();
+  }
+
+  void writeCells(std::string_view name, const Territory::Cells& cells) {
+    json_.key(name).beginArray();
+    for (const int cycles : cells) json_.value(cycles);
+    json_.endArray();
+  }
+
+  void writeShots() {
+    json_.key("shots").beginArray();
+    for (const Shot& shot : all_.shots.all()) {
+      json_.beginObject().member("cycle", shot.cycle);
+      writeWho(shot.player);
+      json_.member("on_target", shot.onTarget);
+      json_.member("outcome", outcomeName(Shots::outcome(shot, all_.goalies())));
+      json_.endObject();
+    }
+    json_.endArray();
+  }
+
+  void writeTouching(const Touching& touching) {
+    json_.beginObject().member("cycle", touching.cycle).key("players").beginArray();
+    for (int i = 0; i < PLAYERS; ++i) {
+      if (!touching.players.has(i)) continue;
+      json_.beginObject();
+      writeWho(i);
+      json_.endObject();
+    }
+    json_.endArray().member("x", touching.place.x).member("y", touching.place.y).endObject();
+  }
+
+  void writeGoals() {
+    json_.key("goals").beginArray();
+    for (const Goal& goal : all_.goals.all()) {
+      json_.beginObject().member("cycle", goal.cycle).member("side", sideLetter(goal.side));
+      json_.key("number").valueOrNull(shirtOrNone(goal.scorer));
+      json_.member("own", goal.own).key("way").beginArray();
+      for (int i = 0; i < goal.touchings; ++i) writeTouching(goal.way[static_cast<std::size_t>(i)]);
+      json_.endArray().key("set_play");
+      writeSetPlayOf(goal);
+      json_.key("recovery");
+      if (goal.recovery) {
+        writeTouching(*goal.recovery);
+      } else {
+        json_.null();
+      }
+      json_.endObject();
+    }
+    json_.endArray();
+  }
+
+  /// The one that led to a goal, if its side took it.
+  void writeSetPlayOf(const Goal& goal) {
+    const SetPlay* const play = goal.setPlay == NONE
+                                    ? nullptr
+                                    : &all_.setPlays.all()[static_cast<std::size_t>(goal.setPlay)];
+    if (play == nullptr || play->side != goal.side || play->taker == NONE) {
+      json_.null();
+      return;
+    }
+    json_.beginObject().member("cycle", play->cycle).member("kind", play->kindName());
+    json_.member("taker", shirtOf(play->taker)).endObject();
+  }
+
+  void writeSetPlays() {
+    json_.key("set_plays").beginArray();
+    for (const SetPlay& play : all_.setPlays.all()) {
+      json_.beginObject().member("cycle", play.cycle).member("side", sideLetter(play.side));
+      json_.member("kind", play.kindName()).key("taker").valueOrNull(shirtOrNone(play.taker));
+      json_.key("second");
+      if (play.second == NONE) {
+        json_.null();
+      } else {
+        json_.beginObject();
+        writeWho(play.second);
+        json_.endObject();
+      }
+      json_.key("outcome").valueOrNull(outcomeName(SetPlays::outcome(play, all_.shots)));
+      json_.endObject();
+    }
+    json_.endArray();
+  }
+
+  void writeShootOut() {
+    json_.key("shoot_out").beginArray();
+    for (const PenaltyKick& kick : all_.shootOut.kicks()) {
+      json_.beginObject().member("cycle", kick.cycle).member("side", sideLetter(kick.side));
+      json_.key("number").valueOrNull(shirtOrNone(kick.taker));
+      json_.key("result").valueOrNull(resultName(kick.result)).endObject();
+    }
+    json_.endArray();
+  }
+
+  void writeCalls(std::string_view name, const std::vector<Call>& calls) {
+    json_.key(name).beginArray();
+    for (const Call& call : calls) {
+      json_.beginObject().member("cycle", call.cycle).member("side", sideLetter(call.side));
+      json_.member("kind", kindName(call.kind)).endObject();
+    }
+    json_.endArray();
+  }
+
+  void writeOffences() {
+    json_.key("cards").beginArray();
+    for (const Card& card : all_.presences.cards()) {
+      json_.beginObject().member("cycle", card.cycle);
+      writeWho(card.player);
+      json_.member("card", card.red ? "red" : "yellow").endObject();
+    }
+    json_.endArray();
+    writeCalls("fouls", all_.faults);
+    writeCalls("offsides", all_.offsides);
+    json_.key("substitutions").beginArray();
+    for (int i = 0; i < PLAYERS; ++i) {
+      const std::vector<TypeFrom>& types = all_.presences.of(i).types;
+      for (std::size_t n = 1; n < types.size(); ++n) {
+        json_.beginObject().member("cycle", types[n].cycle);
+        writeWho(i);
+        json_.member("type", types[n].type).endObject();
+      }
+    }
+    json_.endArray();
+  }
+
+  void writeHalves() {
+    json_.key("halves").beginArray();
+    for (const Period period : {Period::FIRST_HALF, Period::SECOND_HALF, Period::EXTRA_TIME}) {
+      if (!hasPeriod(all_, period)) continue;
+      json_.beginObject();
+      json_.member("play_cycles", all_.possession.playCycles(period));
+      writeTables(period);
+      json_.endObject();
+    }
+    json_.endArray();
+  }
+
+  const Match& match_;
+  const MatchAnalysis& all_;
+  JsonWriter json_;
+};
+
+}  // namespace
+
+std::string jsonReport(const Match& match) {
+  return Report(match).write();
+}
+
+}  // namespace vok::matchreport

@@ -1,0 +1,53 @@
+#include "matchfile.h"
+
+#include "gamelog.h"
+
+namespace vok::matchreport {
+namespace {
+
+using analysis::Told;
+
+std::string teamAndGoals(const analysis::Score& score, playing_side side) {
+  const std::string& name = score.names[side];
+  std::string text = (name.empty() ? "null" : name) + "_" + std::to_string(score.goals[side]);
+  if (score.shootOut) text += "_" + std::to_string(score.penalties[side].goals);
+  return text;
+}
+
+/// As the server names a match's files.
+std::string keyOf(const std::string& date, const analysis::Score& score) {
+  return (date.empty() ? "undated" : date) + "-" + teamAndGoals(score, SIDE_LEFT) + "-vs-" +
+         teamAndGoals(score, SIDE_RIGHT);
+}
+
+void take(gamelogs::GameLog& log, Match& match, const EachFrame& eachFrame) {
+  analysis::Call mode;
+  bool started = false;
+  for (Told told = log.next(); told != Told::END; told = log.next()) {
+    if (!started) match.analysis.start(log.rules());
+    started = true;
+    if (told == Told::SCORE) match.analysis.score(log.score());
+    if (told == Told::CALL) match.analysis.call(mode = log.call());
+    if (told != Told::FRAME) continue;
+    match.analysis.frame(log.frame());
+    if (eachFrame) eachFrame(log.frame(), mode.name());
+  }
+  if (!started) match.analysis.start(log.rules());
+  match.analysis.end();
+}
+
+}  // namespace
+
+std::unique_ptr<Match> readMatch(const std::string& source, const EachFrame& eachFrame) {
+  auto match = std::make_unique<Match>();
+  match->source = source;
+  gamelogs::GameLog log;
+  if (!log.open(source, match->error)) return match;
+  take(log, *match, eachFrame);
+  match->complete = log.complete();
+  match->remark = log.remark();
+  match->key = keyOf(log.date(), match->analysis.lastScore());
+  return match;
+}
+
+}  // namespace vok::matchreport

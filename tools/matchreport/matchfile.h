@@ -1,0 +1,29 @@
+// One match of the command line: a source read to its end, and its statistics.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "matchanalysis.h"
+
+namespace vok::matchreport {
+
+struct Match {
+  std::string source;  ///< the name on the command line
+  std::string key;     ///< date, teams and score
+  std::string remark;  ///< what was wrong with the source, in a sentence; empty when nothing was
+  std::string error;   ///< why it could not be read; empty when it was
+  bool complete = false;
+  analysis::MatchAnalysis analysis;
+
+  bool isRead() const { return error.empty(); }
+};
+
+/// What somebody else does with each frame of the match and the play mode that holds in it.
+using EachFrame = std::function<void(const analysis::Frame& frame, std::string_view playMode)>;
+
+/// Reads a source: a game log; "-" is standard input.
+std::unique_ptr<Match> readMatch(const std::string& source, const EachFrame& eachFrame = {});
+
+}  // namespace vok::matchreport

@@ -1,0 +1,305 @@
+#include "textreport.h"
+
+#include <iomanip>
+#include <sstream>
+
+#include "printable.h"
+#include "reporttables.h"
+
+namespace vok::matchreport {
+namespace {
+
+using namespace analysis;
+
+std::string fixed(double value, int decimals) {
+  if (!std::isfinite(value)) return "-";
+  std::ostringstream text;
+  text << std::fixed << std::setprecision(decimals) << value;
+  return text.str();
+}
+
+std::string percent(double share) {
+  constexpr double PERCENT = 100;
+  return std::isfinite(share) ? fixed(share * PERCENT, 1) + " %" : "-";
+}
+
+std::string shareOf(int part, int all) {
+  return std::to_string(part) + " of " + std::to_string(all);
+}
+
+/// Writes the report's sections in their order.
+class Report {
+ public:
+  Report(const Match& match, playing_side we, std::ostream& out)
+      : match_(match), all_(match.analysis), sides_{we, otherSide(we)}, out_(out) {}
+
+  void write() {
+    writeHead();
+    writeSides();
+    writeGoals();
+    writeSetPlays();
+    writeShootOut();
+    writeOffences();
+    for (const playing_side side : sides_) writePlayers(side);
+    writeHealth(sides_[0]);
+  }
+
+ private:
+  /// "left" and "right" where a side has no name.
+  std::string_view name(playing_side side) const {
+    constexpr std::size_t SHOWN = 15;
+    const std::string_view name = all_.lastScore().names[side];
+    if (name.empty()) return side == SIDE_LEFT ? "left" : "right";
+    return name.substr(0, SHOWN);
+  }
+  Printable shown(playing_side side) const { return printable(name(side)); }
+
+  void writeHead() {
+    const Score& score = all_.lastScore();
+    out_ << shown(sides_[0]) << ' ' << score.goals[sides_[0]] << " : " << score.goals[sides_[1]]
+         << ' ' << shown(sides_[1]);
+    if (score.shootOut) {
+      out_ << ", penalties " << score.penalties[sides_[0]].goals << " : "
+           << score.penalties[sides_[1]].goals;
+    }
+    out_ << "\n"
+         << all_.lastCycle() << " cycles, " << all_.possession.playCycles(Period::WHOLE)
+         << " in play; " << printable(match_.source) << (match_.complete ? "" : " (not complete)")
+         << "\n\n";
+  }
+
+  /// A row of the sides' table: whole match, first half, second half, extra time for each side.
+  template <typename Cell>
+  void writeRow(const char* title, Cell cell) {
+    constexpr int TITLE = 20;
+    constexpr int MATCH = 11;
+    constexpr int HALVES = 19;
+    out_ << std::left << std::setw(TITLE) << title << std::right;
+    for (const playing_side side : sides_) {
+      out_ << std::setw(MATCH) << cell(Period::WHOLE, side);
+      out_ << std::setw(HALVES)
+           << cell(Period::FIRST_HALF, side) + " / " + cell(Period::SECOND_HALF, side);
+    }
+    out_ << '\n';
+  }
+
+  std::string formation(Period period, playing_side side, Ball ball) const {
+    return all_.formations.of(period, side, ball, goalieShirt(all_, side)).name;
+  }
+
+  /// Of one side and part of the match.
+  using Number = std::string (*)(const MatchAnalysis&, Period, playing_side);
+
+  void writeSides() {
+    struct Row {
+      const char* title;
+      Number number;
+    };
+    static constexpr std::array ROWS = {
+        Row{"Possession", [](const MatchAnalysis& m, Period p,
+                             playing_side s) { return percent(m.possession.share(p, s)); }},
+        Row{"Shots",
+            [](const MatchAnalysis& m, Period p, playing_side s) {
+              return std::to_string(sideCounts(m, p, s).shots.total);
+            }},
+        Row{"  on target",
+            [](const MatchAnalysis& m, Period p, playing_side s) {
+              return std::to_string(sideCounts(m, p, s).shots.onTarget);
+            }},
+        Row{"Passes tried",
+            [](const MatchAnalysis& m, Period p, playing_side s) {
+              return std::to_string(sideCounts(m, p, s).passes.tried());
+            }},
+        Row{"  completed",
+            [](const MatchAnalysis& m, Period p, playing_side s) {
+              return std::to_string(sideCounts(m, p, s).passes.completed);
+            }},
+        Row{"  intercepted",
+            [](const MatchAnalysis& m, Period p, playing_side s) {
+              return std::to_string(sideCounts(m, p, s).passes.intercepted);
+            }},
+        Row{"Touches",
+            [](const MatchAnalysis& m, Period p, playing_side s) {
+              return std::to_string(sideCounts(m, p, s).actions.touches);
+            }},
+        Row{"Dribbles",
+            [](const MatchAnalysis& m, Period p, playing_side s) {
+              return std::to_string(sideCounts(m, p, s).dribbles);
+            }},
+        Row{"Recoveries",
+            [](const MatchAnalysis& m, Period p, playing_side s) {
+              return std::to_string(sideCounts(m, p, s).recoveries);
+            }},
+        Row{"Tackles won",
+            [](const MatchAnalysis& m, Period p, playing_side s) {
+              return std::to_string(sideCounts(m, p, s).actions.tacklesWon);
+            }},
+        Row{"Penalty-area entries",
+            [](const MatchAnalysis& m, Period p, playing_side s) {
+              return std::to_string(m.entries.of(p, s));
+            }},
+        Row{"Distance (km)",
+            [](const MatchAnalysis& m, Period p, playing_side s) {
+              constexpr double METRES = 1000;
+              return fixed(m.distances.of(p, s) / METRES, 1);
+            }},
+    };
+    constexpr int TITLE = 20;
+    constexpr int COLUMN = 30;
+    out_ << std::setw(TITLE) << "" << std::right;
+    for (const playing_side side : sides_) {
+      out_ << std::setw(COLUMN - static_cast<int>(name(side).size())) << "" << shown(side);
+    }
+    out_ << '\n';
+    for (const Row& row : ROWS) {
+      writeRow(row.title, [&](Period p, playing_side s) { return row.number(all_, p, s); });
+    }
+    writeRow("Formation, ball",
+             [&](Period p, playing_side s) { return formation(p, s, Ball::WITH); });
+    writeRow("  without it",
+             [&](Period p, playing_side s) { return formation(p, s, Ball::WITHOUT); });
+    out_ << "Behind each number of the match those of the two halves.\n";
+    if (all_.inferred()) out_ << "Touches are inferred from the movement of the ball.\n";
+  }
+
+  void writeGoals() {
+    if (!all_.goals.all().empty()) out_ << "\nGoals\n";
+    for (const Goal& goal : all_.goals.all()) {
+      out_ << std::setw(7) << goal.cycle << "  " << shown(goal.side);
+      if (goal.scorer == NONE) {
+        out_ << ", nobody touched the ball";
+      } else {
+        out_ << (goal.own ? ", own goal of number " : " number ") << shirtOf(goal.scorer);
+      }
+      if (goal.recovery) {
+        const Touching& at = *goal.recovery;
+        out_ << ", won by " << shirtOf(at.player()) << " at " << at.cycle << " ("
+             << fixed(at.place.x, 1) << ", " << fixed(at.place.y, 1) << ")";
+      }
+      out_ << '\n';
+    }
+  }
+
+  void writeSetPlays() {
+    constexpr std::array KINDS = {"kick_off",    "kick_in",   "free_kick", "indirect_free_kick",
+                                  "corner_kick", "goal_kick", "catch"};
+    out_ << "\nSet plays (taken: shots or goals / kept / lost)\n";
+    for (const char* const kind : KINDS) {
+      out_ << "  " << std::left << std::setw(20) << kind << std::right;
+      for (const playing_side side : sides_) out_ << std::setw(29) << setPlays(kind, side);
+      out_ << '\n';
+    }
+  }
+
+  std::string setPlays(std::string_view kind, playing_side side) const {
+    int taken = 0;
+    int shots = 0;
+    int kept = 0;
+    for (const SetPlay& play : all_.setPlays.all()) {
+      if (play.side != side || play.kindName() != kind || play.taker == NONE) continue;
+      const SetPlayOutcome outcome = SetPlays::outcome(play, all_.shots);
+      ++taken;
+      kept += outcome == SetPlayOutcome::KEPT ? 1 : 0;
+      shots += outcome == SetPlayOutcome::SHOT || outcome == SetPlayOutcome::GOAL ? 1 : 0;
+    }
+    if (taken == 0) return "-";
+    return std::to_string(taken) + ": " + std::to_string(shots) + " / " + std::to_string(kept) +
+           " / " + std::to_string(taken - shots - kept);
+  }
+
+  void writeShootOut() {
+    if (!all_.shootOut.kicks().empty()) out_ << "\nPenalty shoot-out\n";
+    for (const PenaltyKick& kick : all_.shootOut.kicks()) {
+      const std::string_view result = resultName(kick.result);
+      out_ << std::setw(7) << kick.cycle << "  " << shown(kick.side);
+      if (kick.taker != NONE) out_ << " number " << shirtOf(kick.taker);
+      out_ << ": " << (result.empty() ? "not decided" : result) << '\n';
+    }
+  }
+
+  void writeOffences() {
+    const auto& cards = all_.presences.cards();
+    if (cards.empty() && all_.faults.empty() && all_.offsides.empty()) return;
+    out_ << "\nOffences\n";
+    for (const auto* const calls : {&all_.faults, &all_.offsides}) {
+      for (const Call& call : *calls) {
+        out_ << std::setw(7) << call.cycle << "  " << shown(call.side) << ": "
+             << kindName(call.kind) << '\n';
+      }
+    }
+    for (const Card& card : cards) {
+      out_ << std::setw(7) << card.cycle << "  " << shown(sideOf(card.player)) << " number "
+           << shirtOf(card.player) << ": " << (card.red ? "red" : "yellow") << " card\n";
+    }
+  }
+
+  void writePlayers(playing_side side) {
+    out_ << '\n'
+         << shown(side)
+         << "\n  no  touches  passes compl.  dribbl.  recov.  tackles  metres  stamina  type\n";
+    for (int shirt = FIRST_SHIRT; shirt <= LAST_SHIRT; ++shirt) writePlayer(playerOf(side, shirt));
+  }
+
+  void writePlayer(int player) {
+    const ActionCounts& actions = all_.actions.of(Period::WHOLE, player);
+    const PassCounts& passes = all_.passes.of(Period::WHOLE, player);
+    const std::vector<TypeFrom>& types = all_.presences.of(player).types;
+    out_ << std::setw(4) << shirtOf(player) << std::setw(9) << actions.touches << std::setw(15)
+         << shareOf(passes.completed, passes.tried()) << std::setw(9)
+         << all_.dribbles.of(Period::WHOLE, player) << std::setw(8)
+         << all_.recoveries.of(Period::WHOLE, player) << std::setw(9)
+         << shareOf(actions.tacklesWon, actions.tacklesTried) << std::setw(8)
+         << fixed(all_.distances.of(Period::WHOLE, player), 0) << std::setw(9)
+         << fixed(all_.staminas.of(Period::WHOLE, player).left, 0) << "  ";
+    for (const TypeFrom& type : types) out_ << (&type == types.data() ? "" : ",") << type.type;
+    out_ << '\n';
+  }
+
+  /// What went wrong with our own programs.
+  void writeHealth(playing_side side) {
+    bool healthy = true;
+    out_ << "\nHealth of " << shown(side) << '\n';
+    for (int shirt = FIRST_SHIRT; shirt <= LAST_SHIRT; ++shirt) {
+      const int player = playerOf(side, shirt);
+      const std::string found = complaints(player);
+      if (found.empty()) continue;
+      healthy = false;
+      out_ << std::setw(4) << shirt << "  " << found << '\n';
+    }
+    if (healthy) out_ << "  Nothing to complain about.\n";
+  }
+
+  std::string complaints(int player) const {
+    const Presence& presence = all_.presences.of(player);
+    if (!presence.ever) return "was never on the field";
+    std::string text;
+    const auto add = [&text](const std::string& more) {
+      text += (text.empty() ? "" : "; ") + more;
+    };
+    for (const Span& span : presence.away) {
+      add("away from " + std::to_string(span.first) + " to " + std::to_string(span.last));
+    }
+    if (presence.span.last < all_.lastCycle()) {
+      add("left after " + std::to_string(presence.span.last));
+    }
+    const int low = all_.staminas.of(Period::WHOLE, player).lowCycles;
+    if (low > 0) add(std::to_string(low) + " cycles with too little stamina");
+    const ActionCounts& actions = all_.actions.of(Period::WHOLE, player);
+    const int failed = actions.tacklesTried - actions.tacklesWon;
+    if (failed > 0) add(std::to_string(failed) + " tackles that hit nothing");
+    return text;
+  }
+
+  const Match& match_;
+  const MatchAnalysis& all_;
+  std::array<playing_side, SIDES> sides_;
+  std::ostream& out_;
+};
+
+}  // namespace
+
+void writeTextReport(const Match& match, playing_side we, std::ostream& out) {
+  Report(match, we, out).write();
+}
+
+}  // namespace vok::matchreport
