@@ -106,8 +106,8 @@ TEST(ServerMessagesPage, QuotesTheDiagnosticsThatExist) {
 }
 
 TEST(ManualPages, HaveTheOptionsOfTheHelp) {
-  for (const std::string tool :
-       {"confcheck", "formationview", "practicematch", "saydecode", "seecheck", "typecheck"}) {
+  for (const std::string tool : {"confcheck", "formationview", "matchreport", "practicematch",
+                                 "saydecode", "seecheck", "typecheck"}) {
     EXPECT_EQ(namesIn(shown("tr -d '\\\\' <man/" + tool + ".1"), "\n\\.B[IR]? \"?(-[-a-z]+)"),
               namesIn(shown(VOK_BIN_DIR "/" + tool + " --help"), "\n  (-[-a-z]+)"));
   }
