@@ -20,6 +20,7 @@ constexpr double STRAIGHT = toRadians(8);
 constexpr double BESIDE = 0.12;
 constexpr double AHEAD = 0.25;
 constexpr double CLEAR = 0.05;
+constexpr double INSIDE = 0.15;
 
 /// Metres that the ball keeps from the lines.
 constexpr double FROM_LINES = 0.5;
@@ -40,13 +41,30 @@ WPlayer after(const WPlayer& player, int dashes) {
   return runner;
 }
 
+bool isHit(const WPlayer& player, const WBall& ball) {
+  return player.distTo(ball.pos) < player.size + ball.size + CLEAR;
+}
+
 bool runsIntoBall(const WPlayer& player, WBall ball, int dashes) {
   for (int i = 0; i <= dashes; ++i) {
     ball.simulate();
-    const WPlayer runner = after(player, i);
-    if (runner.distTo(ball.pos) < runner.size + ball.size + CLEAR) return true;
+    if (isHit(after(player, i), ball)) return true;
   }
   return false;
+}
+
+/// After how many dashes the ball, as it rolls, is within reach and not yet behind the player; 0
+/// when it has to be kicked first.
+int dashesWithoutKick(WPlayer runner, WBall ball, int maxDashes) {
+  for (int dashes = 1; dashes <= maxDashes; ++dashes) {
+    Command::dash(MAXPOWER).simulate(runner);
+    ball.simulate();
+    if (isHit(runner, ball)) return 0;
+    const Vector2d way = ball.pos - runner.pos;
+    const bool behind = way * polar(1, runner.bodyDir) < 0;
+    if (!behind && way.getLength() < runner.kickRange() - INSIDE) return dashes;
+  }
+  return 0;
 }
 
 bool isOpponentsBefore(const WBall& ball, int cycles, const Squad<WPlayer>& opponents, int maxAge) {
@@ -71,6 +89,10 @@ Dribble dribble(const WPlayer& player, const WBall& ball, Angle direction,
   const Angle aside = direction - player.bodyDir;
   if (std::fabs(aside) > STRAIGHT) return {1, turnFirst(player, ball, aside)};
 
+  const int free = dashesWithoutKick(player, ball, maxDashes);
+  if (free > 0 && !isOpponentsBefore(ball, free, opponents, maxAge)) {
+    return {free, Command::dash(MAXPOWER)};
+  }
   for (int dashes = maxDashes; dashes > 0; --dashes) {
     const Vector2d place = placeBeside(after(player, dashes), ball.pos, player);
     const int cycles = dashes + 1;

@@ -76,6 +76,17 @@ Command lastDash(const WPlayer& player, const WBall& ball) {
   return best > 0 ? Command::dash(best) : Command{};
 }
 
+/// Full dashes alone bring the ball within reach in `limit` cycles: then a turn to the place of the
+/// earliest interception, which may lie a little aside, would be lost.
+bool dashesReach(WPlayer runner, WBall ball, double reach, int limit) {
+  for (int cycle = 0; cycle < std::min(limit, Interceptor{}.limit); ++cycle) {
+    Command::dash(MAXPOWER).simulate(runner);
+    ball.simulate();
+    if (runner.distTo(ball.pos) <= reach) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 Interception interception(const WPlayer& player, const WBall& ball, const Interceptor& how) {
@@ -103,7 +114,9 @@ Command intercept(const WPlayer& player, const WBall& ball) {
   if (player.ballKickable(ball)) return {};
   const Interception meeting = interception(player, ball);
   if (meeting.cycles <= 1) return lastDash(player, ball);
-  return dashTo(player, meeting.place, safeReach(player), MAXPOWER);
+  const double reach = safeReach(player);
+  const bool straight = dashesReach(player, ball, reach, meeting.cycles);
+  return straight ? Command::dash(MAXPOWER) : dashTo(player, meeting.place, reach, MAXPOWER);
 }
 
 }  // namespace vok

@@ -9,14 +9,18 @@ namespace vok {
 
 namespace {
 
-/// Where between two kicks the ball may lie: parts of the kickable margin outside of the body. The
-/// outer one leaves room for noise.
-constexpr double RINGS[] = {0.25, 0.6};
+/// Where between two kicks the ball may lie: parts of the kickable margin outside of the body, with
+/// room for noise on either side.
+constexpr double RINGS[] = {0.3, 0.55};
 constexpr int PLACES_ON_RING = 12;
 constexpr int MOST_KICKS = 3;
 
-/// Metres per cycle. Less is not worth another kick.
-constexpr double SAME_SPEED = 0.1;
+/// Metres per cycle that a further kick has to be worth: each can go wrong.
+constexpr double WORTH_A_KICK = 0.25;
+
+/// The same for one metre per cycle that an earlier kick changes the ball's velocity by: the noise
+/// grows with it.
+constexpr double WORTH_A_CHANGE = 0.05;
 
 /// Part of a kick's power that is planned with before the last kick.
 constexpr double PLANNED_POWER = 0.9;
@@ -61,17 +65,15 @@ KickPlan oneKick(const WPlayer& player, const WBall& ball, const Vector2d& place
   return {1, reached, push(player, ball, towards * reached - ball.v)};
 }
 
-bool isBetter(const KickPlan& plan, const KickPlan& than, double wanted) {
-  const double miss = std::fabs(wanted - plan.speed);
-  const double otherMiss = std::fabs(wanted - than.speed);
-  if (std::fabs(miss - otherMiss) > SAME_SPEED) return miss < otherMiss;
-  return plan.kicks < than.kicks;
+double costOf(const KickPlan& plan, double wanted) {
+  return std::fabs(wanted - plan.speed) + WORTH_A_KICK * plan.kicks;
 }
 
 /// The best of the plans whose first kick puts the ball to a place beside the player.
 KickPlan kickBeside(const WPlayer& player, const WBall& ball, const Vector2d& place, double speed,
                     int maxKicks) {
   KickPlan best;
+  double leastCost = HUGE_VAL;
   WPlayer next = player;
   Command{}.simulate(next);
   const double most = PLANNED_POWER * strength(player, ball);
@@ -81,7 +83,8 @@ KickPlan kickBeside(const WPlayer& player, const WBall& ball, const Vector2d& pl
       const Vector2d beside =
           next.pos + polar(distance, next.bodyDir + 2 * PI * i / PLACES_ON_RING);
       const Vector2d velocity = beside - ball.pos;
-      if ((velocity - ball.v).getLength() > most || velocity.getLength() > ball.vmax) continue;
+      const Vector2d change = velocity - ball.v;
+      if (change.getLength() > most || velocity.getLength() > ball.vmax) continue;
       WBall moved = ball;
       moved.v = velocity;
       moved.simulate();
@@ -89,9 +92,11 @@ KickPlan kickBeside(const WPlayer& player, const WBall& ball, const Vector2d& pl
                                    : oneKick(next, moved, place, speed);
       if (plan.kicks == 0) continue;
       ++plan.kicks;
-      if (best.kicks > 0 && !isBetter(plan, best, speed)) continue;
+      const double cost = costOf(plan, speed) + WORTH_A_CHANGE * change.getLength();
+      if (cost >= leastCost) continue;
+      leastCost = cost;
       best = plan;
-      best.command = push(player, ball, velocity - ball.v);
+      best.command = push(player, ball, change);
     }
   }
   return best;
@@ -130,9 +135,9 @@ KickPlan planKick(const WPlayer& player, const WBall& ball, const Vector2d& plac
   KickPlan best = oneKick(player, ball, place, wanted);
   if (best.kicks == 0) return best;
   for (int kicks = 2; kicks <= std::min(maxKicks, MOST_KICKS); ++kicks) {
-    if (std::fabs(best.speed - wanted) <= SAME_SPEED) break;
+    if (std::fabs(best.speed - wanted) <= WORTH_A_KICK) break;
     const KickPlan plan = kickBeside(player, ball, place, wanted, kicks);
-    if (plan.kicks > 0 && isBetter(plan, best, wanted)) best = plan;
+    if (plan.kicks > 0 && costOf(plan, wanted) < costOf(best, wanted)) best = plan;
   }
   return best;
 }

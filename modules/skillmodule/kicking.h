@@ -22,8 +22,9 @@ struct KickPlan {
   Command command;   ///< the first of the kicks
 };
 
-/// The way to kick the ball towards a place with a wanted start speed: the fewest kicks, at most
-/// `maxKicks` (three are the most that are tried), that reach it; else the fastest.
+/// The way to kick the ball towards a place with a wanted start speed, in at most `maxKicks` (three
+/// are the most that are tried): what misses the speed least, where each further kick has to gain a
+/// quarter of a metre per cycle.
 KickPlan planKick(const WPlayer& player, const WBall& ball, const Vector2d& place, double speed,
                   int maxKicks = 3);
 

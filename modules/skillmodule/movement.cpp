@@ -70,8 +70,19 @@ Command dashTo(const WPlayer& player, const Vector2d& place, double reach, doubl
 int cyclesTo(const WPlayer& player, const Vector2d& place, double reach, int limit) {
   WPlayer runner = player;
   for (int cycles = 0; cycles <= limit; ++cycles) {
-    if (runner.distTo(place) <= reach) return cycles;
-    dashTo(runner, place, reach, MAXPOWER).simulate(runner);
+    const double left = runner.distTo(place) - reach;
+    if (left <= 0) return cycles;
+    Command step = dashTo(runner, place, reach, MAXPOWER);
+    // In the mean a turn is wrong by half of what it can be wrong by.
+    if (step.kind == TURN_COMMAND) step.direction *= 1 - 0.5 * PLAYER_RAND;
+    step.simulate(runner);
+    // Nothing new is decided on the next half of the way: this is asked for many players and
+    // places.
+    if (step.kind != DASH_COMMAND) continue;
+    for (double half = 0.5 * left; half > runner.vmax && cycles < limit; half -= runner.vmax) {
+      step.simulate(runner);
+      ++cycles;
+    }
   }
   return NEVER;
 }

@@ -22,8 +22,9 @@ Command turnTo(const WPlayer& player, const Vector2d& point, double tolerance = 
 /// there or drifts there.
 Command dashTo(const WPlayer& player, const Vector2d& place, double reach, double power);
 
-/// In how many cycles `dashTo` at full power brings the player within `reach` of a place; `NEVER`
-/// when that takes more than `limit`.
+/// In how many cycles `dashTo` at full power brings the player within `reach` of a place, with the
+/// server's noise taken at its mean: a long way needs a second turn; `NEVER` when that takes more
+/// than `limit`.
 int cyclesTo(const WPlayer& player, const Vector2d& place, double reach, int limit = 100);
 
 /// The greatest power up to `power` that leaves the stamina above the marks below which effort and
