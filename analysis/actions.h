@@ -1,7 +1,7 @@
 // What each player did at the ball: touches, catches, tackles.
 #pragma once
 
-#include "touches.h"
+#include "inferredtouches.h"
 
 namespace vok::analysis {
 
@@ -14,13 +14,18 @@ struct ActionCounts {
 
 class Actions {
  public:
+  /// Where commands are not counted, a tackle is seen by the state and wins where it touches.
   void frame(const Step& step, const Touches& touches) {
     for (int i = 0; i < PLAYERS; ++i) {
       const FramePlayer& player = step.now.players[i];
       if (!player.there()) continue;
-      const bool tackled =
-          step.before != nullptr && hasRisen(i, COUNT_TACKLE, step.now, *step.before);
-      const bool won = tackled && player.is(STATE_TACKLE) && !player.is(STATE_TACKLE_FAULT);
+      const bool tackled = step.now.counted ? step.before != nullptr &&
+                                                  hasRisen(i, COUNT_TACKLE, step.now, *step.before)
+                                            : beginsTackle(i, step.now, step.before);
+      const bool works = step.now.counted
+                             ? player.is(STATE_TACKLE) && !player.is(STATE_TACKLE_FAULT)
+                             : touches.byCounter.has(i);
+      const bool won = tackled && works;
       if (!tackled && !touches.all.has(i)) continue;
       counts_.in(step.period, [&](ByPlayer<ActionCounts>& all) {
         ActionCounts& counts = all[i];

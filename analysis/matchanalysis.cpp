@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "inferredtouches.h"
+
 namespace vok::analysis {
 
 void MatchAnalysis::start(const MatchRules& rules) {
@@ -61,13 +63,16 @@ void MatchAnalysis::frame(const Frame& frame) {
 }
 
 void MatchAnalysis::play(const Frame& frame) {
-  const bool playBefore = inPlay_;
-  if (!pending_.empty()) inPlay_ = pending_.back().isPlay();
-  const Step step{frame, hasBefore_ ? &before_ : nullptr, inPlay_, playBefore,
+  const bool playBefore = mode_.isPlay();
+  const Call modeBefore = mode_;
+  if (!pending_.empty()) mode_ = pending_.back();
+  const Step step{frame, hasBefore_ ? &before_ : nullptr, mode_.isPlay(), playBefore,
                   periodOf(frame.cycle, rules_)};
   lastCycle_ = frame.cycle;
 
-  const Touches touches = countedTouches(frame, step.before);
+  const Touches touches = frame.counted ? countedTouches(frame, step.before)
+                                        : inferredTouches(step, modeBefore, rules_);
+  inferred_ = inferred_ || !frame.counted;
   actions.frame(step, touches);
   if (step.next() && !touches.all.empty()) touching(step, touches.all);
   for (const Call& call : pending_) announce(call, frame.cycle, !touches.byCatch.empty());

@@ -86,7 +86,7 @@ class MatchAnalysis {
   std::vector<Call> pending_;  ///< announced since the last frame
   Frame before_;
   bool hasBefore_ = false;
-  bool inPlay_ = false;
+  Call mode_;  ///< of the last frame
   bool inferred_ = false;
   bool inShootOut_ = false;
   int lastCycle_ = 0;

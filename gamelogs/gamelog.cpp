@@ -37,11 +37,17 @@ std::string dateOfTimestamp(std::string_view timestamp) {
 }  // namespace
 
 bool GameLog::open(const std::string& name, std::string& error) {
-  *this = GameLog();
-  if (!window_.open(name)) {
-    error = window_.problem();
+  TextWindow window;
+  if (!window.open(name)) {
+    error = window.problem();
     return false;
   }
+  return open(std::move(window), error);
+}
+
+bool GameLog::open(TextWindow window, std::string& error) {
+  *this = GameLog();
+  window_ = std::move(window);
   while (window_.text().find('\n') == std::string_view::npos && window_.more()) {
   }
   if (!begin(firstLine(window_.text()), error)) return false;

@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "loghead.h"
-#include "matchsource.h"
+#include "matchlog.h"
 #include "textlines.h"
 #include "textwindow.h"
 
@@ -18,11 +18,13 @@ namespace vok::gamelogs {
 
 enum class JsonKind;
 
-class GameLog : public analysis::MatchSource {
+class GameLog : public MatchLog {
  public:
   /// Opens a plain or compressed file, or standard input when the name is "-". Returns false, with
   /// the reason in `error`, when it cannot be read or is no game log of a known version.
   bool open(const std::string& name, std::string& error);
+  /// Takes a window at the log's beginning.
+  bool open(TextWindow window, std::string& error);
 
   analysis::Told next() override;
 
@@ -30,12 +32,9 @@ class GameLog : public analysis::MatchSource {
   /// What `next` found when it returned `Told::MESSAGE`.
   const LogMessage& message() const { return message_; }
 
-  /// After the end: the log has its end, its last score, and no line was refused or cut.
-  bool complete() const { return ended_ && scored_ && !cut_ && refused_ == 0; }
-  /// After the end: what was wrong with the text in one sentence, empty when nothing was.
-  std::string remark() const;
-  /// The date of the match as the log has it, YYYYmmddHHMM; empty when it does not tell.
-  std::string date() const;
+  bool complete() const override { return ended_ && scored_ && !cut_ && refused_ == 0; }
+  std::string remark() const override;
+  std::string date() const override;
 
  private:
   bool begin(std::string_view firstLine, std::string& error);

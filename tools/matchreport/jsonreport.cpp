@@ -157,7 +157,8 @@ class Report {
       json_.member("half_time", all_.staminas.of(Period::FIRST_HALF, player).left);
     }
     json_.member("end", table.left).member("minimum", table.least);
-    json_.member("low_cycles", table.lowCycles).member("effort_minimum", table.leastEffort);
+    json_.key("low_cycles").valueOrNull(isAbsent(table.left) ? NONE : table.lowCycles);
+    json_.member("effort_minimum", table.leastEffort);
     json_.member("recovery_minimum", table.leastRecovery).member("capacity", table.capacity);
     json_.endObject();
   }

@@ -1,4 +1,4 @@
-// Tells what happened in matches: numbers from game logs.
+// Tells what happened in matches: numbers from game logs and recordings.
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -24,22 +24,23 @@ struct Options {
 };
 
 tools::Tool commandLine(Options& options) {
-  return {"matchreport",
-          "[options] SOURCE...",
-          "Computes the numbers of matches from game logs (versions 4, 5, 6 and JSON, plain or\n"
-          "compressed) and writes a report of each.\n",
-          {{"SOURCE...", "", "game logs, or folders of them; - is standard input",
-            [&options](const std::string& value) {
-              options.sources.push_back(value);
-              return !value.empty();
-            },
-            true},
-           {"--json", "FILE", "write all numbers as JSON, a match a line; - is standard output",
-            tools::text(options.json)},
-           {"--team", "NAME", "the team whose numbers come first; the left one by default",
-            tools::text(options.team)}},
-          "Exit status: 0; 1 when a source could not be read (the others are reported all the\n"
-          "same) or the output not be written; 2 for a wrong argument.\n"};
+  return {
+      "matchreport",
+      "[options] SOURCE...",
+      "Computes the numbers of matches from game logs (versions 4, 5, 6 and JSON) or recordings\n"
+      "of a coach, plain or compressed, and writes a report of each.\n",
+      {{"SOURCE...", "", "game logs, recordings, or folders of logs; - is standard input",
+        [&options](const std::string& value) {
+          options.sources.push_back(value);
+          return !value.empty();
+        },
+        true},
+       {"--json", "FILE", "write all numbers as JSON, a match a line; - is standard output",
+        tools::text(options.json)},
+       {"--team", "NAME", "the team whose numbers come first; the left one by default",
+        tools::text(options.team)}},
+      "Exit status: 0; 1 when a source could not be read (the others are reported all the\n"
+      "same) or the output not be written; 2 for a wrong argument.\n"};
 }
 
 bool isLog(const std::filesystem::path& path) {

@@ -1,6 +1,6 @@
 #include "matchfile.h"
 
-#include "gamelog.h"
+#include "matchlog.h"
 
 namespace vok::matchreport {
 namespace {
@@ -20,7 +20,7 @@ std::string keyOf(const std::string& date, const analysis::Score& score) {
          teamAndGoals(score, SIDE_RIGHT);
 }
 
-void take(gamelogs::GameLog& log, Match& match, const EachFrame& eachFrame) {
+void take(gamelogs::MatchLog& log, Match& match, const EachFrame& eachFrame) {
   analysis::Call mode;
   bool started = false;
   for (Told told = log.next(); told != Told::END; told = log.next()) {
@@ -41,12 +41,12 @@ void take(gamelogs::GameLog& log, Match& match, const EachFrame& eachFrame) {
 std::unique_ptr<Match> readMatch(const std::string& source, const EachFrame& eachFrame) {
   auto match = std::make_unique<Match>();
   match->source = source;
-  gamelogs::GameLog log;
-  if (!log.open(source, match->error)) return match;
-  take(log, *match, eachFrame);
-  match->complete = log.complete();
-  match->remark = log.remark();
-  match->key = keyOf(log.date(), match->analysis.lastScore());
+  const auto log = gamelogs::openMatchLog(source, match->error);
+  if (!log) return match;
+  take(*log, *match, eachFrame);
+  match->complete = log->complete();
+  match->remark = log->remark();
+  match->key = keyOf(log->date(), match->analysis.lastScore());
   return match;
 }
 

@@ -23,7 +23,7 @@ struct Match {
 /// What somebody else does with each frame of the match and the play mode that holds in it.
 using EachFrame = std::function<void(const analysis::Frame& frame, std::string_view playMode)>;
 
-/// Reads a source: a game log; "-" is standard input.
+/// Reads a source: a game log or a coach's recording; "-" is standard input.
 std::unique_ptr<Match> readMatch(const std::string& source, const EachFrame& eachFrame = {});
 
 }  // namespace vok::matchreport
