@@ -110,10 +110,10 @@ TEST(GameLog, ReadsOnBehindDamageAndSaysWhatItWas) {
       {text.substr(0, end - 1), 71, ""},
       {text.substr(0, end - 3), 71, "it ends in the middle of a line"},
       {text.substr(0, show + 1000), 10, "it ends in the middle of a line"},
-      {with("(show 1 ((b) 0 0 0 0))\n(show\n"), 71, "line 33 is damaged and 1 more of 103"},
+      {with("(show 1 ((b) 0 0 0 0))\n(show\n"), 71, "line 34 is damaged and 1 more of 106"},
       {with("(weather 1070 rain)\n\n(new_line)\n"), 71, ""},
       {with("(msg 1070 1 \"say \")\" and (\")\n"), 71, ""},
-      {with(far + "\n" + far + "\n"), 71, "line 33 is damaged and 1 more of 103"},
+      {with(far + "\n" + far + "\n"), 71, "line 34 is damaged and 1 more of 106"},
       {"ULG\x02rest", 0, "", "is a binary game log of version 2, which is too old to be read"},
       {"ULG9\n", 0, "", "is no game log"},
       {"", 0, "", "is no game log"},
@@ -147,13 +147,14 @@ TEST(GameLog, ReadsTheShortLivedVariantsOfJson) {
 }
 
 TEST(GameLog, OutlivesEveryCutAndFlippedByte) {
+  constexpr std::size_t TRAILER = 8;  // of the packed file, which holds nothing of the log
   for (const char* name : {"log6.rcg.gz", "logjson.rcg.gz"}) {
     std::ifstream file(data(name), std::ios::binary);
     std::stringstream packed;
     packed << file.rdbuf();
     const std::string whole = packed.str();
     GameLog log;
-    for (std::size_t at = 0; at < whole.size(); at += whole.size() / 25) {
+    for (std::size_t at = 0; at < whole.size() - TRAILER; at += whole.size() / 25) {
       const Telling cut = tellText(log, whole.substr(0, at));
       EXPECT_FALSE(cut.error.empty() && log.complete()) << at;
       std::string flipped = whole;

@@ -104,7 +104,7 @@ TEST_F(Situation, PassArrivesWhereNoOpponentIsOnTheWay) {
 }
 
 TEST_F(Situation, PassTakesAsLongAsTheBallRolls) {
-  constexpr std::tuple<double, double, int> ROWS[] = {{0, 1, 0},     {1, 1, 1},      {1.01, 1, 2},
+  constexpr std::tuple<double, double, int> ROWS[] = {{0, 1, 0},   {1, 1, 1},      {1.01, 1, 2},
                                                       {16, 1, 53}, {17, 1, NEVER}, {1, 0, NEVER}};
   for (const auto& [distance, speed, cycles] : ROWS) {
     EXPECT_EQ(PassEval::timeForPass(distance, speed), cycles) << distance;

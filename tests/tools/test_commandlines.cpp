@@ -40,7 +40,7 @@ TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
       {std::string("formationview --out no/such/file ") + SHIPPED_CONFIG,
        "cannot write 'no/such/file'", 2},
       {"formationview " + huge.path, "the formation's values are too large to draw", 1},
-      {"matchreport", "SOURCE is missing", 2},
+      {"matchreport", "SOURCE... is missing", 2},
       {"matchreport --json no/such/file a", "no/such/file cannot be written", 2},
       {"matchreport no/such", "no/such cannot be opened", 1},
       {"practicematch --quiet=1", "--quiet has no value", 2},
