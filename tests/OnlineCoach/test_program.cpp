@@ -150,7 +150,8 @@ TEST(Summary, HasTheFiguresOfTheMatchInEveryEnding) {
     if (!synchronous) continue;
     const std::string longest = line.substr(line.find(time) + time.size());
     EXPECT_TRUE(longest.ends_with(" ms")) << longest;
-    EXPECT_GE(std::stod(longest), 30);
+    // 30 ms pass between the two texts; the coach may be late for the first one.
+    EXPECT_GE(std::stod(longest), 15);
     EXPECT_LT(std::stod(longest), 3000);
   }
 }

@@ -1,6 +1,7 @@
 #include "gamelog.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <sstream>
@@ -43,9 +44,11 @@ Telling tell(GameLog& log, const std::string& file) {
 }
 
 Telling tellText(GameLog& log, const std::string& text) {
-  const std::string file = testing::TempDir() + "gamelog.rcg";
+  const std::string file = testing::TempDir() + "vok-" + std::to_string(getpid()) + ".rcg";
   std::ofstream(file, std::ios::binary) << text;
-  return tell(log, file);
+  Telling told = tell(log, file);
+  std::remove(file.c_str());
+  return told;
 }
 
 TEST(GameLog, ReadsEveryVersionAndWritesItAsVersion6) {
