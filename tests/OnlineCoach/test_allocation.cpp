@@ -83,7 +83,7 @@ TEST_P(Cycle, AllocatesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(Keys, Cycle, testing::Bool());
 
-// A player's, from recorded senses, with its commands in between.
+// A player's, from recorded senses to what its modules answer.
 TEST(PlayerCycle, AllocatesNothing) {
   ASSERT_TRUE(Config::readFile(PLAIN_CONFIG));
   const std::string file =
@@ -97,17 +97,28 @@ TEST(PlayerCycle, AllocatesNothing) {
   Comm comm("Beta", CLIENT_FIELDPLAYER, server, 0, false, 7, 8, SIDE_RIGHT);
   ASSERT_EQ(comm.connect(), COMM_OK);
   Worldmodel world(&comm);
+  TacticalModule tactical(&world, nullptr);
+  const GoalShotEval shots;
+  const PassEval passes(&shots);
+  std::array<char, PlayerMessage::LENGTH + 1> said{};
+  int ratings = 0;
   const StderrCapture errors;
   for (std::size_t i = 3; i < texts.size(); ++i) {
     allocations = 0;
     counting = true;
     comm.receiveText(texts[i].c_str());
-    takeCycle(comm, world);
+    if (takeCycle(comm, world)) {
+      tactical.feedbackWorld();
+      for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n)
+        ratings += passes.ourEvalProp(&world, n).score + shots.otherEval(&world, n).score;
+      tactical.encodeAudio(tactical.determineMessageType(), said.data());
+    }
     counting = false;
     EXPECT_EQ(allocations, 0) << i << texts[i].substr(0, 60);
   }
   EXPECT_LE(world.my.age, 1);
   EXPECT_GT(world.time, 290);
+  EXPECT_GT(ratings, 0);
 }
 
 }  // namespace
