@@ -45,7 +45,7 @@ TEST_F(Situation, ShotGoesWhereTheGoalieIsNot) {
   constexpr std::tuple<double, double, int, int> ROWS[] = {
       {45, 0, 80, 100},   // the corners are too far for the goalie
       {30, 0, 0, 10},     // he is there on time
-      {30, 6, 30, 90},    // but hardly from a corner
+      {30, 6, 30, 95},    // but hardly from a corner
       {45, 30, 95, 100},  // not in the goal
       {-20, 30, 0, 0},    // too far
   };
