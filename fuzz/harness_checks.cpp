@@ -5,12 +5,16 @@
 #include <climits>
 #include <cmath>
 #include <cstdio>
+#include <functional>
 #include <initializer_list>
 #include <numbers>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include "constants.h"
 #include "harness.h"
+#include "worldstream.h"
 
 namespace vok::fuzz {
 
@@ -149,6 +153,32 @@ void checkAction(const WAction& action) {
   anyValueIsFine(command);
 }
 
+/// The world is written and read back, and a text with a wrong character refused.
+void checkStream(const Worldmodel& world) {
+  std::ostringstream text;
+  writeWorld(text, world);
+  const std::string whole = text.str();
+  const auto reads = [](const std::string& from, Worldmodel& into) {
+    std::istringstream in(from);
+    return readWorld(in, into);
+  };
+  Worldmodel other = world;
+  other.time = 0;
+  other.ball = {};
+  if (reads(whole, other)) {
+    std::ostringstream again;
+    writeWorld(again, other);
+    require(again.str() == whole, "a world that was read is the written one");
+  } else {
+    const bool finite = whole.find("inf") == whole.npos && whole.find("nan") == whole.npos;
+    require(!finite, "a finite world can be read back");
+  }
+  std::string damaged = whole;
+  const std::size_t at = std::hash<std::string>{}(whole) % whole.size();
+  damaged[at] = static_cast<char>(damaged[at] ^ 1);
+  require(!reads(damaged, other), "a damaged text is refused");
+}
+
 }  // namespace
 
 void Match::checkWorld() const {
@@ -248,6 +278,7 @@ void Match::checkPlans() const {
 }
 
 void Match::expectGoodCycle() {
+  checkStream(*world());
   const AsyncCommInfo& async = *comm().async;
   const long time = std::max(world()->time, async.getServerTime()) + 1;
   if (time > INT_MAX) return;  // the clock goes no further

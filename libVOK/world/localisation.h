@@ -56,6 +56,12 @@ class Localisation {
   /// they do not tell the place.
   bool look(std::span<const SeenLandmark> marks, double neck);
 
+  /// Calls `visit(state, known)` with all that a localisation holds, for the world's stream form.
+  template <typename Self, typename Visit>
+  static void reveal(Self& self, Visit visit) {
+    visit(self.state_, self.known_);
+  }
+
  private:
   void boundError();
   bool refine(std::span<const SeenLandmark> marks, double neck, int tolerated);
