@@ -12,6 +12,9 @@ void MatchAnalysis::start(const MatchRules& rules) {
   rules_ = rules;
   shots.reserve();
   goals.reserve();
+  dribbles.reserve();
+  recoveries.reserve();
+  entries.reserve();
   setPlays.reserve();
   presences.reserve();
   shootOut.reserve();
@@ -69,6 +72,7 @@ void MatchAnalysis::play(const Frame& frame) {
   const Step step{frame, hasBefore_ ? &before_ : nullptr, mode_.isPlay(), playBefore,
                   periodOf(frame.cycle, rules_)};
   lastCycle_ = frame.cycle;
+  if (!step.standing()) cycles_.in(step.period, [](int& n) { ++n; });
 
   const Touches touches = frame.counted ? countedTouches(frame, step.before)
                                         : inferredTouches(step, modeBefore, rules_);

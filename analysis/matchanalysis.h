@@ -68,6 +68,9 @@ class MatchAnalysis {
   const BySide<int>& goalies() const { return goalies_; }
   const Score& lastScore() const { return score_; }
   const MatchRules& rules() const { return rules_; }
+  /// How many cycles the source shows, without the shoot-out. Servers leave out the one in which a
+  /// half ends.
+  int cycles(Period period) const { return cycles_[period]; }
   /// The last cycle of the match, without the shoot-out; 0 before the first frame.
   int lastCycle() const { return lastCycle_; }
   /// Some touches were inferred from the ball's movement, as the source counts no commands.
@@ -90,6 +93,7 @@ class MatchAnalysis {
   bool inferred_ = false;
   bool inShootOut_ = false;
   int lastCycle_ = 0;
+  ByPeriod<int> cycles_;
   Stretch stretch_;
   BySide<int> goalies_;
 };

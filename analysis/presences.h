@@ -15,6 +15,7 @@ struct Span {
 
 struct TypeFrom {
   int cycle = 0;
+  Period period = Period::FIRST_HALF;
   int type = NONE;
 };
 
@@ -24,11 +25,12 @@ struct Card {
   bool red = false;
 };
 
+/// On the field in a part of the match.
 struct Presence {
   bool ever = false;
-  Span span;                    ///< the first and the last cycle on the field
-  std::vector<Span> away;       ///< the spans in between without the player
-  std::vector<TypeFrom> types;  ///< every entry behind the first is a substitution
+  Span span;               ///< the first and the last cycle on the field
+  std::vector<Span> away;  ///< the spans in between without the player
+  Span open{NONE, NONE};   ///< without the player until now; not yet in between
 };
 
 class Presences {
@@ -36,17 +38,20 @@ class Presences {
   void reserve();
   void frame(const Step& step);
 
-  const Presence& of(int player) const { return presences_[player]; }
+  const Presence& of(Period period, int player) const { return presences_[period][player]; }
+  /// Every entry behind the first is a substitution.
+  const std::vector<TypeFrom>& types(int player) const { return types_[player]; }
   const std::vector<Card>& cards() const { return cards_; }
 
  private:
   static constexpr std::size_t ROOM = 32;  // changes of one player
 
-  void see(int player, const FramePlayer& shown, int cycle);
-  void card(int player, const FramePlayer& shown, int cycle);
+  static void see(Presence& presence, bool there, int cycle);
+  void seeType(int player, const FramePlayer& shown, const Step& step);
+  void seeCards(int player, const FramePlayer& shown, int cycle);
 
-  ByPlayer<Presence> presences_;
-  ByPlayer<Span> open_;  ///< without the player, until the last frame; a first of -1 is none
+  ByPeriod<ByPlayer<Presence>> presences_;
+  ByPlayer<std::vector<TypeFrom>> types_;
   ByPlayer<std::uint32_t> cardsSeen_;
   std::vector<Card> cards_;
 };

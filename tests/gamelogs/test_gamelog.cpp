@@ -129,7 +129,7 @@ TEST(GameLog, ReadsOnBehindDamageAndSaysWhatItWas) {
     EXPECT_EQ(telling.frames, c.frames) << c.remark;
     if (!telling.error.empty()) continue;
     EXPECT_EQ(log.remark(), c.remark);
-    EXPECT_EQ(log.complete(), c.remark.empty()) << c.text.substr(end - 50);
+    EXPECT_EQ(log.complete(), c.remark.empty()) << c.remark;
   }
 }
 

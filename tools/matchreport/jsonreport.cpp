@@ -21,11 +21,7 @@ class Report {
     json_.beginObject();
     writeMatch();
     writeTables(Period::WHOLE);
-    writeShots();
-    writeGoals();
-    writeSetPlays();
     writeShootOut();
-    writeOffences();
     writeHalves();
     json_.endObject();
     return json_.text();
@@ -40,7 +36,7 @@ class Report {
     json_.key("score").beginArray();
     json_.value(score.goals[SIDE_LEFT]).value(score.goals[SIDE_RIGHT]).endArray();
     writePenalties(score);
-    json_.member("cycles", all_.lastCycle());
+    json_.member("cycles", all_.cycles(Period::WHOLE));
     json_.member("play_cycles", all_.possession.playCycles(Period::WHOLE));
     json_.member("complete", match_.complete).member("source", match_.source);
     json_.member("inferred", all_.inferred());
@@ -71,11 +67,28 @@ class Report {
     json_.endArray();
     writeNetwork(period);
     writeTerritory(period);
+    writeShots(period);
+    writeGoals(period);
+    writeSetPlays(period);
+    writeDribbles(period);
+    writeRecoveries(period);
+    writeEntries(period);
+    writeCards(period);
+    writeCalls("fouls", all_.faults, period);
+    writeCalls("offsides", all_.offsides, period);
+    writeSubstitutions(period);
   }
+
+  /// What happened in the period or, of the whole match, at all.
+  static bool isIn(Period period, Period happened) {
+    return period == Period::WHOLE || period == happened;
+  }
+  bool isIn(Period period, int cycle) const { return isIn(period, periodOf(cycle, all_.rules())); }
 
   void writeSide(Period period, playing_side side) {
     const SideCounts counts = sideCounts(all_, period, side);
     json_.key(sideLetter(side)).beginObject();
+    json_.member("goalie", goalieShirt(all_, side));
     json_.member("possession_cycles", all_.possession.cycles(period, side));
     json_.member("possession", all_.possession.share(period, side));
     json_.member("touches", counts.actions.touches);
@@ -145,37 +158,37 @@ class Report {
     json_.key("tackles").beginObject().member("tried", actions.tacklesTried);
     json_.member("won", actions.tacklesWon).endObject();
     writeStamina(period, player);
-    if (period == Period::WHOLE) writePresence(player);
-    writeCells("heat_map", all_.territory.player(period, player));
+    writePresence(period, player);
+    writeCells("heat_map", all_.territory.player(period, player), [](int n) { return n; });
     json_.endObject();
   }
 
   void writeStamina(Period period, int player) {
     const StaminaTable& table = all_.staminas.of(period, player);
     json_.key("stamina").beginObject();
-    if (period == Period::WHOLE) {
-      json_.member("half_time", all_.staminas.of(Period::FIRST_HALF, player).left);
-    }
+    const bool isLater = period == Period::SECOND_HALF || period == Period::EXTRA_TIME;
+    json_.member("half_time", isLater ? ABSENT : all_.staminas.of(Period::FIRST_HALF, player).left);
     json_.member("end", table.left).member("minimum", table.least);
     json_.key("low_cycles").valueOrNull(isAbsent(table.left) ? NONE : table.lowCycles);
-    json_.member("effort_minimum", table.leastEffort);
-    json_.member("recovery_minimum", table.leastRecovery).member("capacity", table.capacity);
+    json_.member("effort", table.leastEffort);
+    json_.member("recovery", table.leastRecovery).member("capacity", table.capacity);
     json_.endObject();
   }
 
-  void writePresence(int player) {
-    const Presence& presence = all_.presences.of(player);
+  void writePresence(Period period, int player) {
     json_.key("types").beginArray();
-    for (const TypeFrom& type : presence.types) {
+    for (const TypeFrom& type : all_.presences.types(player)) {
+      if (!isIn(period, type.period)) continue;
       json_.beginObject().member("from", type.cycle).member("type", type.type).endObject();
     }
     json_.endArray().key("presence");
+    const Presence& presence = all_.presences.of(period, player);
     if (!presence.ever) {
       json_.null();
       return;
     }
     json_.beginObject().member("first", presence.span.first).member("last", presence.span.last);
-    json_.key("away").beginArray();
+    json_.key("absent").beginArray();
     for (const Span& span : presence.away) {
       json_.beginArray().value(span.first).value(span.last).endArray();
     }
@@ -203,19 +216,29 @@ class Report {
       json_.value(cycles == 0 ? ABSENT : static_cast<double>(inThird) / cycles);
     }
     json_.endArray();
-    writeCells("cells", all_.territory.ball(period));
+    writeCells("cells", all_.territory.ball(period),
+               [cycles](int n) { return cycles == 0 ? ABSENT : static_cast<double>(n) / cycles; });
     json_.endObject();
   }
 
-  void writeCells(std::string_view name, const Territory::Cells& cells) {
+  /// A column in x after the other.
+  template <typename Shown>
+  void writeCells(std::string_view name, const Territory::Cells& cells, Shown shown) {
     json_.key(name).beginArray();
-    for (const int cycles : cells) json_.value(cycles);
+    for (std::size_t column = 0; column < Territory::COLUMNS; ++column) {
+      json_.beginArray();
+      for (std::size_t row = 0; row < Territory::ROWS; ++row) {
+        json_.value(shown(cells[column * Territory::ROWS + row]));
+      }
+      json_.endArray();
+    }
     json_.endArray();
   }
 
-  void writeShots() {
+  void writeShots(Period period) {
     json_.key("shots").beginArray();
     for (const Shot& shot : all_.shots.all()) {
+      if (!isIn(period, shot.period)) continue;
       json_.beginObject().member("cycle", shot.cycle);
       writeWho(shot.player);
       json_.member("on_target", shot.onTarget);
@@ -236,24 +259,31 @@ class Report {
     json_.endArray().member("x", touching.place.x).member("y", touching.place.y).endObject();
   }
 
-  void writeGoals() {
+  void writeGoals(Period period) {
     json_.key("goals").beginArray();
     for (const Goal& goal : all_.goals.all()) {
+      if (!isIn(period, goal.period)) continue;
       json_.beginObject().member("cycle", goal.cycle).member("side", sideLetter(goal.side));
       json_.key("number").valueOrNull(shirtOrNone(goal.scorer));
-      json_.member("own", goal.own).key("way").beginArray();
+      json_.member("own", goal.own).key("way").beginObject().key("touchings").beginArray();
       for (int i = 0; i < goal.touchings; ++i) writeTouching(goal.way[static_cast<std::size_t>(i)]);
       json_.endArray().key("set_play");
       writeSetPlayOf(goal);
       json_.key("recovery");
       if (goal.recovery) {
-        writeTouching(*goal.recovery);
+        writeRecovery(*goal.recovery);
       } else {
         json_.null();
       }
-      json_.endObject();
+      json_.endObject().endObject();
     }
     json_.endArray();
+  }
+
+  void writeRecovery(const Touching& recovery) {
+    json_.beginObject().member("cycle", recovery.cycle);
+    writeWho(recovery.player());
+    json_.member("x", recovery.place.x).member("y", recovery.place.y).endObject();
   }
 
   /// The one that led to a goal, if its side took it.
@@ -269,9 +299,10 @@ class Report {
     json_.member("taker", shirtOf(play->taker)).endObject();
   }
 
-  void writeSetPlays() {
+  void writeSetPlays(Period period) {
     json_.key("set_plays").beginArray();
     for (const SetPlay& play : all_.setPlays.all()) {
+      if (!isIn(period, play.period)) continue;
       json_.beginObject().member("cycle", play.cycle).member("side", sideLetter(play.side));
       json_.member("kind", play.kindName()).key("taker").valueOrNull(shirtOrNone(play.taker));
       json_.key("second");
@@ -298,47 +329,82 @@ class Report {
     json_.endArray();
   }
 
-  void writeCalls(std::string_view name, const std::vector<Call>& calls) {
+  void writeDribbles(Period period) {
+    json_.key("dribbles").beginArray();
+    for (const Dribble& dribble : all_.dribbles.all()) {
+      if (!isIn(period, dribble.period)) continue;
+      json_.beginObject().member("cycle", dribble.cycle);
+      writeWho(dribble.player);
+      json_.member("touches", dribble.touchings).endObject();
+    }
+    json_.endArray();
+  }
+
+  void writeRecoveries(Period period) {
+    json_.key("recoveries").beginArray();
+    for (const Touching& recovery : all_.recoveries.all()) {
+      if (isIn(period, recovery.period)) writeRecovery(recovery);
+    }
+    json_.endArray();
+  }
+
+  void writeEntries(Period period) {
+    json_.key("entries").beginArray();
+    for (const Entry& entry : all_.entries.all()) {
+      if (!isIn(period, entry.period)) continue;
+      json_.beginObject().member("cycle", entry.cycle);
+      json_.member("side", sideLetter(entry.side)).endObject();
+    }
+    json_.endArray();
+  }
+
+  void writeCards(Period period) {
+    json_.key("cards").beginArray();
+    for (const Card& card : all_.presences.cards()) {
+      if (!isIn(period, card.cycle)) continue;
+      json_.beginObject().member("cycle", card.cycle);
+      writeWho(card.player);
+      json_.member("card", card.red ? "red" : "yellow").endObject();
+    }
+    json_.endArray();
+  }
+
+  void writeCalls(std::string_view name, const std::vector<Call>& calls, Period period) {
     json_.key(name).beginArray();
     for (const Call& call : calls) {
+      if (!isIn(period, call.cycle)) continue;
       json_.beginObject().member("cycle", call.cycle).member("side", sideLetter(call.side));
       json_.member("kind", kindName(call.kind)).endObject();
     }
     json_.endArray();
   }
 
-  void writeOffences() {
-    json_.key("cards").beginArray();
-    for (const Card& card : all_.presences.cards()) {
-      json_.beginObject().member("cycle", card.cycle);
-      writeWho(card.player);
-      json_.member("card", card.red ? "red" : "yellow").endObject();
-    }
-    json_.endArray();
-    writeCalls("fouls", all_.faults);
-    writeCalls("offsides", all_.offsides);
+  void writeSubstitutions(Period period) {
     json_.key("substitutions").beginArray();
     for (int i = 0; i < PLAYERS; ++i) {
-      const std::vector<TypeFrom>& types = all_.presences.of(i).types;
+      const std::vector<TypeFrom>& types = all_.presences.types(i);
       for (std::size_t n = 1; n < types.size(); ++n) {
+        if (!isIn(period, types[n].period)) continue;
         json_.beginObject().member("cycle", types[n].cycle);
         writeWho(i);
-        json_.member("type", types[n].type).endObject();
+        json_.member("old_type", types[n - 1].type).member("new_type", types[n].type).endObject();
       }
     }
     json_.endArray();
   }
 
   void writeHalves() {
-    json_.key("halves").beginArray();
+    static constexpr std::array NAMES = {"", "first", "second", "extra"};
+    json_.key("by_half").beginObject();
     for (const Period period : {Period::FIRST_HALF, Period::SECOND_HALF, Period::EXTRA_TIME}) {
       if (!hasPeriod(all_, period)) continue;
-      json_.beginObject();
+      json_.key(NAMES[static_cast<std::size_t>(period)]).beginObject();
+      json_.member("cycles", all_.cycles(period));
       json_.member("play_cycles", all_.possession.playCycles(period));
       writeTables(period);
       json_.endObject();
     }
-    json_.endArray();
+    json_.endObject();
   }
 
   const Match& match_;

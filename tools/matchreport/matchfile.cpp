@@ -16,7 +16,7 @@ std::string teamAndGoals(const analysis::Score& score, playing_side side) {
 
 /// As the server names a match's files.
 std::string keyOf(const std::string& date, const analysis::Score& score) {
-  return (date.empty() ? "undated" : date) + "-" + teamAndGoals(score, SIDE_LEFT) + "-vs-" +
+  return (date.empty() ? "undated" : date) + " " + teamAndGoals(score, SIDE_LEFT) + "-vs-" +
          teamAndGoals(score, SIDE_RIGHT);
 }
 

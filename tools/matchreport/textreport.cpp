@@ -243,7 +243,7 @@ class Report {
   void writePlayer(int player) {
     const ActionCounts& actions = all_.actions.of(Period::WHOLE, player);
     const PassCounts& passes = all_.passes.of(Period::WHOLE, player);
-    const std::vector<TypeFrom>& types = all_.presences.of(player).types;
+    const std::vector<TypeFrom>& types = all_.presences.types(player);
     out_ << std::setw(4) << shirtOf(player) << std::setw(9) << actions.touches << std::setw(15)
          << shareOf(passes.completed, passes.tried()) << std::setw(9)
          << all_.dribbles.of(Period::WHOLE, player) << std::setw(8)
@@ -270,7 +270,7 @@ class Report {
   }
 
   std::string complaints(int player) const {
-    const Presence& presence = all_.presences.of(player);
+    const Presence& presence = all_.presences.of(Period::WHOLE, player);
     if (!presence.ever) return "was never on the field";
     std::string text;
     const auto add = [&text](const std::string& more) {
