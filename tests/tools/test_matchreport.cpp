@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -120,6 +121,37 @@ TEST(MatchReport, HasTheNumbersOfTheReference) {
       }
     }
   }
+}
+
+// A folder has its logs and recordings in the order of their names, whoever is ready first; the
+// text log, the player's recording and the coach's one beside a log are none of them.
+TEST(MatchReport, ReadsSeveralMatchesAtOnce) {
+  const std::string folder = testing::TempDir() + "matchreport-" + std::to_string(getpid());
+  runCommand("mkdir " + folder + " && cd " VOK_SOURCE_DIR "/tests/data && cp log*.rcg.gz " +
+             folder + " && cp types_left.txt " + folder +
+             "/log6.coach.txt && cp realtime_left.txt "
+             "player_left_7.txt plain.conf " +
+             folder);
+  const std::string sources = folder + " - log6.rcg.gz <log5.rcg.gz";
+  const auto [status, output] = matchreport("--jobs 1 --json - " + sources);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(matchreport("--jobs 4 --json - " + sources), std::pair(0, output));
+  std::string names;
+  const std::regex name(R"re("key":"([^ ]*)[^"]*","left".*"source":"(/[^"]*/)?([^"]*)")re");
+  for (const std::string& line : lines(output)) {
+    std::smatch found;
+    if (std::regex_search(line.cbegin(), line.cbegin() + 500, found, name))
+      names += found[3].str() + " ";
+  }
+  EXPECT_EQ(names,
+            "log4.rcg.gz log5.rcg.gz log6.rcg.gz logjson.rcg.gz realtime_left.txt - log6.rcg.gz ");
+  EXPECT_NE(output.find("-2\",\"left\""), std::string::npos);
+  const auto [failed, rest] = matchreport("--jobs 3 " + folder + " no/such /dev log4.rcg.gz");
+  EXPECT_EQ(failed, 1);
+  EXPECT_NE(rest.find("matchreport: no/such cannot be opened"), std::string::npos);
+  EXPECT_NE(rest.find("matchreport: /dev holds no game log"), std::string::npos);
+  EXPECT_EQ(lines(rest).back(), lines(matchreport("log4.rcg.gz").second).back());
+  runCommand("rm -r " + folder);
 }
 
 // The kicks, the goal and the foul are those that stand in the logs.

@@ -38,10 +38,12 @@ void take(gamelogs::MatchLog& log, Match& match, const EachFrame& eachFrame) {
 
 }  // namespace
 
-std::unique_ptr<Match> readMatch(const std::string& source, const EachFrame& eachFrame) {
+std::unique_ptr<Match> readMatch(const Source& source, const EachFrame& eachFrame) {
   auto match = std::make_unique<Match>();
-  match->source = source;
-  const auto log = gamelogs::openMatchLog(source, match->error);
+  match->source = source.name;
+  match->error = source.problem;
+  if (!match->isRead()) return match;
+  const auto log = gamelogs::openMatchLog(source.name, match->error);
   if (!log) return match;
   take(*log, *match, eachFrame);
   match->complete = log->complete();

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "matchanalysis.h"
+#include "sources.h"
 
 namespace vok::matchreport {
 
@@ -23,7 +24,7 @@ struct Match {
 /// What somebody else does with each frame of the match and the play mode that holds in it.
 using EachFrame = std::function<void(const analysis::Frame& frame, std::string_view playMode)>;
 
-/// Reads a source: a game log or a coach's recording; "-" is standard input.
-std::unique_ptr<Match> readMatch(const std::string& source, const EachFrame& eachFrame = {});
+/// Reads a source: a game log or a coach's recording.
+std::unique_ptr<Match> readMatch(const Source& source, const EachFrame& eachFrame = {});
 
 }  // namespace vok::matchreport
