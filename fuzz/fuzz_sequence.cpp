@@ -2,25 +2,8 @@
 // three are the check-in, of a player when it gives a number. A first character that opens no
 // datagram tells by its bits which optional keys are on, as 'C' the first two.
 #include <cstdint>
-#include <vector>
 
 #include "harness.h"
-
-namespace {
-
-// More would only take longer.
-constexpr std::size_t MAX_DATAGRAMS = 100;
-
-std::vector<std::string_view> lines(std::string_view text) {
-  std::vector<std::string_view> all;
-  while (!text.empty() && all.size() < MAX_DATAGRAMS) {
-    all.push_back(text.substr(0, text.find('\n')));
-    text.remove_prefix(std::min(all.back().size() + 1, text.size()));
-  }
-  return all;
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using vok::fuzz::Match;
@@ -32,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     input.remove_prefix(1);
   }
   vok::fuzz::setOptionalKeys(keys);
-  const auto texts = lines(input);
+  const auto texts = vok::fuzz::lines(input);
   const bool hasCheckIn = texts.size() >= 3 && texts[0].starts_with("(init");
   const bool checkedIn = hasCheckIn ? match.checkIn(texts[0], texts[1], texts[2])
                                     : match.checkIn(vok::fuzz::INIT_ANSWER, vok::fuzz::SERVER_PARAM,

@@ -95,6 +95,16 @@ void silence() {
   std::atexit([] { std::cerr.rdbuf(nullptr); });
 }
 
+std::vector<std::string_view> lines(std::string_view text) {
+  constexpr std::size_t MAX_LINES = 100;
+  std::vector<std::string_view> all;
+  while (!text.empty() && all.size() < MAX_LINES) {
+    all.push_back(text.substr(0, text.find('\n')));
+    text.remove_prefix(std::min(all.back().size() + 1, text.size()));
+  }
+  return all;
+}
+
 std::string playerType(int id) {
   return "(player_type (id " + std::to_string(id) + ")(player_speed_max 0." +
          std::to_string(3 + id) +
@@ -209,12 +219,33 @@ void Match::runPlayersCycle() {
   nowhere.ensureFailed = false;
   if (!newCycle) return;
   decide();
-  if (comm.getServerTime() % 2 == 0) {
-    comm.sendDash(50);
-  } else {
-    comm.sendTurn(1);
-  }
+  act();
   endCycle(comm);
+}
+
+/// Another command each cycle, so that whatever the next sense tells meets all predictions.
+void Match::act() {
+  Comm& comm = player_->comm;
+  switch (comm.getServerTime() % 7) {
+    case 1:
+      comm.sendTurn(1);
+      break;
+    case 2:
+      comm.sendKick(80, -1);
+      break;
+    case 3:
+      comm.sendMove(-10, 20);
+      break;
+    case 4:
+      comm.sendCatch(0.5);
+      break;
+    case 5:
+      comm.sendTackle(100);
+      break;
+    default:
+      comm.sendDash(50);
+  }
+  comm.sendTurnNeck(0.4);
 }
 
 void Match::takeCommands() {

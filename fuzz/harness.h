@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "support/param_keeper.h"
 #include "textlink.h"
@@ -25,6 +26,9 @@ void require(bool holds, const char* what);
 
 /// From now on what is written to std::cerr is formatted and dropped.
 void silence();
+
+/// The lines of an input. Not more than a hundred: they would only take longer.
+std::vector<std::string_view> lines(std::string_view text);
 
 /// What a server with seven player types says at a check-in.
 extern const char* const INIT_ANSWER;
@@ -72,6 +76,9 @@ class Match {
   /// Only in a coach's match.
   const VokCoach& itsCoach() const { return *coach_; }
 
+  /// Whether a coach plays, and no player.
+  bool isCoach() const { return coach_ != nullptr; }
+
  private:
   /// What plays in a coach's place.
   struct Player {
@@ -86,7 +93,6 @@ class Match {
   };
 
   Match();
-  bool isCoach() const { return coach_ != nullptr; }
   Comm& comm() const { return isCoach() ? *coach_->comm : player_->comm; }
   const std::unique_ptr<Worldmodel>& world() const {
     return isCoach() ? coach_->world : player_->world;
@@ -94,10 +100,12 @@ class Match {
   void endMatch();
   void runCycle();
   void runPlayersCycle();
+  void act();
   /// Everything that a player asks its modules, and that the answers make sense.
   void decide();
   void checkWorld() const;
   void checkPlans() const;
+  void checkPlayersSight() const;
   void checkView(long time) const;
   void expectGoodSenses(long time);
   void expectGoodMessage(long time);

@@ -239,7 +239,28 @@ void Match::checkWorld() const {
                  kickCount, dashCount, turnCount, sayCount, turnNeckCount, catchCount, moveCount,
                  changeViewCount, tackleCount, pointToCount, attentionToCount, viewWidth,
                  viewQuality, heard, heardCount, oldBallRelpos, waitForSenseBody);
-  if (isCoach()) checkPlans();
+  if (isCoach()) {
+    checkPlans();
+  } else {
+    checkPlayersSight();
+  }
+}
+
+/// All that a player's world predicts stays near the field, metres, and slow, metres per cycle,
+/// whatever it was told, and also what was never seen. A global view, which no server sends a
+/// player, makes it a coach's world.
+void Match::checkPlayersSight() const {
+  const Worldmodel& now = *player_->world;
+  if (now.my.number == 0) return;
+  const auto check = [](const WMovedObject& object) {
+    require(object.pos.getLength() < 2000 && object.v.getLength() < 20, "nothing flies away");
+  };
+  check(now.my);
+  check(now.ball);
+  for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+    check(now.ourTeam[n]);
+    check(now.otherTeam[n]);
+  }
 }
 
 void Match::decide() {
