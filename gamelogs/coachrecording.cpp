@@ -13,12 +13,14 @@ bool CoachRecording::open(TextWindow window, std::string& error) {
   window_ = std::move(window);
   std::string_view line;
   bool cut = false;
-  ++line_;
-  if (!window_.line(line, cut) || !readLine(line) || side_ == SIDE_UNKNOWN) {
-    error = "is no recording of a coach: it does not begin with the answer to a check-in";
-    return false;
-  }
-  return true;
+  // What the coach sent comes first in its own recording.
+  do {
+    ++line_;
+    if (!window_.line(line, cut) || !readLine(line)) break;
+  } while (recorded_.sent());
+  if (side_ != SIDE_UNKNOWN) return true;
+  error = "is no recording of a coach: it does not begin with the answer to a check-in";
+  return false;
 }
 
 Told CoachRecording::next() {
@@ -43,12 +45,9 @@ Told CoachRecording::next() {
 }
 
 bool CoachRecording::readLine(std::string_view line) {
-  Scanner in(line);
-  double milliseconds = 0;
-  if (!in.real(milliseconds) || !in.literal('\t')) return false;
-  if (in.startsWith(">\t")) return true;
-  in.literal("<\t");
-  std::string_view text = in.rest();
+  if (!recorded_.read(line)) return false;
+  if (recorded_.sent()) return true;
+  std::string_view text = recorded_.text;
   while (!text.empty() && (text.back() == '\0' || text.back() == '\r')) text.remove_suffix(1);
   return readText(text);
 }

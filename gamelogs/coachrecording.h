@@ -1,9 +1,8 @@
 // What a simulator server sent to a coach, as a match.
 //
-// A line has milliseconds, a tab and the server's text; a recording of the coach's own has a column
-// "<" or ">" between, and what the coach sent is skipped. Such a source knows no counters, no
-// stamina and no types of the opponents; of the states it knows who is on the field, who is goalie,
-// who tackles, who caught the ball and who saw a card.
+// What the coach sent is skipped. Such a source knows no counters, no stamina and no types of the
+// opponents; of the states it knows who is on the field, who is goalie, who tackles, who caught the
+// ball and who saw a card.
 #pragma once
 
 #include <optional>
@@ -11,6 +10,7 @@
 #include "Parser.h"
 #include "loghead.h"
 #include "matchlog.h"
+#include "recordline.h"
 #include "textwindow.h"
 
 namespace vok::gamelogs {
@@ -39,6 +39,7 @@ class CoachRecording : public MatchLog {
   void fill(const ExactPlayer& seen);
 
   TextWindow window_;
+  RecordLine recorded_;
   LogHead head_;
   playing_side side_ = SIDE_UNKNOWN;  ///< the coach's
   std::optional<Parser> parser_;      ///< once the teams are known

@@ -6,6 +6,7 @@
 
 #include "Config.h"
 #include "cycleloop.h"
+#include "matchrecorder.h"
 #include "stopsignals.h"
 
 namespace vok {
@@ -30,6 +31,13 @@ void readConfig(const char* fileName) {
   std::exit(-1);
 }
 
+/// The recording of the match; null without "record_file". Not a member of the coach, so that it is
+/// completed, too, when std::exit ends the program.
+std::unique_ptr<MatchRecorder>& matchRecorder() {
+  static std::unique_ptr<MatchRecorder> theRecorder;
+  return theRecorder;
+}
+
 }  // namespace
 
 Onlinecoach::Onlinecoach(const char* team, const char* host, int port, const char* agentConfFile,
@@ -48,8 +56,13 @@ Onlinecoach::Onlinecoach(const char* team, Link& link, const char* agentConfFile
 
 void Onlinecoach::checkIn() {
   wantsSummary = Config::getOptionalInt("summary", 0) == 1;
+  if (const std::string file = Config::getOptionalText("record_file", ""); !file.empty()) {
+    matchRecorder() = std::make_unique<MatchRecorder>(file);
+    comm->record(*matchRecorder());
+  }
   const comm_error result = comm->isServerAlive() ? comm->connect() : COMM_ERROR;
   if (result == COMM_OK) {
+    if (matchRecorder() != nullptr) matchRecorder()->start();
     world = std::make_unique<Worldmodel>(comm.get());
   } else {
     std::cerr << CHECKIN_MESSAGES[result] << "\n";
@@ -59,6 +72,7 @@ void Onlinecoach::checkIn() {
 Onlinecoach::~Onlinecoach() {
   world.reset();
   comm.reset();
+  matchRecorder().reset();
 }
 
 void Onlinecoach::coach() {

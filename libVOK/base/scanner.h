@@ -35,6 +35,13 @@ constexpr bool isLetter(char c) {
   return isLower(c) || (c >= 'A' && c <= 'Z');
 }
 
+/// A text without the white space around it.
+inline std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
 /// A text up to its first line end, for diagnostics: a text from outside must not add lines to
 /// them.
 inline std::string_view firstLine(std::string_view text) {

@@ -155,6 +155,14 @@ int Config::getOptionalInt(const char* key, int fallback) {
   return requireInt(key, value, Scanner(value));
 }
 
+std::string Config::getOptionalText(const char* key, const char* fallback) {
+  assert(key);
+  tell(key, ConfigRequest::TEXT, -1, true);
+  const auto entry = entries().find(std::string_view(key));
+  if (entry == entries().end()) return fallback;
+  return std::string(trimmed(entry->second));
+}
+
 double Config::getValueAsDoubleFromList(const char* key, int index) {
   tell(key, ConfigRequest::REAL, index, false);
   const char* value = requireValue(key);

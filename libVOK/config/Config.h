@@ -14,7 +14,7 @@ namespace vok {
 
 /// A typed request for a value.
 struct ConfigRequest {
-  enum Kind { INTEGER, REAL, VECTOR };
+  enum Kind { INTEGER, REAL, VECTOR, TEXT };
 
   const char* key;
   Kind kind;
@@ -54,6 +54,8 @@ class Config {
   static int getValueAsInt(const char* key);
   /// A key that may be missing, without a line about it: then the value is `fallback`.
   static int getOptionalInt(const char* key, int fallback);
+  /// The same for a text, without the blanks around it.
+  static std::string getOptionalText(const char* key, const char* fallback);
   /// Element `index` (from 0) of a comma-separated list.
   static double getValueAsDoubleFromList(const char* key, int index);
   static int getValueAsIntFromList(const char* key, int index);

@@ -13,6 +13,7 @@
 #include "constants.h"
 #include "playmodes.h"
 #include "printable.h"
+#include "recordedlink.h"
 #include "scanner.h"
 #include "stopsignals.h"
 
@@ -84,6 +85,12 @@ void Comm::createParts(const char* teamname, int clangMinVer, int clangMaxVer) {
   store = std::make_unique<SensorDataStore>();
   audiomgr =
       std::make_unique<AudioMgr>(UINT_MAX, false, AudioMsg::DEFAULT_MSG_PREFIX, MSG_QUEUE_SIZE);
+}
+
+void Comm::record(MatchRecorder& recorder) {
+  if (link_ == nullptr) return;
+  recorded_ = std::make_unique<RecordedLink>(*link_, recorder);
+  link_ = recorded_.get();
 }
 
 Comm::~Comm() {

@@ -28,6 +28,8 @@ enum comm_error {
   COMM_ERROR_PARSE = 6
 };
 
+class MatchRecorder;
+
 /// Owns the socket (but not another link), the parser, the queue of records, the cycle timing and
 /// the say-message manager. Exactly one may exist in a process; a second construction ends it.
 /// Faults are reported on standard error and never thrown to the caller.
@@ -45,6 +47,10 @@ class Comm {
   ~Comm();
   Comm(const Comm&) = delete;
   Comm& operator=(const Comm&) = delete;
+
+  /// Has everything recorded that is received and sent from now on. `recorder` is used up to the
+  /// end of the destructor.
+  void record(MatchRecorder& recorder);
 
   /// Checks in at the server, one attempt. Once, and only when `isServerAlive`.
   comm_error connect();
@@ -164,7 +170,8 @@ class Comm {
   std::ostream& commError() const;
   std::ostream& timedCommError() const;
 
-  Link* link_ = nullptr;  ///< the socket or what is used instead; null when there is none
+  Link* link_ = nullptr;            ///< the socket or what is used instead; null when there is none
+  std::unique_ptr<Link> recorded_;  ///< between the client and that, with a recorder
 
   /// When the server is taken for dead if nothing comes until then.
   std::optional<std::chrono::steady_clock::time_point> silenceEnds_;

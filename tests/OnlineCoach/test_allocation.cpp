@@ -9,6 +9,7 @@
 
 #include "Config.h"
 #include "cycleloop.h"
+#include "matchrecorder.h"
 #include "support/coach.h"
 
 namespace {
@@ -82,6 +83,17 @@ TEST_P(Cycle, AllocatesNothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Keys, Cycle, testing::Bool());
+
+TEST(Recording, AllocatesNothing) {
+  MatchRecorder recorder("/dev/null");
+  recorder.start();
+  const std::string text = view(7) + "\n";
+  allocations = 0;
+  counting = true;
+  for (int i = 0; i < 3000; ++i) recorder.received(text);
+  counting = false;
+  EXPECT_EQ(allocations, 0);
+}
 
 // A player's, from recorded senses to what its modules answer.
 TEST(PlayerCycle, AllocatesNothing) {

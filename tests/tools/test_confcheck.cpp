@@ -25,7 +25,7 @@ void expectFindings(const std::string& begin, const std::string& text, const Lin
     expected += changed.path + (found[0] == '-' ? "" : line) + ": " + what + "\n";
   }
   expected += changed.path + (findings.empty()
-                                  ? ": all is well with its 211 keys\n"
+                                  ? ": all is well with its 212 keys\n"
                                   : ": " + std::to_string(findings.size()) + " found, of which " +
                                         std::to_string(fatal) + " end the coach\n");
   EXPECT_EQ(runCommand(CONFCHECK + changed.path), std::pair(findings.empty() ? 0 : 1, expected));
@@ -88,7 +88,8 @@ TEST(Confcheck, ListsTheKeysAndWhatIsReadFromEach) {
   const std::string keys = runCommand(CONFCHECK + "--keys").second;
   for (const auto& [kind, times] : {std::pair("list of 5, each a whole number", 24U),
                                     {"whole number", 32U},
-                                    {"whole number, optional", 6U}})
+                                    {"whole number, optional", 6U},
+                                    {"text, optional", 1U}})
     EXPECT_EQ(count(keys, std::string(": ") + kind + "\n"), times) << kind;
 }
 

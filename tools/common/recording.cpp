@@ -1,35 +1,26 @@
 #include "recording.h"
 
-#include <charconv>
 #include <string_view>
+
+#include "recordline.h"
 
 namespace vok::tools {
 
-namespace {
-
-bool readLine(std::string_view line, RecordedText& entry) {
-  const std::size_t tab = line.find('\t');
-  if (tab == std::string_view::npos) return false;
-  const auto [end, error] = std::from_chars(line.data(), line.data() + tab, entry.milliseconds);
-  if (error != std::errc() || end != line.data() + tab) return false;
-  if (!(entry.milliseconds >= 0 && entry.milliseconds < 1e12)) return false;
-  entry.text = line.substr(tab + 1);
-  return true;
-}
-
-}  // namespace
-
 bool Recording::read(std::istream& in, std::string& error) {
   texts.clear();
-  std::string line;
-  while (std::getline(in, line)) {
-    RecordedText entry;
-    if (!readLine(line, entry)) {
-      error = "line " + std::to_string(texts.size() + 1) +
-              " is not \"MILLISECONDS<tab>TEXT\" (is it still compressed?)";
+  RecordLine read;
+  int number = 0;
+  for (std::string line; std::getline(in, line);) {
+    ++number;
+    if (!read.read(line)) {
+      // Where the one who wrote it was killed, the last line may be cut.
+      if (in.eof() && !texts.empty()) break;
+      error = "line " + std::to_string(number) +
+              " is not \"MILLISECONDS<tab>TEXT\", with \"<<tab>\" or \"><tab>\" before the text "
+              "or without (is it still compressed?)";
       return false;
     }
-    texts.push_back(std::move(entry));
+    if (!read.sent()) texts.push_back({read.milliseconds, std::string(read.text)});
   }
   if (!texts.empty() && texts.front().text.starts_with("(init ")) return true;
   error = in.bad() ? "cannot be read" : "it does not begin with the answer to a check-in";

@@ -16,8 +16,9 @@ struct RecordedText {
 struct Recording {
   std::vector<RecordedText> texts;
 
-  /// Reads lines of a time in milliseconds, a tab and a text. Returns false, with the reason in
-  /// `error`, when a line has another form or the recording does not begin with a check-in.
+  /// Reads the lines of a recording (see recordline.h), but for what the coach sent. Returns false,
+  /// with the reason in `error`, when a line has another form or the recording does not begin with
+  /// the answer to a check-in.
   bool read(std::istream& in, std::string& error);
 
   /// Whether the server waited for the coach in each cycle.

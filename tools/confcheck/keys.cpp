@@ -30,7 +30,7 @@ class Listener : public ConfigObserver {
     }
     key->values = std::max(key->values, request.index + 1);
     const int numbers = request.kind == ConfigRequest::VECTOR ? 2 : key->values;
-    std::string value = "0";
+    std::string value = request.kind == ConfigRequest::TEXT ? "" : "0";
     for (int i = 1; i < numbers; ++i) value += ",0";
     setEntry(request.key, value.c_str());
   }

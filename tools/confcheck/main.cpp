@@ -52,7 +52,7 @@ class Silence {
 };
 
 void print(const Keys& keys) {
-  constexpr std::array<const char*, 3> KINDS = {"whole number", "number", "two numbers"};
+  constexpr std::array<const char*, 4> KINDS = {"whole number", "number", "two numbers", "text"};
   for (const Key& key : keys) {
     std::cout << key.name << ": ";
     if (key.values > 0) std::cout << "list of " << key.values << ", each a ";

@@ -2,19 +2,11 @@
 
 #include <sstream>
 
+#include "recordline.h"
+
 namespace vok::seecheck {
 
 namespace {
-
-bool readText(const std::string& line, PlayerRecording::Text& entry) {
-  const std::size_t first = line.find('\t');
-  if (first == std::string::npos || first == 0 || line.size() < first + 3) return false;
-  if (line.find_first_not_of("0123456789.") != first || line[first + 2] != '\t') return false;
-  const char arrow = line[first + 1];
-  entry.sent = arrow == '>';
-  entry.text = line.substr(first + 3);
-  return arrow == '>' || arrow == '<';
-}
 
 void turnHalf(Vector2d& v) {
   v = -v;
@@ -28,13 +20,14 @@ void turnHalf(double& direction) {
 
 bool PlayerRecording::read(std::istream& in, std::string& error) {
   texts.clear();
+  RecordLine read;
   for (std::string line; std::getline(in, line);) {
-    Text entry;
-    if (!readText(line, entry)) {
+    if (!read.read(line) || read.direction == '\0') {
       error = "line " + std::to_string(texts.size() + 1) +
               " is not \"MILLISECONDS<tab><|><tab>TEXT\" (is it still compressed?)";
       return false;
     }
+    Text entry{read.sent(), std::string(read.text)};
     if (entry.sent && team.empty() && entry.text.starts_with("(init ")) {
       team = entry.text.substr(6, entry.text.find_first_of(" )", 6) - 6);
       goalie = entry.text.find("(goalie)") != std::string::npos;

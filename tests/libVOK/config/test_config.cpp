@@ -47,9 +47,11 @@ TEST(Config, ReportsLinesInErrorAndReadsOn) {
 }
 
 TEST(Config, ConvertsTheLongestValidPrefix) {
-  EXPECT_EQ(read("int = 12abc\nreal = 3.5\nblanks = -1 , 2e1 tail\nlist=1, +2.5,x, 4\n"), "");
+  EXPECT_EQ(read("int = 12abc\nreal = 3.5\nblanks = -1 , 2e1 tail\t \nlist=1, +2.5,x, 4\n"), "");
   EXPECT_EQ(Config::getOptionalInt("int", 3) + Config::getValueAsInt("real"), 12 + 3);
   EXPECT_EQ(Config::getOptionalInt("nowhere", 3), 3);
+  EXPECT_EQ(Config::getOptionalText("blanks", "x") + Config::getOptionalText("nowhere", "x"),
+            "-1 , 2e1 tailx");
   EXPECT_EQ(Config::getValueAsVector("blanks"), Vector2d(-1, 20));
   EXPECT_EQ(Config::getValueAsDoubleFromList("list", 1), 2.5);
   EXPECT_EQ(Config::getValueAsIntFromList("list", 3), 4);
