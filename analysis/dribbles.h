@@ -16,6 +16,8 @@ struct Dribble {
   Period period = Period::FIRST_HALF;
   int player = NONE;
   int touchings = 0;
+  Vector2d place;  ///< of the first touching
+  Vector2d toPlace;
 };
 
 class Dribbles {
@@ -38,7 +40,8 @@ class Dribbles {
     constexpr double LEAST_LENGTH = 2;  // metres
     if (touchings_ > 1 && distance(first_.place, last_) >= LEAST_LENGTH) {
       counts_.in(first_.period, [this](ByPlayer<int>& n) { ++n[first_.player()]; });
-      dribbles_.push_back({first_.cycle, first_.period, first_.player(), touchings_});
+      dribbles_.push_back(
+          {first_.cycle, first_.period, first_.player(), touchings_, first_.place, last_});
     }
     touchings_ = 0;
   }

@@ -8,16 +8,19 @@ namespace vok::analysis {
 
 void MatchAnalysis::start(const MatchRules& rules) {
   constexpr std::size_t ROOM = 512;
+  constexpr std::size_t TOUCHINGS = 8192;
   *this = MatchAnalysis();
   rules_ = rules;
   shots.reserve();
   goals.reserve();
+  passes.reserve();
   dribbles.reserve();
   recoveries.reserve();
   entries.reserve();
   setPlays.reserve();
   presences.reserve();
   shootOut.reserve();
+  touchings.reserve(TOUCHINGS);
   faults.reserve(ROOM);
   offsides.reserve(ROOM);
   pending_.reserve(ROOM);
@@ -99,6 +102,7 @@ void MatchAnalysis::touching(const Step& step, PlayerSet players) {
   now.players = players;
   now.place = step.before->ball;
   shots.touching(now, step.now, rules_);
+  touchings.push_back(now);
 
   const Touching* const before = stretch_.last();
   possession.touching(now);

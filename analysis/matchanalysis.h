@@ -61,6 +61,7 @@ class MatchAnalysis {
   Territory territory;
   SetPlays setPlays;
   ShootOut shootOut;
+  std::vector<Touching> touchings;  ///< all of the match
   std::vector<Call> faults;
   std::vector<Call> offsides;
 

@@ -26,7 +26,10 @@ void Passes::touching(const Touching* before, const Touching& now) {
   const int from = before->player();
   const int to = now.player();
   if (from == to || !(distance(before->place, now.place) >= LEAST_LENGTH)) return;
-  if (sideOf(from) != sideOf(to)) {
+  const bool completed = sideOf(from) == sideOf(to);
+  passes_.push_back({before->cycle, before->period, from, to, before->place, now.place,
+                     completed ? PassResult::COMPLETED : PassResult::INTERCEPTED});
+  if (!completed) {
     counts_.in(before->period, [from](auto& counts) { ++counts[from].intercepted; });
     return;
   }
@@ -40,6 +43,8 @@ void Passes::interruption(const Touching* last, const Call& call) {
   if (last == nullptr || !last->isSingle() || last->shot != NONE) return;
   const int from = last->player();
   if (!endsPassOf(sideOf(from), call)) return;
+  passes_.push_back(
+      {last->cycle, last->period, from, NONE, last->place, last->place, PassResult::OUT});
   counts_.in(last->period, [from](auto& counts) { ++counts[from].out; });
 }
 

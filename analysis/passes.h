@@ -6,6 +6,8 @@
 // other side takes the kick, or when the own side's offside is called.
 #pragma once
 
+#include <vector>
+
 #include "calls.h"
 #include "touches.h"
 
@@ -19,8 +21,22 @@ struct PassCounts {
   int tried() const { return completed + intercepted + out; }
 };
 
+enum class PassResult { COMPLETED, INTERCEPTED, OUT };
+
+struct Pass {
+  int cycle = 0;
+  Period period = Period::FIRST_HALF;
+  int from = NONE;
+  int to = NONE;  ///< who touched the ball next, of either side; nobody where it went out
+  Vector2d place;
+  Vector2d toPlace;  ///< of the next touching; of a ball that went out the same place
+  PassResult result = PassResult::OUT;
+};
+
 class Passes {
  public:
+  void reserve() { passes_.reserve(ROOM); }
+
   /// The touching and the one before it in the stretch, null without one.
   void touching(const Touching* before, const Touching& now);
   /// The last touching of the stretch that the call ends, null without one.
@@ -31,8 +47,12 @@ class Passes {
   int between(Period period, int from, int to) const {
     return network_[period][from][static_cast<std::size_t>(shirtOf(to) - 1)];
   }
+  const std::vector<Pass>& all() const { return passes_; }
 
  private:
+  static constexpr std::size_t ROOM = 4096;
+
+  std::vector<Pass> passes_;
   ByPeriod<ByPlayer<PassCounts>> counts_;
   ByPeriod<ByPlayer<std::array<int, LAST_SHIRT>>> network_;
 };

@@ -45,7 +45,8 @@ void Shots::touching(Touching& now, const Frame& after, const MatchRules& rules)
 
   now.shot = open_ = static_cast<int>(shots_.size());
   now.shooter = now.player();
-  shots_.push_back({now.cycle, now.period, now.player(), std::abs(at.y) < post, false, {}});
+  shots_.push_back(
+      {now.cycle, now.period, now.player(), now.place, std::abs(at.y) < post, false, {}});
 }
 
 void Shots::scored(int shot) {
@@ -57,7 +58,7 @@ void Shots::scoredBy(Touching& last, int player) {
   if (last.shot == NONE) {
     last.shot = static_cast<int>(shots_.size());
     last.shooter = player;
-    shots_.push_back({last.cycle, last.period, player, true, true, {}});
+    shots_.push_back({last.cycle, last.period, player, last.place, true, true, {}});
   }
   scored(last.shot);
 }

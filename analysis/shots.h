@@ -17,6 +17,7 @@ struct Shot {
   int cycle = 0;
   Period period = Period::FIRST_HALF;
   int player = NONE;
+  Vector2d place;  ///< from where
   bool onTarget = false;
   bool goal = false;
   PlayerSet next;  ///< of the next touching before an interruption; empty without one

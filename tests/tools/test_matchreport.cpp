@@ -154,6 +154,51 @@ TEST(MatchReport, ReadsSeveralMatchesAtOnce) {
   runCommand("rm -r " + folder);
 }
 
+// The tables have the columns of the page, whatever is in a team's name.
+TEST(MatchReport, WritesTheTablesThatThePageDescribes) {
+  const std::string folder = testing::TempDir() + "csv-" + std::to_string(getpid());
+  const std::string quoted = "zcat log5.rcg.gz | sed 's/ Beta / B,\"a /' | ";
+  const std::string run = quoted + VOK_BIN_DIR "/matchreport --jobs 2 --csv " + folder;
+  EXPECT_EQ(runCommand("cd " VOK_SOURCE_DIR "/tests/data; " + run + " log4.rcg.gz -"),
+            std::pair(0, std::string()));
+  std::string page = runCommand("cat " VOK_SOURCE_DIR "/docs/match-report.md").second;
+  page = page.substr(page.find("```columns\n") + 11);
+  page = std::regex_replace(page.substr(0, page.find("```")), std::regex("\n  "), " ");
+  const std::regex inQuotes("\"[^,]*,[^,]*\",");
+  std::map<std::string, std::size_t> rowsOf;
+  std::string all;
+  for (const std::string& table : lines(page)) {
+    const std::string name = table.substr(0, table.find(':'));
+    const std::string text = runCommand("cat " + folder + "/" + name).second;
+    const auto rows = lines(text);
+    std::string header = table.substr(table.find(':') + 2);
+    std::replace(header.begin(), header.end(), ' ', ',');
+    ASSERT_FALSE(rows.empty()) << name;
+    EXPECT_EQ(rows[0], header);
+    EXPECT_TRUE(rows.back().starts_with(R"("202611211519 Alpha_0-vs-B,""a_0",)")) << rows.back();
+    for (const std::string& row : rows) {
+      const std::string plain = std::regex_replace(row, inQuotes, "x,");
+      EXPECT_EQ(std::count(plain.begin(), plain.end(), ','),
+                std::count(header.begin(), header.end(), ','))
+          << row;
+    }
+    rowsOf[name] = rows.size() - 1;
+    all += text;
+  }
+  EXPECT_EQ(rowsOf["tracking.csv"], 23U * (65 + 47));
+  EXPECT_EQ(rowsOf["players.csv"], 2U * 3 * 22);
+  // As they stand in the log, and what led to its goal.
+  for (const char* const row :
+       {",506,0,play_on,ball,,-42.529,10.0088,-2.0712,-0.8891,,,,\n",
+        ",506,0,play_on,l,3,-40.1926,8.0159,-0.0738,0.0125,91.938,-50,2,7920.78\n",
+        ",506,second,shot,on_target,r,9,-40.3255,10.9546,,,,,goal\n",
+        ",512,second,goal,,r,9,,,,,,,\n"}) {
+    EXPECT_NE(all.find("\n202611211519 Alpha_0-vs-Beta_1" + std::string(row)), std::string::npos)
+        << row;
+  }
+  runCommand("rm -r " + folder);
+}
+
 // The kicks, the goal and the foul are those that stand in the logs.
 TEST(MatchReport, FindsWhatHappenedInTheLogs) {
   const std::string json = matchreport("--json - log4.rcg.gz log5.rcg.gz").second;

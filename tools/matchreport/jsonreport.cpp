@@ -394,11 +394,10 @@ class Report {
   }
 
   void writeHalves() {
-    static constexpr std::array NAMES = {"", "first", "second", "extra"};
     json_.key("by_half").beginObject();
     for (const Period period : {Period::FIRST_HALF, Period::SECOND_HALF, Period::EXTRA_TIME}) {
       if (!hasPeriod(all_, period)) continue;
-      json_.key(NAMES[static_cast<std::size_t>(period)]).beginObject();
+      json_.key(periodName(period)).beginObject();
       json_.member("cycles", all_.cycles(period));
       json_.member("play_cycles", all_.possession.playCycles(period));
       writeTables(period);

@@ -48,7 +48,8 @@ std::unique_ptr<Match> readMatch(const Source& source, const EachFrame& eachFram
   take(*log, *match, eachFrame);
   match->complete = log->complete();
   match->remark = log->remark();
-  match->key = keyOf(log->date(), match->analysis.lastScore());
+  match->date = log->date();
+  match->key = keyOf(match->date, match->analysis.lastScore());
   return match;
 }
 

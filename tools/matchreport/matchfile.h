@@ -13,6 +13,7 @@ namespace vok::matchreport {
 struct Match {
   std::string source;  ///< the name on the command line
   std::string key;     ///< date, teams and score
+  std::string date;    ///< YYYYmmddHHMM; empty when the source does not tell
   std::string remark;  ///< what was wrong with the source, in a sentence; empty when nothing was
   std::string error;   ///< why it could not be read; empty when it was
   bool complete = false;

@@ -19,6 +19,8 @@ tools::Tool commandLine(Options& options) {
         true},
        {"--json", "FILE", "write all numbers as JSON, a match a line; - is standard output",
         tools::text(options.json)},
+       {"--csv", "DIR", "write tables of comma-separated values into this folder, which is made",
+        tools::text(options.csv)},
        {"--team", "NAME", "the team whose numbers come first; the left one by default",
         tools::text(options.team)},
        {"--jobs", "N", "read up to N matches at once, 1 to 256; 1 by default",

@@ -12,6 +12,7 @@ struct Options {
 
   std::vector<std::string> sources;
   std::string json;
+  std::string csv;
   std::string team;
   int jobs = 1;
 };

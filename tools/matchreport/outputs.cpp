@@ -3,6 +3,7 @@
 #include <fstream>
 #include <iostream>
 
+#include "csvoutput.h"
 #include "jsonreport.h"
 #include "textreport.h"
 
@@ -61,6 +62,11 @@ Outputs outputsOf(const Options& options, std::string& error) {
     auto json = std::make_unique<JsonOutput>();
     if (!json->open(options.json)) error = options.json + " cannot be written";
     outputs.push_back(std::move(json));
+  }
+  if (!options.csv.empty()) {
+    auto csv = std::make_unique<CsvOutput>();
+    if (!csv->open(options.csv)) error = options.csv + " cannot be written";
+    outputs.push_back(std::move(csv));
   }
   if (outputs.empty()) outputs.push_back(std::make_unique<TextOutput>(options.team));
   return outputs;

@@ -66,6 +66,26 @@ std::string_view resultName(KickResult result) {
   return result == KickResult::GOAL ? "goal" : "miss";
 }
 
+std::string_view resultName(PassResult result) {
+  if (result == PassResult::OUT) return "out";
+  return result == PassResult::COMPLETED ? "completed" : "intercepted";
+}
+
+std::string_view periodName(Period period) {
+  static constexpr std::array<std::string_view, ALL_PERIODS.size()> NAMES = {"match", "first",
+                                                                             "second", "extra"};
+  return NAMES[static_cast<std::size_t>(period)];
+}
+
+int goalsIn(const MatchAnalysis& match, Period period, playing_side side) {
+  if (period == Period::WHOLE) return match.lastScore().goals[side];
+  int goals = 0;
+  for (const Goal& goal : match.goals.all()) {
+    goals += goal.side == side && goal.period == period ? 1 : 0;
+  }
+  return goals;
+}
+
 bool hasPeriod(const MatchAnalysis& match, Period period) {
   if (period == Period::WHOLE) return true;
   return match.lastCycle() > 0 && periodOf(match.lastCycle(), match.rules()) >= period;

@@ -38,6 +38,13 @@ std::string_view outcomeName(analysis::ShotOutcome outcome);
 std::string_view outcomeName(analysis::SetPlayOutcome outcome);
 /// Empty for one that is not known.
 std::string_view resultName(analysis::KickResult result);
+std::string_view resultName(analysis::PassResult result);
+
+/// "match", "first", "second" or "extra".
+std::string_view periodName(analysis::Period period);
+
+/// What the side scored; those of a part of the match are the announced ones.
+int goalsIn(const analysis::MatchAnalysis& match, analysis::Period period, playing_side side);
 
 /// Some frame of the match is in the period.
 bool hasPeriod(const analysis::MatchAnalysis& match, analysis::Period period);
