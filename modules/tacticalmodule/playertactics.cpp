@@ -63,7 +63,7 @@ Reach reachOf(const WPlayer& player, const BallWay& way, bool ours) {
   const bool atGoal = ours ? inOurPenaltyArea(way[0], 0) : inOtherPenaltyArea(way[0], 0);
   Reach reach = earliestReach(Runner(player, playingReach(player, atGoal)), way);
   const int lying = TACKLE_CYCLES - player.cyclesSinceTackle;
-  if (lying > 0) reach.cycles += lying;
+  if (lying > 0) reach.cycles = std::min(NEVER, reach.cycles + lying);
   return reach;
 }
 
