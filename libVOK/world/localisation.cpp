@@ -9,6 +9,7 @@
 
 #include "constants.h"
 #include "landmarks.h"
+#include "pitch.h"
 
 namespace vok {
 
@@ -27,6 +28,9 @@ constexpr double SLACK = 0.1;
 constexpr int FIT_ROUNDS = 3;
 /// Nothing on the pitch is farther away, metres.
 constexpr double FARTHEST = 200;
+/// Cosine of the greatest angle from straight at a line at which it is taken over: beyond, a degree
+/// is many metres.
+constexpr double LEAST_COSINE = 0.2;
 /// Square metres: with a greater variance the place is not known; metres: its deviation then.
 constexpr double LOST = 1e4;
 constexpr double NOWHERE = 50;
@@ -34,6 +38,10 @@ constexpr double NOWHERE = 50;
 /// A landmark as it should be seen from a place (x, y, body), and how that changes with the place.
 struct Sighting {
   Sighting(const SeenLandmark& mark, const std::array<double, 3>& from, double neck) {
+    if (mark.isLine) {
+      lookAtLine(mark, from, neck);
+      return;
+    }
     const Vector2d way = mark.pos - Vector2d(from[0], from[1]);
     dist = way.getLength();
     if (dist < TOO_NEAR) return;
@@ -44,7 +52,18 @@ struct Sighting {
     dirOffset = Angle::mod2pi(mark.dir - way.getAngle() + from[2] + neck);
   }
 
-  double dist = 0;
+  void lookAtLine(const SeenLandmark& mark, const std::array<double, 3>& from, double neck) {
+    const Vector2d straight = mark.pos * (1 / mark.pos.getLength());
+    const double aside = Angle::mod2pi(from[2] + neck - straight.getAngle());
+    const double cosine = std::cos(aside);
+    if (cosine < LEAST_COSINE) return;
+    dist = (mark.pos - Vector2d(from[0], from[1])) * straight / cosine;
+    perDistance = {-straight.x / cosine, -straight.y / cosine, dist * std::tan(aside)};
+    perDirection = {0, 0, 1};
+    dirOffset = Angle::mod2pi(mark.dir - aside);
+  }
+
+  double dist = 0;       ///< less than `TOO_NEAR` when the landmark tells nothing from there
   double dirOffset = 0;  ///< radians: the direction that was told, less the expected one
   std::array<double, 3> perDistance{};
   std::array<double, 3> perDirection{};
@@ -56,6 +75,26 @@ SeenLandmarks::SeenLandmarks(const SensorData& view, playing_side side)
     : sign_(side == SIDE_RIGHT ? -1 : 1) {
   for (std::size_t i = 0; i < view.flag.size(); ++i) add(view.flag[i], flag_x[i], flag_y[i]);
   for (std::size_t i = 0; i < view.goal.size(); ++i) add(view.goal[i], goal_x[i], goal_y[i]);
+  // The place should be known well before a line is taken over: it is far from linear.
+  const auto valid = [](const SensorLine& line) { return line.valid; };
+  const bool isInside = std::count_if(view.line.begin(), view.line.end(), valid) == 1;
+  if (isInside) addLine(*std::find_if(view.line.begin(), view.line.end(), valid));
+}
+
+/// The view tells the angle between face direction and line, up to a right angle, with the sign of
+/// the side to which the face is turned.
+void SeenLandmarks::addLine(const SensorLine& seen) {
+  Vector2d middle;
+  if (seen.which == LINE_LEFT || seen.which == LINE_RIGHT) {
+    middle.x = seen.which == LINE_LEFT ? -HALF_LENGTH : HALF_LENGTH;
+  } else {
+    middle.y = seen.which == LINE_TOP ? -HALF_WIDTH : HALF_WIDTH;
+  }
+  SensorObject straight = seen;
+  straight.dir = std::copysign(PI / 2, seen.dir) - seen.dir;
+  const std::size_t before = count_;
+  add(straight, middle.x, middle.y);
+  if (count_ > before) marks_[before].isLine = true;
 }
 
 void SeenLandmarks::add(const SensorObject& seen, double x, double y) {
@@ -202,7 +241,7 @@ bool Localisation::fit(std::span<const SeenLandmark> marks, double neck) {
     return at;
   };
   for (const SeenLandmark& mark : marks) {
-    if (mark.high <= 0) continue;
+    if (mark.high <= 0 || mark.isLine) continue;
     ++count;
     const double weight = weightOf(mark);
     weights += weight;
@@ -215,7 +254,7 @@ bool Localisation::fit(std::span<const SeenLandmark> marks, double neck) {
   double along = 0;
   double across = 0;
   for (const SeenLandmark& mark : marks) {
-    if (mark.high <= 0) continue;
+    if (mark.high <= 0 || mark.isLine) continue;
     const Vector2d seen = seenAt(mark) - meanSeen;
     const Vector2d place = mark.pos - meanPlace;
     along += weightOf(mark) * (seen * place);

@@ -10,12 +10,15 @@
 
 namespace vok {
 
-/// A goal or flag as it is seen.
+/// A goal, flag or line as it is seen.
 struct SeenLandmark {
-  Vector2d pos;     ///< where it stands, field frame
+  Vector2d pos;     ///< where it stands, of a line its middle; field frame
   double dir = 0;   ///< radians from the face direction, rounded to whole degrees
   double low = 0;   ///< metres: the distance lies between these two; both `NO_DISTANCE` when the
   double high = 0;  ///< view did not tell it
+  /// Of a line the view tells where the face direction crosses it: the distances are those of that
+  /// place, and `dir` is the face direction from the one straight at the line.
+  bool isLine = false;
 };
 
 /// The landmarks of one view.
@@ -27,8 +30,11 @@ class SeenLandmarks {
 
  private:
   void add(const SensorObject& seen, double x, double y);
+  void addLine(const SensorLine& seen);
 
-  std::array<SeenLandmark, std::size_t{NUM_FLAGS} + std::size_t{NUM_GOALS}> marks_;
+  static constexpr std::size_t MOST =
+      std::size_t{NUM_FLAGS} + std::size_t{NUM_GOALS} + std::size_t{NUM_LINES};
+  std::array<SeenLandmark, MOST> marks_;
   std::size_t count_ = 0;
   double sign_;
 };
