@@ -1,7 +1,7 @@
 // The choice of our players' types, made once when all types are announced: each player gets what
 // suits its wishes best, in turn, and a type goes to three of them at most. With
 // "types_withinLimits" the type requests decide by the same utilities. With "types_byAbility" the
-// utility of a type is how fast its players run, whatever a player wishes.
+// utility of a type is what its players can do, whatever a player wishes.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -43,35 +43,35 @@ double closeness(double wished, double actual, double range) {
   return 1 - std::abs(wished - actual) / range;
 }
 
-/// Product of the top speed (metres a cycle) and of the speed that a player keeps up for as long as
-/// it likes, since it dashes with no more power than its stamina gains in a cycle. 0 for a type
-/// that cannot run or whose numbers make no sense, which is then never better than another.
-double ability(const WPlayerType& type) {
-  constexpr double FULL_POWER = 100;
-  const double speedOfPower = type.dashPowerRate * type.effortMax / (1 - type.playerDecay);
-  const double topSpeed = FULL_POWER * speedOfPower;
-  const double keptSpeed = type.staminaIncMax * speedOfPower;
-  const double product = topSpeed * keptSpeed;
-  const bool makesSense = type.playerDecay < 1 && topSpeed > 0 && keptSpeed > 0;
-  return makesSense && std::isfinite(product) ? product : 0;
-}
-
 }  // namespace
 
 void VokCoach::initSubs() {
   numSubs = static_cast<unsigned>(playerParams.subs_max);
   numPlTypes = numPlayerTypes();
   numPlType.assign(static_cast<std::size_t>(numPlTypes), PLAYERS_PER_TYPE);
+  if (world != nullptr) typeValue.resize(world->playerType.size());
   initDone = false;
 }
 
 void VokCoach::readAgentConf() {
-  typesByAbility = Config::getOptionalInt("types_byAbility", 0) == 1;
+  typesBy = Config::getOptionalInt("types_byAbility", BY_WISHES);
+  const TypeValues values;  // reads its keys in any case, so that a checker learns of them
+  if (typesBy == BY_ROLE) valueTypes(values);
   std::array<char, 64> key{};
   for (int n = FIRST_FIELD_PLAYER; n <= LAST_SHIRT; ++n) {
     for (const WishKey& item : WISH_KEYS) {
       std::snprintf(key.data(), key.size(), item.pattern, n);
       desiredType[n].*item.wish = Config::getValueAsDouble(key.data());
+    }
+  }
+}
+
+/// The values are the same for all players of a role, and simulated once.
+void VokCoach::valueTypes(const TypeValues& values) {
+  for (std::size_t type = 0; type < typeValue.size(); ++type) {
+    for (int r = DEFENDER; r < NUM_ROLES; ++r) {
+      const auto role = static_cast<PlayerRole>(r);
+      typeValue[type][role] = values.valueOf(values.abilityOf(world->playerType[type], role), role);
     }
   }
 }
@@ -100,10 +100,10 @@ VokCoach::FieldPlayers VokCoach::choosingOrder() const {
 }
 
 void VokCoach::chooseWithinLimits() {
-  // A type's ability is the same for all players, so what comes earlier in the order counts a
-  // little more. All share the best types whatever the step is; it must only be above the
+  // A type's ability is the same for all players of a role, so what comes earlier in the order
+  // counts a little more. All share the best types whatever the step is; it must only be above the
   // resolution of the assignment.
-  const double step = typesByAbility ? 1e-6 : 0;
+  const double step = typesBy == BY_WISHES ? 0 : 1e-6;
   double precedence = 1;
   const int types = static_cast<int>(world->playerType.size());
   for (const int n : choosingOrder()) {
@@ -141,7 +141,10 @@ void VokCoach::choosePlayerType(int playerNumber) {
 
 double VokCoach::calcUtility(int playerNumber, int type) const {
   const WPlayerType& actual = world->playerType[static_cast<std::size_t>(type)];
-  if (typesByAbility) return ability(actual);
+  if (typesBy == BY_SPEEDS) return productOfSpeeds(actual);
+  if (typesBy == BY_ROLE) {
+    return typeValue[static_cast<std::size_t>(type)][roleOf(playerNumber, *tactical)];
+  }
   const DesiredType& wish = desiredType[playerNumber];
   const double decay = closeness(wish.decay_inertia_delta + PLAYER_DECAY, actual.playerDecay, 0.2);
   const double kick =

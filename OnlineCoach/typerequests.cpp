@@ -299,12 +299,27 @@ void TypeRequests::refused(AnswerKind reason) {
 }
 
 void TypeRequests::requestNextBest(int number) {
+  const int best = bestType(number, NO_TARGET);
+  if (best != NO_TARGET && best != typeOf(number)) request(number, best);
+}
+
+/// The best type but one that has room for a player.
+int TypeRequests::bestType(int number, int except) const {
   int best = NO_TARGET;
   for (int t = 0; t < types_; ++t) {
-    if (!hasRoom(t, number)) continue;
+    if (t == except || !hasRoom(t, number)) continue;
     if (best == NO_TARGET || utility(number, t) > utility(number, best)) best = t;
   }
-  if (best != NO_TARGET && best != typeOf(number)) request(number, best);
+  return best;
+}
+
+void TypeRequests::replace(int number) {
+  const bool isWaiting = target_[number] != NO_TARGET || retries_[number] > MAX_RETRIES;
+  if (!chosen_ || isBeforeMatch() || isWaiting || substitutions_ <= substitutionsOut()) return;
+  const int type = bestType(number, typeOf(number));
+  if (type == NO_TARGET) return;
+  target_[number] = type;
+  send({number, type, true});
 }
 
 /// Room for one more beside all but one player, as they will be when all requests are answered.

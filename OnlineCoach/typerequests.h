@@ -34,6 +34,9 @@ class TypeRequests {
   void setUtility(int number, int type, double utility);
   /// Decides on the types and asks for them. `substitutions` are those that the match allows.
   void choose(int substitutions);
+  /// Asks for the best other type that is free for a player, in an interruption of the match, when
+  /// a substitution is left: whoever comes in has all its stamina.
+  void replace(int number);
   /// Takes the answers that have come, and reports on standard error when all are there. Any time.
   void takeAnswers();
   /// Asks for what is left to ask, in an interruption: the server refuses changes in play-on.
@@ -70,6 +73,7 @@ class TypeRequests {
   void send(const Request& request);
   void request(int number, int type);
   void requestNextBest(int number);
+  int bestType(int number, int except) const;
   bool isOut(int number, int type) const;
   void given(const Answer& answer);
   void endUnanswered();

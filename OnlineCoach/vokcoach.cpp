@@ -6,6 +6,7 @@
 
 #include "Config.h"
 #include "constants.h"
+#include "movement.h"
 #include "playmodes.h"
 
 namespace vok {
@@ -14,6 +15,15 @@ namespace {
 
 // While a set play lasts, a message is repeated after so many cycles.
 constexpr long REPEAT_CYCLES = 40;
+
+// In running play the server passes a message on for 20 cycles of every 600, from the second 600
+// on.
+constexpr long IN_PLAY_PERIOD = 600;
+constexpr long IN_PLAY_FIRST = 2;  // of these 20, with a margin on both sides
+constexpr long IN_PLAY_LAST = 17;
+
+// A player who comes in so late has nothing of its stamina, cycles before the end of a half.
+constexpr long TOO_LATE = 200;
 
 }  // namespace
 
@@ -38,6 +48,11 @@ void VokCoach::createModules() {
   initSubs();
   if (world != nullptr) initTypeRequests();
   saysMessages = Config::getOptionalInt("say_messages", 1) != 0;
+  saysInPlay = Config::getOptionalInt("say_inPlay", 0) == 1;
+  const int capacity = Config::getOptionalInt("skill_staminaCapacity", DEFAULT_CAPACITY);
+  if (Config::getOptionalInt("types_replaceTired", 0) == 1) {
+    tiredPlayers = std::make_unique<TiredPlayers>(capacity);
+  }
 }
 
 VokCoach::~VokCoach() {
@@ -58,6 +73,7 @@ void VokCoach::initTypeRequests() {
 
 void VokCoach::analyze() {
   tactical->feedbackWorld();
+  if (tiredPlayers != nullptr) tiredPlayers->feedbackWorld(*world);
   positionEval->CalMinMaxX(world.get());
   positionEval->CalPlayerPositions(world.get());
   if (world->playMode == PLAY_MODE_PLAY_ON) otherTeam->Update();
@@ -68,9 +84,22 @@ void VokCoach::analyze() {
   if (!setPlay) lastAumsgTime = -42;
   if (world->playMode != lastPlayMode) {
     lastPlayMode = world->playMode;
+    playModeSince = world->time;
     if (setPlay) sayMessageNow = true;
   } else if (setPlay && world->time - lastAumsgTime > REPEAT_CYCLES) {
     sayMessageNow = true;
+  }
+}
+
+void VokCoach::actInPlay() {
+  const long played = world->time - playModeSince;
+  const long inPeriod = played % IN_PLAY_PERIOD;
+  const bool isOpen =
+      played >= IN_PLAY_PERIOD && inPeriod >= IN_PLAY_FIRST && inPeriod <= IN_PLAY_LAST;
+  if (!saysInPlay || !saysMessages || !isOpen || world->playMode != PLAY_MODE_PLAY_ON) return;
+  if (world->time - lastInPlayTime > IN_PLAY_LAST) {
+    lastInPlayTime = world->time;
+    sayMessage();
   }
 }
 
@@ -117,10 +146,20 @@ CoachMessage VokCoach::newsForPlayers() const {
 
 void VokCoach::chooseTypesOnce() {
   if (Config::getValueAsInt("use_heterogenous_players") != 1) return;
-  if (initDone && typeRequests != nullptr) typeRequests->ask();
+  if (initDone && typeRequests != nullptr) {
+    replaceTired();
+    typeRequests->ask();
+  }
   if (initDone || !knowsHeteroTypes()) return;
   chooseHeterogenousPlayers();
   initDone = true;
+}
+
+void VokCoach::replaceTired() {
+  if (tiredPlayers == nullptr) return;
+  const int tired = tiredPlayers->mostTired();
+  const long left = HALF_TIME_IN_CYCLES - world->time % std::max(1, HALF_TIME_IN_CYCLES);
+  if (tired != -1 && left > TOO_LATE) typeRequests->replace(tired);
 }
 
 int VokCoach::calcPlayerForKickUs() const {

@@ -11,7 +11,9 @@
 #include "passeval.h"
 #include "positioneval.h"
 #include "tacticalmodule.h"
+#include "tiredplayers.h"
 #include "typerequests.h"
+#include "typevalues.h"
 
 namespace vok {
 
@@ -28,6 +30,9 @@ struct DesiredType {
   double extra_stamina_effort_weight = 0;
 };
 
+/// What decides on the types: the values of "types_byAbility". Others mean wishes.
+enum TypeMeasure { BY_WISHES = 0, BY_SPEEDS = 1, BY_ROLE = 2 };
+
 class VokCoach : public Onlinecoach {
  public:
   VokCoach(const char* team, const char* host, int port, const char* agentConfFile,
@@ -37,6 +42,8 @@ class VokCoach : public Onlinecoach {
 
   /// Messages to the players and, once, the choice of their types.
   void act() override;
+  /// With "say_inPlay" a message in the few cycles of running play that the server leaves for it.
+  void actInPlay() override;
   /// Inference, positions, statistics, and whether a message is due.
   void analyze() override;
   ~VokCoach() override;
@@ -58,7 +65,7 @@ class VokCoach : public Onlinecoach {
   /// "types_withinLimits" the best types for all of them that the server's limits allow.
   void chooseHeterogenousPlayers();
   void choosePlayerType(int playerNumber);
-  /// How well a type suits a player's wishes, or with "types_byAbility" how fast its players run;
+  /// How well a type suits a player's wishes, or with "types_byAbility" what its players can do;
   /// greater is better.
   double calcUtility(int playerNumber, int type) const;
   /// Asks the server for the change; its answer is not awaited.
@@ -71,21 +78,26 @@ class VokCoach : public Onlinecoach {
 
   bool sayMessageNow = false;                  ///< a message is due
   bool saysMessages = true;                    ///< unless "say_messages" keeps the coach silent
+  bool saysInPlay = false;                     ///< in running play as well
   play_mode lastPlayMode = PLAY_MODE_UNKNOWN;  ///< at the last `analyze`
+  long playModeSince = 0;                      ///< world time
   int numMsgsLeft;                             ///< messages until the next refill
   long lastNewMessageTime = 0;                 ///< world time of the last refill
   long lastAumsgTime = -43;                    ///< world time; -42 outside set plays
+  long lastInPlayTime = -100;                  ///< world time of the last message in running play
   std::unique_ptr<TacticalModule> tactical;
   std::unique_ptr<PassEval> passEval;
   std::unique_ptr<GoalShotEval> goalShotEval;
   std::unique_ptr<PositionEval> positionEval;
   std::unique_ptr<Team> otherTeam;
   std::unique_ptr<TypeRequests> typeRequests;  ///< null unless "types_withinLimits"
+  std::unique_ptr<TiredPlayers> tiredPlayers;  ///< null unless "types_replaceTired"
   Squad<DesiredType> desiredType;
   unsigned numSubs = 0;   ///< substitutions that the match allows, not counted down
   bool initDone = false;  ///< the choice of types has been made
-  bool typesByAbility = false;
-  int numPlTypes = 0;          ///< as the server announced
+  int typesBy = BY_WISHES;
+  std::vector<std::array<double, NUM_ROLES>> typeValue;  ///< by type and role, with `BY_ROLE`
+  int numPlTypes = 0;                                    ///< as the server announced
   std::vector<int> numPlType;  ///< by type: how many more players may get it
   /// By shirt number: the types asked for; with `typeRequests` those that the players have.
   Squad<int> plType;
@@ -97,7 +109,9 @@ class VokCoach : public Onlinecoach {
   void refillBudget();
   void sayMessage();
   void chooseTypesOnce();
+  void valueTypes(const TypeValues& values);
   void chooseWithinLimits();
+  void replaceTired();
   /// The shirt numbers in the order in which the players choose: offenders first, who so get the
   /// scarce types.
   FieldPlayers choosingOrder() const;

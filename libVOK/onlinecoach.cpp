@@ -96,7 +96,11 @@ void Onlinecoach::step() {
   // The loop goes by the latest call, which may have come behind the view of this cycle, so that a
   // command is not sent into running play; analyze and act decide by the mode of the world's view,
   // which fits the positions that they see.
-  if (comm->getPlayMode() != PLAY_MODE_PLAY_ON) act();
+  if (comm->getPlayMode() == PLAY_MODE_PLAY_ON) {
+    actInPlay();
+  } else {
+    act();
+  }
   endCycle(*comm);
 }
 

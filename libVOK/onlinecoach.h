@@ -20,6 +20,8 @@ class Onlinecoach {
 
   /// What the coach does in a cycle outside normal play.
   virtual void act() = 0;
+  /// What it does in a cycle of normal play, in which the server takes almost nothing from a coach.
+  virtual void actInPlay() {}
   /// What it computes every cycle.
   virtual void analyze() = 0;
   /// Deletes the world, then the connection.

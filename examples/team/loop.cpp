@@ -4,6 +4,7 @@
 #include <VOK/cycleloop.h>
 #include <VOK/playmodes.h>
 #include <VOK/stopsignals.h>
+#include <VOK/worldstream.h>
 
 #include <algorithm>
 
@@ -33,6 +34,8 @@ void followMode(Player& player) {
   const play_mode mode = player.mode();
   ++memory.modeCycles;
   if (mode == memory.mode) return;
+  const bool kickIsTaken = isSetPlay(memory.mode) && mode == PLAY_MODE_PLAY_ON;
+  if (kickIsTaken && player.pictures != nullptr) writeWorld(*player.pictures, player.world);
   memory.mode = mode;
   memory.modeCycles = 0;
   memory.kicker = -1;

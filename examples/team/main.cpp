@@ -5,6 +5,7 @@
 #include <getopt.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
 #include <string>
 
@@ -18,6 +19,7 @@ constexpr int WRONG_OPTION = 1;
 constexpr int CUT_OFF = 2;
 constexpr int REFUSED = 3;
 constexpr int NO_ANSWER = 4;
+constexpr int NO_FILE = 5;
 constexpr int NO_CONFIGURATION = 255;
 
 struct Options {
@@ -27,6 +29,7 @@ struct Options {
   int port = vok::PORT;
   bool goalie = false;
   int reconnect = 0;
+  const char* pictures = nullptr;
 };
 
 /// A number within the bounds, or -1.
@@ -39,7 +42,7 @@ int number(const char* text, int least, int greatest) {
 }
 
 bool parseOptions(int argc, char** argv, Options& options) {
-  for (int option = 0; (option = getopt(argc, argv, "t:h:p:f:gr:")) != -1;) {
+  for (int option = 0; (option = getopt(argc, argv, "t:h:p:f:gr:w:")) != -1;) {
     switch (option) {
       case 't':
         options.team = optarg;
@@ -59,6 +62,9 @@ bool parseOptions(int argc, char** argv, Options& options) {
       case 'r':
         options.reconnect = number(optarg, vok::FIRST_SHIRT, vok::LAST_SHIRT);
         break;
+      case 'w':
+        options.pictures = optarg;
+        break;
       default:
         return false;
     }
@@ -72,17 +78,25 @@ int main(int argc, char** argv) {
   Options options;
   if (!parseOptions(argc, argv, options)) {
     std::cerr << "usage: player [-t TEAM] [-h HOST] [-p PORT] [-f FILE] [-g] [-r NUMBER]\n"
+                 "              [-w FILE]\n"
                  "  -t TEAM    team name (VOK)\n"
                  "  -h HOST    server host (localhost)\n"
                  "  -p PORT    the server's port for players (6000)\n"
                  "  -f FILE    configuration (agent.conf)\n"
                  "  -g         goalie\n"
-                 "  -r NUMBER  come back as this player after being cut off\n";
+                 "  -r NUMBER  come back as this player after being cut off\n"
+                 "  -w FILE    write the world as it is at the end of every set play\n";
     return WRONG_OPTION;
   }
   if (!vok::Config::readFile(options.configuration)) {
     std::cerr << "player: cannot read the configuration " << options.configuration << "\n";
     return NO_CONFIGURATION;
+  }
+  std::ofstream pictures;
+  if (options.pictures != nullptr) pictures.open(options.pictures);
+  if (!pictures) {
+    std::cerr << "player: cannot write " << options.pictures << "\n";
+    return NO_FILE;
   }
   vok::stopOnSignals();
   vok::Comm comm(options.team, options.goalie ? vok::CLIENT_GOALIE : vok::CLIENT_FIELDPLAYER,
@@ -99,6 +113,7 @@ int main(int argc, char** argv) {
             << (comm.getMySide() == vok::SIDE_LEFT ? "left" : "right") << std::endl;
 
   Player player(comm);
+  player.pictures = pictures.is_open() ? &pictures : nullptr;
   const char* trouble = play(player);
   if (trouble == nullptr) return MATCH_OVER;
   std::cerr << "player: number " << comm.getMyNumber() << " " << trouble << "\n";

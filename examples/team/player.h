@@ -11,6 +11,8 @@
 #include <VOK/tacticalmodule.h>
 #include <VOK/worldmodel.h>
 
+#include <iosfwd>
+
 /// What is remembered that the world does not know.
 struct Memory {
   vok::play_mode mode = vok::PLAY_MODE_UNKNOWN;  ///< in the cycle before
@@ -42,6 +44,8 @@ struct Player {
   vok::PositionEval places;
   vok::TacticalModule tactics;
   Memory memory;
+  std::ostream* pictures =
+      nullptr;  ///< takes the world at the end of every set play, if anybody does
 };
 
 // loop.cpp

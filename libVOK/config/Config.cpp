@@ -163,6 +163,15 @@ std::string Config::getOptionalText(const char* key, const char* fallback) {
   return std::string(trimmed(entry->second));
 }
 
+double Config::getOptionalDoubleFromList(const char* key, int index, double fallback) {
+  assert(key);
+  tell(key, ConfigRequest::REAL, index, true);
+  const auto entry = entries().find(std::string_view(key));
+  if (entry == entries().end()) return fallback;
+  const char* value = entry->second.c_str();
+  return requireDouble(key, value, requireElement(key, value, index));
+}
+
 double Config::getValueAsDoubleFromList(const char* key, int index) {
   tell(key, ConfigRequest::REAL, index, false);
   const char* value = requireValue(key);

@@ -56,6 +56,7 @@ class Config {
   static int getOptionalInt(const char* key, int fallback);
   /// The same for a text, without the blanks around it.
   static std::string getOptionalText(const char* key, const char* fallback);
+  static double getOptionalDoubleFromList(const char* key, int index, double fallback);
   /// Element `index` (from 0) of a comma-separated list.
   static double getValueAsDoubleFromList(const char* key, int index);
   static int getValueAsIntFromList(const char* key, int index);

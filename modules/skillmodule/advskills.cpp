@@ -9,9 +9,6 @@ namespace vok {
 
 namespace {
 
-/// Of a current server: the stamina that it gives back to a player in a half.
-constexpr int DEFAULT_CAPACITY = 130600;
-
 /// Cycles after which an opponent's place says nothing of who comes to the ball first.
 constexpr int OPPONENT_MEMORY = 10;
 

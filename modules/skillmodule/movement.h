@@ -10,6 +10,10 @@
 
 namespace vok {
 
+/// The stamina that a current server gives back to a player in a half. It does not tell clients of
+/// this protocol, so a configuration may know better ("skill_staminaCapacity").
+inline constexpr int DEFAULT_CAPACITY = 130600;
+
 /// The moment of a turn that turns the body by `angle` at the present speed, cut to what the server
 /// allows: a fast player may need several turns.
 double turnMoment(const WPlayer& player, Angle angle);

@@ -55,8 +55,9 @@ long allocatedBy(VokCoach& coach, const std::string& text) {
 class Cycle : public CoachTest, public testing::WithParamInterface<bool> {};
 
 TEST_P(Cycle, AllocatesNothing) {
-  for (const char* key : {"tac_typesFromDecay", "types_withinLimits", "types_byAbility"})
+  for (const char* key : {"tac_typesFromDecay", "types_withinLimits", "types_replaceTired"})
     setEntry(key, GetParam() ? "1" : "0");
+  setEntry("types_byAbility", GetParam() ? "2" : "0");
   Lines texts = recording();
   // What the recording lacks: a substitution in the match, types beside the queue, noise.
   for (const char* text :

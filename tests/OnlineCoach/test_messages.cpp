@@ -46,6 +46,17 @@ TEST_F(Messages, AreNotSaidByASilentCoach) {
   EXPECT_EQ(coach->numMsgsLeft, 128);
 }
 
+TEST_F(Messages, AreSaidInRunningPlayWhenTheServerAllowsItAndTheKeyAsks) {
+  for (const auto& [key, spoken] : {std::pair("0", Times()), {"1", Times{1004, 1604}}}) {
+    coach.reset();
+    server.sent();
+    setEntry("say_inPlay", key);
+    checkIn();
+    EXPECT_EQ(spokenIn(1, 1, "kick_off_r"), Times{1});
+    EXPECT_EQ(spokenIn(402, 2203, "play_on"), spoken) << key << ", 600 and 1200 cycles later";
+  }
+}
+
 // In 126 places 109 of 112 characters can be written; the message is not stamped, its sum was made
 // empty.
 TEST_F(Messages, ThatDoNotFitIn127CharactersAreReportedInEveryCycle) {

@@ -151,6 +151,43 @@ TEST_F(WithinLimits, ByAbilityTheBestTypesAreSharedAndTheOffendersChooseFirst) {
   EXPECT_EQ(cycle(0), "2:9 3:9 4:7 5:7 6:5 7:5 8:3 9:3 10:11 11:11 ");
 }
 
+TEST_F(WithinLimits, ByRoleEachPartOfTheTeamGetsWhatItsWeightsAskFor) {
+  setEntry("types_byAbility", "2");
+  setEntry("ability_defender", "0, 0, 0, 0, 1, 0, 0.4");  // reach
+  setEntry("ability_midfielder", "0, 0, 1, 0, 0, 0, 1");  // the way of a half, always running
+  setEntry("ability_offender", "3, 0, 0, 0, 0, 0, 0.4");  // the first metres
+  for (int id = 1; id < 13; ++id) {
+    if (id <= 4) type(id).kickableMargin += 0.1 - id * 0.01;
+    if (id >= 5 && id <= 8) type(id).staminaIncMax -= id;
+    if (id >= 9) type(id).dashPowerRate += (12 - id) * 0.001;
+    if (id <= 4 || id >= 9) type(id).staminaIncMax -= 20;
+  }
+  coach->world->adjustTacticalNumbers(1);
+  EXPECT_EQ(cycle(0), "2:1 3:2 4:3 5:4 6:5 7:6 8:7 9:8 10:9 11:10 ");
+}
+
+TEST_F(WithinLimits, ATiredPlayerIsReplacedOnceWhileASubstitutionIsLeft) {
+  coach->tiredPlayers = std::make_unique<TiredPlayers>(1000);
+  cycle(0);
+  giveWishes(2, 11);
+  hear("(hear 1 referee play_on)");
+  // Number 7 begins to run again and again, and spends 100 each time.
+  for (long time = 1; time <= 70; ++time) {
+    hear("(see_global " + std::to_string(time) + " ((b) 0 0 0 0) ((p \"Alpha\" 7) 0 0 " +
+         (time % 2 == 0 ? "0.24" : "0") + " 0 0 0) ((p \"Alpha\" 8) 0 0 0 0 0 0))");
+    hear("(think)");
+    EXPECT_EQ(server.typeChanges(), "") << "not in running play";
+  }
+  EXPECT_NEAR(coach->tiredPlayers->left(7), STAMINA_MAX + 1000 - 35 * 100, 1e-6);
+  EXPECT_EQ(coach->tiredPlayers->left(8), STAMINA_MAX + 1000);
+  hear("(hear 70 referee kick_in_l)");
+  EXPECT_EQ(cycle(71, 7), "7:2 ") << "only 1 and 2 are free, and 7 liked type 8";
+  EXPECT_EQ(cycle(72, 7), "") << "the request is out";
+  give(7, 2);
+  EXPECT_EQ(cycle(73, 7), "");
+  EXPECT_EQ(coach->tiredPlayers->left(7), STAMINA_MAX + 1000);
+}
+
 TEST_F(WithinLimits, APlanThatComesTooLateIsMadeAnewByGain) {
   cycle(0);
   hear("(change_player_type 11 11)");  // by the server itself, and what 10 wants

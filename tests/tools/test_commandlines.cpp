@@ -16,8 +16,8 @@ std::pair<int, std::string> run(const std::string& toolAndArguments) {
 }
 
 TEST(CommandLines, HelpAndVersionAreShownByEveryTool) {
-  for (const std::string tool : {"confcheck", "formationview", "matchreport", "practicematch",
-                                 "saydecode", "seecheck", "typecheck"}) {
+  for (const std::string tool : {"confcheck", "formationview", "heterotable", "matchreport",
+                                 "practicematch", "saydecode", "seecheck", "typecheck"}) {
     const auto [status, help] = run(tool + " --help");
     EXPECT_EQ(status, 0) << tool;
     EXPECT_TRUE(help.starts_with("Usage: " + tool + " ")) << help;
@@ -40,6 +40,10 @@ TEST(CommandLines, AWrongOneGetsOneLineAndStatus2) {
       {std::string("formationview --out no/such/file ") + SHIPPED_CONFIG,
        "cannot write 'no/such/file'", 2},
       {"formationview " + huge.path, "the formation's values are too large to draw", 1},
+      {"heterotable -f no/such " + recording, "no/such: cannot be read", 2},
+      {std::string("heterotable -f ") + SHIPPED_CONFIG + " no/such", "no/such: cannot be read", 2},
+      {std::string("heterotable -f ") + SHIPPED_CONFIG + " " + SHIPPED_CONFIG,
+       std::string(SHIPPED_CONFIG) + ": names no player types", 1},
       {"matchreport", "SOURCE... is missing", 2},
       {"matchreport --json no/such/file a", "no/such/file cannot be written", 2},
       {"matchreport no/such", "no/such cannot be opened", 1},

@@ -88,7 +88,7 @@ TEST(Confcheck, ListsTheKeysAndWhatIsReadFromEach) {
   const std::string keys = runCommand(CONFCHECK + "--keys").second;
   for (const auto& [kind, times] : {std::pair("list of 5, each a whole number", 24U),
                                     {"whole number", 32U},
-                                    {"whole number, optional", 6U},
+                                    {"whole number, optional", 8U},
                                     {"text, optional", 1U}})
     EXPECT_EQ(count(keys, std::string(": ") + kind + "\n"), times) << kind;
 }
