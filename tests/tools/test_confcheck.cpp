@@ -25,7 +25,7 @@ void expectFindings(const std::string& begin, const std::string& text, const Lin
     expected += changed.path + (found[0] == '-' ? "" : line) + ": " + what + "\n";
   }
   expected += changed.path + (findings.empty()
-                                  ? ": all is well with its 212 keys\n"
+                                  ? ": all is well with its 217 keys\n"
                                   : ": " + std::to_string(findings.size()) + " found, of which " +
                                         std::to_string(fatal) + " end the coach\n");
   EXPECT_EQ(runCommand(CONFCHECK + changed.path), std::pair(findings.empty() ? 0 : 1, expected));
@@ -66,6 +66,8 @@ TEST(Confcheck, TellsWhichNumbersMakeNoSense) {
         {"StartFormationOff = 3", "3, but there is no such formation: 0 is taken"},
         {"async_waitForSeeTime = 45", "45, not 0, 10, ... or 90"},
         {"skill_staminaCapacity = -1", "-1, not 0 or more"},
+        {"types_byAbility = 3", "3, not 0, 1 or 2"},
+        {"ability_defender = 1, 1, -1, 1, 1, 1, 0.4", "-1, not 0 to 10"},
         {"player2_decay_inertia_delta = 0.4", "0.4" + wish},
         {"player3_extra_stamina_effort_weight = -0.5", "-0.5, not 0 or more"}}) {
     const std::string line = text;

@@ -31,6 +31,8 @@ constexpr auto RULES = std::to_array<Rule>({
      "a tactical number or -1"},
     {"player", "_weight", [](double n) { return n >= 0; }, "0 or more"},
     {"skill_staminaCapacity", "", [](double n) { return n >= 0; }, "0 or more"},
+    {"types_byAbility", "", [](double n) { return n == 0 || n == 1 || n == 2; }, "0, 1 or 2"},
+    {"ability_", "", [](double n) { return n >= 0 && n <= 10; }, "0 to 10"},
 });
 
 /// The values that the server's types can have, for each wish of a player. When a wish is more than
