@@ -74,9 +74,7 @@ double turningTime(const WPlayerType& type) {
 }  // namespace
 
 bool TypeAbility::makesSense() const {
-  const double all[] = {shortRun, longRun, way, halfTurn, kickRange};
-  const bool positive =
-      std::all_of(std::begin(all), std::end(all), [](double value) { return value > 0; });
+  const bool positive = shortRun > 0 && longRun > 0 && way > 0 && halfTurn > 0 && kickRange > 0;
   const double sum = shortRun + longRun + way + halfTurn + kickRange + kickNoise;
   return positive && kickNoise >= 0 && std::isfinite(sum) && longRun < LONGEST_RUN;
 }
