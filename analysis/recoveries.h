@@ -8,6 +8,10 @@
 
 namespace vok::analysis {
 
+struct Recovery : Touching {
+  PlayerSet lostBy;  ///< those of the touching before
+};
+
 class Recoveries {
  public:
   void reserve() { recoveries_.reserve(ROOM); }
@@ -18,17 +22,17 @@ class Recoveries {
     const int player = now.player();
     if (!before->players.onlyOf(otherSide(sideOf(player)))) return false;
     counts_.in(now.period, [player](ByPlayer<int>& n) { ++n[player]; });
-    recoveries_.push_back(now);
+    recoveries_.push_back({now, before->players});
     return true;
   }
 
   int of(Period period, int player) const { return counts_[period][player]; }
-  const std::vector<Touching>& all() const { return recoveries_; }
+  const std::vector<Recovery>& all() const { return recoveries_; }
 
  private:
   static constexpr std::size_t ROOM = 4096;
 
-  std::vector<Touching> recoveries_;
+  std::vector<Recovery> recoveries_;
   ByPeriod<ByPlayer<int>> counts_;
 };
 

@@ -30,7 +30,7 @@ void take(gamelogs::MatchLog& log, Match& match, const EachFrame& eachFrame) {
     if (told == Told::CALL) match.analysis.call(mode = log.call());
     if (told != Told::FRAME) continue;
     match.analysis.frame(log.frame());
-    if (eachFrame) eachFrame(log.frame(), mode.name());
+    if (eachFrame) eachFrame(log.frame(), mode.name(), match);
   }
   if (!started) match.analysis.start(log.rules());
   match.analysis.end();

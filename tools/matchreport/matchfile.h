@@ -22,8 +22,10 @@ struct Match {
   bool isRead() const { return error.empty(); }
 };
 
-/// What somebody else does with each frame of the match and the play mode that holds in it.
-using EachFrame = std::function<void(const analysis::Frame& frame, std::string_view playMode)>;
+/// What somebody else does with each frame of the match and the play mode that holds in it, when
+/// the analysis has taken it.
+using EachFrame = std::function<void(const analysis::Frame& frame, std::string_view playMode,
+                                     const Match& soFar)>;
 
 /// Reads a source: a game log or a coach's recording.
 std::unique_ptr<Match> readMatch(const Source& source, const EachFrame& eachFrame = {});

@@ -26,9 +26,10 @@ Reading read(const Source& source, const Outputs& outputs) {
   for (const auto& output : outputs) reading.takers.push_back(output->match());
   const bool watched = std::any_of(reading.takers.begin(), reading.takers.end(),
                                    [](const MatchTaker& taker) { return bool(taker.frame); });
-  const EachFrame eachFrame = [&reading](const analysis::Frame& frame, std::string_view mode) {
+  const EachFrame eachFrame = [&reading](const analysis::Frame& frame, std::string_view mode,
+                                         const Match& soFar) {
     for (const MatchTaker& taker : reading.takers) {
-      if (taker.frame) taker.frame(frame, mode);
+      if (taker.frame) taker.frame(frame, mode, soFar);
     }
   };
   reading.match = readMatch(source, watched ? eachFrame : EachFrame());

@@ -21,6 +21,10 @@ tools::Tool commandLine(Options& options) {
         tools::text(options.json)},
        {"--csv", "DIR", "write tables of comma-separated values into this folder, which is made",
         tools::text(options.csv)},
+       {"--html", "FILE",
+        "write a page with replay, pictures and tables; of several matches a table of them, and a "
+        "page of each in the folder FILE-matches (FILE without .html)",
+        tools::text(options.html)},
        {"--team", "NAME", "the team whose numbers come first; the left one by default",
         tools::text(options.team)},
        {"--jobs", "N", "read up to N matches at once, 1 to 256; 1 by default",

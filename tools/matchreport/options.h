@@ -13,6 +13,7 @@ struct Options {
   std::vector<std::string> sources;
   std::string json;
   std::string csv;
+  std::string html;
   std::string team;
   int jobs = 1;
 };

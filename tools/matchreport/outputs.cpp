@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "csvoutput.h"
+#include "htmloutput.h"
 #include "jsonreport.h"
 #include "textreport.h"
 
@@ -67,6 +68,11 @@ Outputs outputsOf(const Options& options, std::string& error) {
     auto csv = std::make_unique<CsvOutput>();
     if (!csv->open(options.csv)) error = options.csv + " cannot be written";
     outputs.push_back(std::move(csv));
+  }
+  if (!options.html.empty()) {
+    auto html = std::make_unique<HtmlOutput>();
+    if (!html->open(options.html)) error = options.html + " cannot be written";
+    outputs.push_back(std::move(html));
   }
   if (outputs.empty()) outputs.push_back(std::make_unique<TextOutput>(options.team));
   return outputs;

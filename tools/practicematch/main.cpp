@@ -51,6 +51,10 @@ int main(int argc, char** argv) {
   if (!options.log.empty() && !session.logTo(options.log)) {
     return fail("--log " + options.log + ": cannot be opened");
   }
-  return options.replay.empty() ? serveMatch(options, session)
+  GameLogKeeper gameLog;
+  if (!options.gameLog.empty() && !gameLog.open(options.gameLog, error)) {
+    return fail("--game-log " + options.gameLog + ": " + error);
+  }
+  return options.replay.empty() ? serveMatch(options, session, gameLog)
                                 : serveRecording(options, recording, session);
 }

@@ -41,6 +41,11 @@ std::vector<tools::Option> matchOptions(Options& o) {
        number(o.stepMs, 1, 10000)},
       {"--player-port", "N", "lets players in there that hear the coach, 0 to 65535 (default none)",
        number(o.playerPort, 0, 65535)},
+      {"--game-log", "FILE",
+       "writes the match there as a server's game log (.rcg), and what the coach says beside it as "
+       "a "
+       "text log (.rcl)",
+       text(o.gameLog)},
       {"--lenient", "", "no warning about commands without a terminator", flag(o.lenient)},
   };
 }

@@ -17,6 +17,7 @@ struct Options {
   bool synch = false;             ///< asked for on the command line
   std::string team;               ///< the only one that is let in; empty: any
   std::string log;                ///< the file that keeps the coach's commands; empty: none does
+  std::string gameLog;            ///< the file that keeps the match; empty: none does
   int waitSeconds = 60;
   bool lenient = false;
   bool quiet = false;

@@ -180,10 +180,13 @@ bool Players::tackles(World& world, Player& p, Referee& referee, std::vector<std
   if (referee.mode() != Mode::PlayOn || control_ == p.side || p.goalie()) return false;
   if (reach > TACKLE_REACH || !dice_.chance(0.1)) return false;
   p.tackling = 10;
+  ++p.tackles;
+  p.tackleWorks = false;
   if (dice_.chance(0.4)) {
     referee.foul(world, p, calls);
   } else if (dice_.chance(0.75)) {
     world.kick(p, velocity(2, p.body));
+    p.tackleWorks = true;
     control_ = p.side;
     referee.touched(world, p, calls);
   }
@@ -193,6 +196,7 @@ bool Players::tackles(World& world, Player& p, Referee& referee, std::vector<std
 void Players::actWithBall(World& world, Player& p, Referee& referee,
                           std::vector<std::string>& calls) {
   world.kick(p, chooseKick(world, p, referee.setPlay()));
+  ++p.kicks;
   control_ = p.side;
   referee.touched(world, p, calls);
 }

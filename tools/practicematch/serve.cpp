@@ -76,14 +76,17 @@ bool takeUntil(Session& session, Clock::time_point deadline, Take take, Enough e
 
 class MatchService {
  public:
-  MatchService(const Options& options, Session& session, Match& match, PlayerPort& playerPort)
+  MatchService(const Options& options, Session& session, Match& match, PlayerPort& playerPort,
+               GameLogKeeper& gameLog)
       : options_(options),
         counter_{session},
         match_(match),
         players_(playerPort),
+        gameLog_(gameLog),
         desk_(match, counter_.report, options.lenient) {}
 
   const Report& run() {
+    gameLog_.begin(match_);
     counter_.sendAll(match_.checkIn());
     counter_.report.ending = play();
     return counter_.report;
@@ -116,6 +119,7 @@ class MatchService {
   void cycle() {
     const long timeBefore = match_.time();
     match_.cycle(texts_);
+    gameLog_.cycle(match_, texts_);
     if (match_.time() == timeBefore) ++counter_.report.cyclesStanding;
     if (!desk_.eyeOn()) texts_.pop_back();  // the view
     counter_.sendAll(texts_);
@@ -155,6 +159,7 @@ class MatchService {
     return takeUntil(
         counter_.session, deadline,
         [this](const Command& command) {
+          gameLog_.command(match_, command.text);
           std::vector<std::string> answers;
           desk_.take(command, answers);
           counter_.sendAll(answers);
@@ -168,6 +173,7 @@ class MatchService {
   Counter counter_;
   Match& match_;
   PlayerPort& players_;
+  GameLogKeeper& gameLog_;
   CoachDesk desk_;
   std::vector<std::string> texts_;
   Clock::time_point next_;
@@ -283,7 +289,7 @@ bool openToPlayers(int port, PlayerPort& players, Session& session) {
 
 }  // namespace
 
-int serveMatch(const Options& options, Session& session) {
+int serveMatch(const Options& options, Session& session, GameLogKeeper& gameLog) {
   MatchSettings settings = options.match;
   settings.port = session.port();
   Match match(settings);
@@ -296,9 +302,13 @@ int serveMatch(const Options& options, Session& session) {
   if (!team) return 1;
   coachTeam = *team;
   match.meet(coachTeam);
-  MatchService service(options, session, match, players);
+  MatchService service(options, session, match, players, gameLog);
   const Report& report = service.run();
   if (!options.quiet) report.print(std::cout, &match, settings.synch);
+  if (!gameLog.end()) {
+    std::cerr << "practicematch: the game log cannot be written" << std::endl;
+    return 1;
+  }
   return report.ending == Ending::Stayed ? 0 : 1;
 }
 

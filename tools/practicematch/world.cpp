@@ -59,12 +59,14 @@ void World::setType(Player& p, int type) {
 }
 
 void World::dash(Player& p, double power) {
+  ++p.dashes;
   power = std::clamp(power, 0.0, std::min(MAX_POWER, p.stamina + typeOf(p).extraStamina));
   p.stamina = std::max(0.0, p.stamina - power);
   p.acc.setRadAng(power * typeOf(p).dashPowerRate * p.effort, toRadians(p.body));
 }
 
 void World::turn(Player& p, double degrees) {
+  ++p.turns;
   const double slowness = 1 + typeOf(p).inertia * p.vel.getLength();
   const double moment = std::clamp(degrees * slowness, -MAX_MOMENT, MAX_MOMENT);
   p.body =

@@ -55,6 +55,12 @@ struct Player : Mover {
   int tackling = 0;  ///< cycles left in which the player can do nothing
   int pointing = 0;  ///< cycles left
   double pointAngle = 0;
+  bool tackleWorks = false;  ///< the last one
+  // Commands since the beginning of the match; of the kicks those that hit the ball.
+  int kicks = 0;
+  int dashes = 0;
+  int turns = 0;
+  int tackles = 0;
 
   bool goalie() const { return number == 1; }
 };
