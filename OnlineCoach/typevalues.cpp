@@ -9,9 +9,10 @@ namespace vok {
 
 namespace {
 
-// The weights follow from the share of play in the attacking third in 117 matches of the sample team
-// with random types on a real server, regressed on the mean abilities of each part of both teams. In
-// these matches the noise of a kick grew with its reach, so the weight of the reach stands for both.
+// The weights follow from the share of play in the attacking third in 117 matches of the sample
+// team with random types on a real server, regressed on the mean abilities of each part of both
+// teams. In these matches the noise of a kick grew with its reach, so the weight of the reach
+// stands for both.
 struct Role {
   const char* key;
   std::array<double, AbilityWeights::SIZE> weights;

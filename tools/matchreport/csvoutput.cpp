@@ -81,7 +81,9 @@ bool CsvOutput::open(const std::string& folder) {
 
 MatchTaker CsvOutput::match() {
   auto tracking = std::make_shared<TrackingRows>(folder_);
-  return {[tracking](const Frame& frame, std::string_view mode) { tracking->frame(frame, mode); },
+  return {[tracking](const Frame& frame, std::string_view mode, const Match&) {
+            tracking->frame(frame, mode);
+          },
           [this, tracking](const Match& match) { write(match, *tracking); }};
 }
 
