@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <filesystem>
+#include <regex>
 #include <tuple>
 
 #include "support/server.h"
@@ -67,6 +69,26 @@ TEST_F(StartCoach, PassesSignalsOnToTheCoachOrEndsItsWaitWithTheirStatus) {
     outside.signal(SIGTERM);
     EXPECT_EQ(outside.wait(1500), 128 + SIGTERM);
   }
+}
+
+TEST_F(StartCoach, PutsRecordingAndPageOfTheMatchIntoAFolder) {
+  const std::string folder = testing::TempDir() + "reports" + port;
+  CoachProcess started({"VOK_REPORTS=" + folder, SCRIPT, "-t", "Alpha", "-p", port, "-f",
+                        PLAIN_CONFIG, "127.0.0.1", VOK_BIN_DIR, "12"},
+                       "/usr/bin/env");
+  server.checkIn();
+  server.send("(hear 0 referee kick_off_l)");
+  server.send(
+      "(see_global 1 ((b) 0 0 0 0) ((p \"Alpha\" 1) 1 1 0 0 0 0) "
+      "((p \"Be<ta\" 2) 2 2 0 0 0 0))");
+  server.send("(hear 1 referee time_over)");
+  EXPECT_EQ(started.wait(), 0);
+  const std::string found = runCommand("ls " + folder + "; cat " + folder + "/*.html").second;
+  EXPECT_EQ(std::string(14, 'N') + "-Be_ta.html",
+            std::regex_replace(lines(found).at(0), std::regex("[0-9]"), "N"));
+  EXPECT_TRUE(lines(found).at(1).ends_with("-Be_ta.txt"));
+  EXPECT_NE(found.find("<title>Alpha 0 : 0 Be&#60;ta</title>"), std::string::npos);
+  std::filesystem::remove_all(folder);
 }
 
 TEST_F(StartCoach, WrongArgumentsGetOneLine) {
