@@ -8,6 +8,7 @@
 #include "constants.h"
 #include "movement.h"
 #include "playmodes.h"
+#include "printable.h"
 
 namespace vok {
 
@@ -46,7 +47,10 @@ void VokCoach::createModules() {
   positionEval = std::make_unique<PositionEval>(goalShotEval.get(), passEval.get());
   otherTeam = std::make_unique<Team>(world.get());
   initSubs();
-  if (world != nullptr) initTypeRequests();
+  if (world != nullptr) {
+    initTypeRequests();
+    initTeamGraphic();
+  }
   saysMessages = Config::getOptionalInt("say_messages", 1) != 0;
   saysInPlay = Config::getOptionalInt("say_inPlay", 0) == 1;
   const int capacity = Config::getOptionalInt("skill_staminaCapacity", DEFAULT_CAPACITY);
@@ -69,6 +73,15 @@ void VokCoach::initTypeRequests() {
   if (Config::getOptionalInt("types_withinLimits", 0) == 1) {
     typeRequests = std::make_unique<TypeRequests>(*world, *comm);
   }
+}
+
+void VokCoach::initTeamGraphic() {
+  const std::string file = Config::getOptionalText("team_graphic", "");
+  if (file.empty()) return;
+  std::string error;
+  teamGraphic = TeamGraphic::fromFile(file, error);
+  if (teamGraphic != nullptr) return;
+  std::cerr << "Coach: no team graphic: " << printable(file) << ": " << error << "\n";
 }
 
 void VokCoach::analyze() {
@@ -110,6 +123,7 @@ void VokCoach::act() {
     if (saysMessages) sayMessage();
   }
   chooseTypesOnce();
+  if (teamGraphic != nullptr) teamGraphic->send(*comm);
 }
 
 void VokCoach::refillBudget() {

@@ -11,6 +11,7 @@
 #include "passeval.h"
 #include "positioneval.h"
 #include "tacticalmodule.h"
+#include "teamgraphic.h"
 #include "tiredplayers.h"
 #include "typerequests.h"
 #include "typevalues.h"
@@ -57,6 +58,8 @@ class VokCoach : public Onlinecoach {
   void initSubs();
   /// Makes the type requests when "types_withinLimits" is set. Only with a world.
   void initTypeRequests();
+  /// Reads the picture that "team_graphic" names. One that cannot be read is reported.
+  void initTeamGraphic();
   /// Reads the wishes of players 2..11, and whether abilities decide in their place.
   void readAgentConf();
   /// True when types 1 to 6 all exist and are announced.
@@ -92,6 +95,7 @@ class VokCoach : public Onlinecoach {
   std::unique_ptr<Team> otherTeam;
   std::unique_ptr<TypeRequests> typeRequests;  ///< null unless "types_withinLimits"
   std::unique_ptr<TiredPlayers> tiredPlayers;  ///< null unless "types_replaceTired"
+  std::unique_ptr<TeamGraphic> teamGraphic;    ///< null unless "team_graphic" names a picture
   Squad<DesiredType> desiredType;
   unsigned numSubs = 0;   ///< substitutions that the match allows, not counted down
   bool initDone = false;  ///< the choice of types has been made

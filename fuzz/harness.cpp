@@ -165,8 +165,9 @@ bool Match::checkIn(std::string_view init, std::string_view serverText,
   if (isPlayersAnswer(init)) {
     player_ = std::make_unique<Player>(link_);
   } else {
-    // Whatever file a configuration names, none is written.
+    // Whatever files a configuration names, none is written or read.
     setEntry("record_file", recordsMatch ? "/dev/null" : "");
+    setEntry("team_graphic", "");
     coach_ = std::make_unique<VokCoach>(TEAM, link_, NO_FURTHER_KEYS);
   }
   takeCommands();

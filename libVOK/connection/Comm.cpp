@@ -218,9 +218,16 @@ void Comm::route(const SensorData& data, bool newCycle, const char* text) {
   }
 }
 
+static bool isAboutTile(AnswerKind kind) {
+  return kind == AnswerKind::TILE_TAKEN || kind == AnswerKind::TILE_TOO_LATE ||
+         kind == AnswerKind::TILE_REFUSED;
+}
+
 void Comm::routeAnswer(const Answer& answer) {
   if (answer.kind == AnswerKind::TEXT_NOT_TERMINATED) {
     terminateTexts = true;
+  } else if (isAboutTile(answer.kind)) {
+    tileAnswers.push(answer);
   } else if (answer.kind != AnswerKind::NONE) {
     answers.push(answer);
   }

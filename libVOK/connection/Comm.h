@@ -79,6 +79,9 @@ class Comm {
   void sendPointToOff();
   void sendAttentionToOff();
   void sendChangePlayer(int number, int type);
+  /// A tile of 8 x 8 pixels of the team's picture: its place, counted from the upper left one, and
+  /// the strings of an XPM file, each in quotes with a blank before it.
+  void sendTeamGraphic(int column, int row, const char* strings);
   /// Directions and moments in radians, powers in the server's scale, places in the field frame.
   /// Values out of range are reported and cut to it, values that are no number dropped.
   void sendKick(double power, double dir);
@@ -135,8 +138,9 @@ class Comm {
   std::unique_ptr<SensorDataStore> store;
   std::unique_ptr<AsyncCommInfo> async;
   std::unique_ptr<AudioMgr> audiomgr;
-  Ring<Answer, 64> answers;  ///< of the server, until somebody takes them
-  bool ZELTRAmode;           ///< remote control: no receive time-out, monitor commands go out
+  Ring<Answer, 64> answers;      ///< of the server, until somebody takes them
+  Ring<Answer, 64> tileAnswers;  ///< those about the tiles of the team's picture
+  bool ZELTRAmode;               ///< remote control: no receive time-out, monitor commands go out
   bool serverOK = true;
   int reconnectNumber;
   client_type ctype;

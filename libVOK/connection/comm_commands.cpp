@@ -86,6 +86,10 @@ void Comm::sendChangePlayer(int number, int type) {
   sendFormatted("(change_player_type %d %d)", number, type);
 }
 
+void Comm::sendTeamGraphic(int column, int row, const char* strings) {
+  sendFormatted("(team_graphic (%d %d%s))", column, row, strings);
+}
+
 bool Comm::intoRange(const char* command, double& value, double low, double high) const {
   constexpr double TOLERANCE = 1e-10;
   const auto trying = [&]() -> std::ostream& {

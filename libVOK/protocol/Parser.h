@@ -80,7 +80,7 @@ class Parser {
   bool timedHead(std::string_view head, sensor_data_type type);
   bool plainHead(std::string_view head, sensor_data_type type);
   bool parseAnswer();
-  bool parseTypeGiven();
+  bool parseGranted();
   bool parsePlayerChanged();
   bool parseClangVersions();
   bool parseObject(const GlobalObject& object, std::size_t& players, std::size_t& goals);

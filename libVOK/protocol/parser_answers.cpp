@@ -22,6 +22,10 @@ constexpr auto ANSWERS = std::to_array<AnswerText>({
     {SENSOR_TYPE_WARNING, "cannot_sub_while_playon)", AnswerKind::IN_PLAY},
     {SENSOR_TYPE_WARNING, "no_subs_left)", AnswerKind::NO_SUBSTITUTION_LEFT},
     {SENSOR_TYPE_WARNING, "cannot_sub_while_penalty_shootouts)", AnswerKind::IN_SHOOTOUT},
+    {SENSOR_TYPE_WARNING, "only_before_kick_off)", AnswerKind::TILE_TOO_LATE},
+    {SENSOR_TYPE_WARNING, "invalid_tile_location)", AnswerKind::TILE_REFUSED},
+    {SENSOR_TYPE_WARNING, "invalid_tile_size)", AnswerKind::TILE_REFUSED},
+    {SENSOR_TYPE_ERROR, "invalid_xpm_data)", AnswerKind::TILE_REFUSED},
     {SENSOR_TYPE_WARNING, "message_not_null_terminated)", AnswerKind::TEXT_NOT_TERMINATED},
 });
 
@@ -29,20 +33,21 @@ constexpr auto ANSWERS = std::to_array<AnswerText>({
 
 /// Most answers mean nothing to a client.
 bool Parser::parseAnswer() {
-  if (data_->type == SENSOR_TYPE_OK) return parseTypeGiven();
+  if (data_->type == SENSOR_TYPE_OK) return parseGranted();
   for (const AnswerText& row : ANSWERS) {
     if (row.type == data_->type && msg_.starts_with(row.rest)) data_->answer.kind = row.kind;
   }
   return true;
 }
 
-/// "change_player_type 5 3)"
-bool Parser::parseTypeGiven() {
-  Answer answer{AnswerKind::TYPE_GIVEN};
+/// "change_player_type 5 3)", "team_graphic 31 7)"
+bool Parser::parseGranted() {
   Scanner at(msg_);
-  if (at.literal("change_player_type ") && at.integer(answer.number) && at.integer(answer.type)) {
-    data_->answer = answer;
-  }
+  Answer answer;
+  if (at.literal("change_player_type ")) answer.kind = AnswerKind::TYPE_GIVEN;
+  if (at.literal("team_graphic ")) answer.kind = AnswerKind::TILE_TAKEN;
+  if (answer.kind == AnswerKind::NONE) return true;
+  if (at.integer(answer.number) && at.integer(answer.type)) data_->answer = answer;
   return true;
 }
 

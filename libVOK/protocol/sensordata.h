@@ -103,14 +103,18 @@ enum class AnswerKind {
   IN_PLAY,      ///< changes are for interruptions
   IN_SHOOTOUT,  ///< and not for penalty shoot-outs, which end the match
   NO_SUBSTITUTION_LEFT,
+  // To "(team_graphic (COLUMN ROW ...))".
+  TILE_TAKEN,
+  TILE_TOO_LATE,  ///< a tile is for the time before a kick-off
+  TILE_REFUSED,
   TEXT_NOT_TERMINATED  ///< the server wants a NUL byte at the end of every text
 };
 
 /// A refusal does not say what it refuses: answers come in the order of the requests.
 struct Answer {
   AnswerKind kind = AnswerKind::NONE;
-  int number = -1;  ///< of `TYPE_GIVEN`: the player, unchecked
-  int type = -1;    ///< of `TYPE_GIVEN`: its new type, unchecked
+  int number = -1;  ///< of `TYPE_GIVEN`: the player, of `TILE_TAKEN`: the column; unchecked
+  int type = -1;    ///< of `TYPE_GIVEN`: its new type, of `TILE_TAKEN`: the row; unchecked
 };
 
 /// Room for a heard text or name with its terminator.

@@ -25,7 +25,7 @@ void expectFindings(const std::string& begin, const std::string& text, const Lin
     expected += changed.path + (found[0] == '-' ? "" : line) + ": " + what + "\n";
   }
   expected += changed.path + (findings.empty()
-                                  ? ": all is well with its 217 keys\n"
+                                  ? ": all is well with its 218 keys\n"
                                   : ": " + std::to_string(findings.size()) + " found, of which " +
                                         std::to_string(fatal) + " end the coach\n");
   EXPECT_EQ(runCommand(CONFCHECK + changed.path), std::pair(findings.empty() ? 0 : 1, expected));
@@ -47,6 +47,8 @@ TEST(Confcheck, TellsWhatIsWrongAndWhere) {
                   "0 'Form1_off_PosX' has 6 values, of which only 5 are read"});
   expectFindings("ourOffenders", "ourOffenders = 1",
                  {"0 the head counts 4 + 2 + 2 + 1 make 9 field players, not ten"});
+  expectFindings("team_graphic", "team_graphic = /dev/null",
+                 {"0 'team_graphic' is '/dev/null': cannot be read, or is empty"});
   // Lines keep their numbers, though the configuration reads long ones in pieces.
   expectFindings(
       "# --- Passes",
@@ -91,7 +93,7 @@ TEST(Confcheck, ListsTheKeysAndWhatIsReadFromEach) {
   for (const auto& [kind, times] : {std::pair("list of 5, each a whole number", 24U),
                                     {"whole number", 32U},
                                     {"whole number, optional", 8U},
-                                    {"text, optional", 1U}})
+                                    {"text, optional", 2U}})
     EXPECT_EQ(count(keys, std::string(": ") + kind + "\n"), times) << kind;
 }
 

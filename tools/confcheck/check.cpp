@@ -7,12 +7,14 @@
 #include "nearest.h"
 #include "rules.h"
 #include "scanner.h"
+#include "teamgraphic.h"
 
 namespace vok::confcheck {
 
 namespace {
 
 const std::string TYPES_KEY = "use_heterogenous_players";
+const std::string GRAPHIC_KEY = "team_graphic";
 const std::string HEADS = "our";  // only the keys of the head counts begin so
 
 /// Records where the lines of a file define keys, and what is wrong with them.
@@ -161,8 +163,16 @@ class Checker {
     return number == 1;
   }
 
+  void checkText(const Key& key) {
+    if (key.name != GRAPHIC_KEY) return;
+    const std::string file = Config::getOptionalText(GRAPHIC_KEY.c_str(), "");
+    std::string error;
+    if (file.empty() || TeamGraphic::fromFile(file, error) != nullptr) return;
+    add(lineOf(key), quoted(key.name) + " is " + quoted(file) + ": " + error);
+  }
+
   void checkValue(const Key& key) {
-    if (key.kind == ConfigRequest::TEXT) return;
+    if (key.kind == ConfigRequest::TEXT) return checkText(key);
     const std::string value = Config::getValue(key.name.c_str());
     const std::vector<std::string_view> elements = elementsOf(value);
     const int given = static_cast<int>(elements.size());
@@ -237,6 +247,15 @@ bool ConfigFile::read(const char* fileName) {
   Config::clear();
   LineNotes notes(*this);
   return Config::readFile(fileName);
+}
+
+std::string noteOnGraphic() {
+  std::string error;
+  const std::string file = Config::getOptionalText(GRAPHIC_KEY.c_str(), "");
+  const auto graphic = file.empty() ? nullptr : TeamGraphic::fromFile(file, error);
+  if (graphic == nullptr) return "";
+  return "the team graphic needs " + std::to_string(graphic->tiles()) +
+         " cycles; a server in real time leaves about 50 before each half";
 }
 
 std::vector<Finding> check(const ConfigFile& file, const Keys& keys) {

@@ -24,6 +24,9 @@ struct ConfigFile {
   bool read(const char* fileName);
 };
 
+/// How many cycles the team graphic needs; empty when no picture is configured, or a bad one.
+std::string noteOnGraphic();
+
 /// All findings about the file that was read last, in the order of its lines. Missing keys come
 /// last.
 std::vector<Finding> check(const ConfigFile& file, const Keys& keys);

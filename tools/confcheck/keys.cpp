@@ -50,6 +50,7 @@ Keys keysOfCoach() {
   coach->world = std::make_unique<Worldmodel>(coach->comm.get());
   const AdvSkills forPlayers(*coach->world);
   coach->initTypeRequests();
+  coach->initTeamGraphic();
   coach->act();
   listener.wishes = true;
   coach->readAgentConf();

@@ -67,6 +67,9 @@ void print(const std::string& fileName, const std::vector<Finding>& findings,
     if (finding.line > 0) std::cout << ":" << finding.line;
     std::cout << ": " << printable(finding.text) << "\n";
   }
+  if (const std::string note = noteOnGraphic(); !note.empty()) {
+    std::cout << fileName << ": " << note << "\n";
+  }
   const auto fatal = std::count_if(findings.begin(), findings.end(),
                                    [](const Finding& finding) { return finding.endsCoach; });
   std::cout << fileName << ": ";
