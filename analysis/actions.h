@@ -1,4 +1,4 @@
-// What each player did at the ball: touches, catches, tackles.
+// What each player did at the ball: touches, catches, tackles, kicks that failed.
 #pragma once
 
 #include "inferredtouches.h"
@@ -10,6 +10,7 @@ struct ActionCounts {
   int catches = 0;       ///< touches by a catch
   int tacklesTried = 0;  ///< the tackle counter rose
   int tacklesWon = 0;    ///< and the tackle worked
+  int kickFaults = 0;    ///< kicks out of reach of the ball
 };
 
 class Actions {
@@ -26,13 +27,15 @@ class Actions {
                              ? player.is(STATE_TACKLE) && !player.is(STATE_TACKLE_FAULT)
                              : touches.byCounter.has(i);
       const bool won = tackled && works;
-      if (!tackled && !touches.all.has(i)) continue;
+      const bool missed = player.is(STATE_KICK_FAULT);
+      if (!tackled && !missed && !touches.all.has(i)) continue;
       counts_.in(step.period, [&](ByPlayer<ActionCounts>& all) {
         ActionCounts& counts = all[i];
         counts.touches += touches.all.has(i) ? 1 : 0;
         counts.catches += touches.byCatch.has(i) ? 1 : 0;
         counts.tacklesTried += tackled ? 1 : 0;
         counts.tacklesWon += won ? 1 : 0;
+        counts.kickFaults += missed ? 1 : 0;
       });
     }
   }

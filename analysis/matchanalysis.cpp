@@ -19,6 +19,7 @@ void MatchAnalysis::start(const MatchRules& rules) {
   entries.reserve();
   setPlays.reserve();
   presences.reserve();
+  silences.reserve();
   shootOut.reserve();
   touchings.reserve(TOUCHINGS);
   faults.reserve(ROOM);
@@ -89,6 +90,7 @@ void MatchAnalysis::play(const Frame& frame) {
   distances.frame(step);
   staminas.frame(step, rules_);
   presences.frame(step);
+  silences.frame(step);
   if (!step.cycleOfPlay()) return;
   formations.cycle(step, possession.holder());
   shapes.cycle(step, possession.holder());

@@ -29,6 +29,7 @@
 #include "shapes.h"
 #include "shootout.h"
 #include "shots.h"
+#include "silences.h"
 #include "staminas.h"
 #include "territory.h"
 
@@ -55,6 +56,7 @@ class MatchAnalysis {
   Actions actions;
   Distances distances;
   Staminas staminas;
+  Silences silences;
   Presences presences;
   Formations formations;
   Shapes shapes;

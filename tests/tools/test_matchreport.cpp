@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <fstream>
 #include <map>
 #include <regex>
 #include <set>
@@ -46,8 +47,11 @@ std::set<std::string> described() {
 }
 
 TEST(MatchReport, WritesTheJsonThatThePageDescribes) {
-  const auto [status, output] = matchreport("--json - log4.rcg.gz log5.rcg.gz log6.rcg.gz");
+  const std::string data = VOK_SOURCE_DIR "/tests/analysis/data/";
+  const auto [status, output] =
+      matchreport("--json - log4.rcg.gz log5.rcg.gz " + data + "full6.rcg.gz");
   EXPECT_EQ(status, 0);
+  int withTextLog = 0;
   const std::set<std::string> known = described();
   const std::regex side("sides\\.[lr]\\.");
   const std::regex ball("with(out)?_ball");
@@ -58,6 +62,7 @@ TEST(MatchReport, WritesTheJsonThatThePageDescribes) {
     gamelogs::JsonText in(line);
     std::set<std::string> paths;
     EXPECT_TRUE(collect(in, "", paths)) << line.substr(0, 200);
+    withTextLog += paths.contains("text_log.coach_messages[].told.ball[]") ? 1 : 0;
     EXPECT_GT(paths.size(), 60U);
     for (std::string path : paths) {
       path = std::regex_replace(path, side, "sides.S.");
@@ -67,6 +72,7 @@ TEST(MatchReport, WritesTheJsonThatThePageDescribes) {
       EXPECT_TRUE(known.contains(path)) << path;
     }
   }
+  EXPECT_EQ(withTextLog, 1);
 }
 
 /// Every plain value by its path with indices: "players[3].passes.out".
@@ -97,8 +103,8 @@ Values valuesOf(const std::string& command) {
   return values;
 }
 
-// Written from the same definitions by another hand: tests/analysis/reference.py. It has a text log
-// for holes and doubles, and says the number of cycles twice.
+// Written from the same definitions by another hand: tests/analysis/reference.py. It says
+// the number of cycles twice.
 TEST(MatchReport, HasTheNumbersOfTheReference) {
   const std::set<std::string> apart = {".match.source", ".match.key", ".cycles", ".play_cycles"};
   for (const std::string cut : {"full6", "json", "pen", "v4", "v5"}) {
@@ -107,7 +113,7 @@ TEST(MatchReport, HasTheNumbersOfTheReference) {
     const Values found = valuesOf(VOK_BIN_DIR "/matchreport --json - " + file + ".rcg.gz");
     EXPECT_GT(expected.size(), 5000U);
     for (const auto& [path, value] : expected) {
-      if (apart.contains(path) || path.ends_with(".holes") || path.ends_with(".doubles")) continue;
+      if (apart.contains(path)) continue;
       const auto at = found.find(path);
       ASSERT_NE(at, found.end()) << cut << path;
       const char* const text = at->second.c_str();
@@ -197,6 +203,61 @@ TEST(MatchReport, WritesTheTablesThatThePageDescribes) {
         << row;
   }
   runCommand("rm -r " + folder);
+}
+
+// The message is the example of docs/say-message.md; at 1080 Alpha's number 5 gave no command, and
+// at 1079 two.
+TEST(MatchReport, TellsWhatTheTextLogHas) {
+  const std::string folder = testing::TempDir() + "rcl-" + std::to_string(getpid());
+  const std::string source = folder + "/a.rcg.gz";
+  const std::string page = runCommand("cat " VOK_SOURCE_DIR "/docs/say-message.md").second;
+  const std::string message = page.substr(page.find("\nvok") + 1, 126);
+  runCommand("mkdir " + folder + "; cp " VOK_SOURCE_DIR "/tests/data/log6.rcg.gz " + source);
+  std::ofstream(folder + "/a.rcl")
+      << "1079,0\tRecv Alpha_5: (dash 100)(turn 3)\n"
+      << "1079,0\tRecv Alpha_5: (say \"(kick 1 2)\")\n"
+      << "1081,0\tRecv Alpha_5: (turn 5)(turn_neck 5)(say \"(kick 1 2)\")\n"
+      << "1081,0\tRecv Alpha_Coach: (say (freeform \"" << message
+      << "\"))\n1081,0\tRecv Alpha_Coach: (change_player_type 5 4)\n"
+      << "1082,0\tRecv Alpha_Coach: (say (freeform \"(true)\"))\n";
+  const auto [status, json] = matchreport("--json - " + source);
+  EXPECT_EQ(status, 0) << json.substr(0, 300);
+  const std::string types = "[null,null,null,null,null,null,null,null,3,null,null]";
+  for (const std::string& part :
+       {R"("told":{"kicker":5,"opponents":[11,10],"our_goalie":7,"their_goalie":1,"their_types":)" +
+            types + R"(,"our_team":[[-4,-15],)",
+        std::string(R"x({"cycle":1082,"side":"l","text":"(true)","told":null})x"),
+        std::string(R"({"cycle":1081,"side":"l","number":5,"type":4,"granted":false})"),
+        std::string(R"("silent":[],"holes":1,"doubles":1,)")}) {
+    EXPECT_NE(json.find(part), std::string::npos) << part;
+  }
+  const std::string text = matchreport(source).second;
+  for (const char* const part :
+       {"   1081  asks for type 4 for number 5, in vain\n",
+        "   1081  types - - - - - - - - 3 - -; kicker 5; opponents 11, 10\n",
+        "   5  1 hole; 1 double\n"}) {
+    EXPECT_NE(text.find(part), std::string::npos) << part << text;
+  }
+  EXPECT_EQ(matchreport("--rcl plain.conf log6.rcg.gz").first, 1);
+  EXPECT_EQ(matchreport("--rcl plain.conf log6.rcg.gz log5.rcg.gz").first, 2);
+  runCommand("rm -r " + folder);
+}
+
+// Three matches of hand: 0:1, 0:0 and 1:0 (the log of the first one with the teams exchanged). The
+// interval of the three goals of Alpha is 4.303 * sqrt(1/3) / sqrt(3) around 1/3.
+TEST(MatchReport, SumsSeveralMatchesUp) {
+  const auto [status, text] =
+      runCommand("cd " VOK_SOURCE_DIR
+                 "/tests/data; zcat log4.rcg.gz | sed 's/ Alpha Beta / Beta Alpha /' | " VOK_BIN_DIR
+                 "/matchreport --team Alpha log4.rcg.gz log5.rcg.gz -");
+  EXPECT_EQ(status, 0);
+  for (const char* const part :
+       {"      1         3    1      1     1      1:1       4  Alpha\n",
+        "      1  Alpha number 9\n", "Goals                            0.3 +- 1.4",
+        "mean of 3 matches"}) {
+    EXPECT_NE(text.find(part), std::string::npos) << part << text;
+  }
+  EXPECT_EQ(text.find("Beta, mean of"), std::string::npos);
 }
 
 // The kicks, the goal and the foul are those that stand in the logs.

@@ -23,7 +23,8 @@ constexpr std::array HEADERS = {
     Header{"players.csv",
            "match,period,side,number,touches,distance,passes_completed,passes_intercepted,"
            "passes_out,dribbles,recoveries,catches,tackles_tried,tackles_won,stamina_half_time,"
-           "stamina_end,stamina_minimum,low_cycles,effort,recovery,capacity,type,first,last\n"},
+           "stamina_end,stamina_minimum,low_cycles,effort,recovery,capacity,type,first,last,"
+           "kick_faults,holes,doubles\n"},
     Header{"sides.csv",
            "match,period,side,team,score,possession_cycles,possession,touches,passes_completed,"
            "passes_intercepted,passes_out,shots,shots_on_target,shot_goals,distance,entries,"
@@ -160,7 +161,11 @@ void CsvOutput::writePlayer(const Match& match, Period period, int player) {
   rows_.numberOrNone(types.empty() ? NONE : types.back().type);
   const Presence& presence = all.presences.of(period, player);
   rows_.numberOrNone(presence.ever ? presence.span.first : NONE);
-  rows_.numberOrNone(presence.ever ? presence.span.last : NONE).end();
+  rows_.numberOrNone(presence.ever ? presence.span.last : NONE);
+  rows_.numberOrNone(all.inferred() ? NONE : actions.kickFaults);
+  const BodyCommands* const commands = match.clients ? &match.clients->commands() : nullptr;
+  rows_.numberOrNone(commands ? commands->holes(period, player) : NONE);
+  rows_.numberOrNone(commands ? commands->doubles(period, player) : NONE).end();
 }
 
 void CsvOutput::writeEvents(const Match& match) {

@@ -22,6 +22,7 @@ class Report {
     writeMatch();
     writeTables(Period::WHOLE);
     writeShootOut();
+    writeTextLog();
     writeHalves();
     json_.endObject();
     return json_.text();
@@ -157,8 +158,10 @@ class Report {
     json_.member("catches", actions.catches);
     json_.key("tackles").beginObject().member("tried", actions.tacklesTried);
     json_.member("won", actions.tacklesWon).endObject();
+    json_.key("kick_faults").valueOrNull(all_.inferred() ? NONE : actions.kickFaults);
     writeStamina(period, player);
     writePresence(period, player);
+    writeCommands(period, player);
     writeCells("heat_map", all_.territory.player(period, player), [](int n) { return n; });
     json_.endObject();
   }
@@ -189,10 +192,23 @@ class Report {
     }
     json_.beginObject().member("first", presence.span.first).member("last", presence.span.last);
     json_.key("absent").beginArray();
-    for (const Span& span : presence.away) {
-      json_.beginArray().value(span.first).value(span.last).endArray();
-    }
+    for (const Span& span : presence.away) writeSpan(span);
     json_.endArray().endObject();
+  }
+
+  void writeSpan(const Span& span) {
+    json_.beginArray().value(span.first).value(span.last).endArray();
+  }
+
+  void writeCommands(Period period, int player) {
+    json_.key("silent").beginArray();
+    for (const Span& span : all_.silences.of(player)) {
+      if (isIn(period, span.first)) writeSpan(span);
+    }
+    json_.endArray();
+    const BodyCommands* const commands = match_.clients ? &match_.clients->commands() : nullptr;
+    json_.key("holes").valueOrNull(commands ? commands->holes(period, player) : NONE);
+    json_.key("doubles").valueOrNull(commands ? commands->doubles(period, player) : NONE);
   }
 
   void writeNetwork(Period period) {
@@ -389,6 +405,57 @@ class Report {
         writeWho(i);
         json_.member("old_type", types[n - 1].type).member("new_type", types[n].type).endObject();
       }
+    }
+    json_.endArray();
+  }
+
+  void writeTextLog() {
+    json_.key("text_log");
+    if (!match_.clients) {
+      json_.null();
+      return;
+    }
+    json_.beginObject().member("source", match_.clients->source());
+    json_.key("coach_messages").beginArray();
+    for (const CoachSaid& said : match_.clients->said()) writeMessage(said);
+    json_.endArray().key("type_requests").beginArray();
+    for (const TypeRequest& request : match_.clients->requests()) {
+      json_.beginObject().member("cycle", request.cycle).member("side", sideLetter(request.side));
+      json_.member("number", request.shirt).member("type", request.type);
+      json_.member("granted", request.granted).endObject();
+    }
+    json_.endArray().endObject();
+  }
+
+  void writeMessage(const CoachSaid& said) {
+    json_.beginObject().member("cycle", said.cycle).member("side", sideLetter(said.side));
+    json_.member("text", said.text).key("told");
+    if (!said.told) {
+      json_.null().endObject();
+      return;
+    }
+    const CoachMessage& told = *said.told;
+    json_.beginObject().key("kicker").valueOrNull(told.kicker);
+    json_.key("opponents").beginArray();
+    for (const int shirt : {told.lastDefender, told.secondLastDefender}) {
+      if (shirt != 0) json_.value(shirt);
+    }
+    json_.endArray().key("our_goalie").valueOrNull(told.ourGoalie);
+    json_.key("their_goalie").valueOrNull(told.otherGoalie);
+    json_.key("their_types").beginArray();
+    for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) json_.valueOrNull(told.otherTypes[n]);
+    json_.endArray();
+    writePlaces("our_team", told.ourTeam);
+    writePlaces("their_team", told.otherTeam);
+    json_.key("ball").beginArray().value(told.ball.x).value(told.ball.y).endArray();
+    json_.endObject().endObject();
+  }
+
+  /// By shirt number.
+  void writePlaces(std::string_view name, const Squad<Vector2d>& places) {
+    json_.key(name).beginArray();
+    for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+      json_.beginArray().value(places[n].x).value(places[n].y).endArray();
     }
     json_.endArray();
   }

@@ -22,7 +22,12 @@ int main(int argc, char** argv) {
   const Outputs outputs = outputsOf(options, error);
   if (!error.empty()) return fail(error, tools::BAD_ARGUMENT);
 
-  int status = readMatches(sourcesOf(options.sources), options.jobs, outputs) ? 0 : FAILED;
+  std::vector<Source> sources = sourcesOf(options.sources);
+  if (!options.rcl.empty()) {
+    if (sources.size() != 1) return fail("--rcl goes with one SOURCE only", tools::BAD_ARGUMENT);
+    sources.front().textLog = options.rcl;
+  }
+  int status = readMatches(sources, options.jobs, outputs) ? 0 : FAILED;
   for (const auto& output : outputs) {
     if (!output->end()) status = fail("the output cannot be written", FAILED);
   }

@@ -36,6 +36,16 @@ void take(gamelogs::MatchLog& log, Match& match, const EachFrame& eachFrame) {
   match.analysis.end();
 }
 
+void takeTextLog(const std::string& name, Match& match) {
+  auto clients = std::make_unique<ClientLog>();
+  std::string problem;
+  if (clients->read(name, match.analysis, problem)) {
+    problem = clients->remark();
+    match.clients = std::move(clients);
+  }
+  if (!problem.empty()) match.textLogProblem = name + " " + problem;
+}
+
 }  // namespace
 
 std::unique_ptr<Match> readMatch(const Source& source, const EachFrame& eachFrame) {
@@ -50,6 +60,7 @@ std::unique_ptr<Match> readMatch(const Source& source, const EachFrame& eachFram
   match->remark = log->remark();
   match->date = log->date();
   match->key = keyOf(match->date, match->analysis.lastScore());
+  if (!source.textLog.empty()) takeTextLog(source.textLog, *match);
   return match;
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "clientlog.h"
 #include "matchanalysis.h"
 #include "sources.h"
 
@@ -18,6 +19,8 @@ struct Match {
   std::string error;   ///< why it could not be read; empty when it was
   bool complete = false;
   analysis::MatchAnalysis analysis;
+  std::unique_ptr<ClientLog> clients;  ///< what the text log tells; null without one
+  std::string textLogProblem;          ///< why there is none, or what was wrong with it
 
   bool isRead() const { return error.empty(); }
 };

@@ -36,8 +36,8 @@ Reading read(const Source& source, const Outputs& outputs) {
   return reading;
 }
 
-void say(const Match& match, const std::string& what) {
-  std::cerr << "matchreport: " << printable(match.source) << ' ' << printable(what) << '\n';
+void say(const std::string& what) {
+  std::cerr << "matchreport: " << printable(what) << '\n';
 }
 
 class Jobs {
@@ -95,11 +95,13 @@ class Jobs {
   void handOn(Reading& reading) {
     Match& match = *reading.match;
     if (!match.isRead()) {
-      say(match, match.error);
+      say(match.source + " " + match.error);
       allRead_ = false;
       return;
     }
-    if (!match.remark.empty()) say(match, "is read as far as it goes: " + match.remark);
+    if (!match.remark.empty()) say(match.source + " is read as far as it goes: " + match.remark);
+    if (!match.textLogProblem.empty()) say(match.textLogProblem);
+    allRead_ = allRead_ && (match.clients || match.textLogProblem.empty());
     makeUnique(match);
     for (const MatchTaker& taker : reading.takers) taker.take(match);
   }

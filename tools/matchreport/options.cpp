@@ -27,6 +27,9 @@ tools::Tool commandLine(Options& options) {
         tools::text(options.html)},
        {"--team", "NAME", "the team whose numbers come first; the left one by default",
         tools::text(options.team)},
+       {"--rcl", "FILE",
+        "the text log of the one game log; not needed where it lies beside it with the same name",
+        tools::text(options.rcl)},
        {"--jobs", "N", "read up to N matches at once, 1 to 256; 1 by default",
         tools::number(options.jobs, 1, Options::MAX_JOBS)}},
       "Exit status: 0; 1 when a source could not be read (the others are reported all the\n"

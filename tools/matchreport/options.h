@@ -15,6 +15,7 @@ struct Options {
   std::string csv;
   std::string html;
   std::string team;
+  std::string rcl;
   int jobs = 1;
 };
 

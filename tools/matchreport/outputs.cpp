@@ -6,12 +6,13 @@
 #include "csvoutput.h"
 #include "htmloutput.h"
 #include "jsonreport.h"
+#include "seasonreport.h"
 #include "textreport.h"
 
 namespace vok::matchreport {
 namespace {
 
-/// The reports for a terminal, with an empty line between two.
+/// The reports for a terminal, with an empty line between two, and what several come to.
 class TextOutput : public Output {
  public:
   explicit TextOutput(std::string team) : team_(std::move(team)) {}
@@ -21,10 +22,14 @@ class TextOutput : public Output {
               if (!first_) std::cout << '\n';
               first_ = false;
               writeTextReport(match, sideOfTeam(match, team_), std::cout);
+              season_.add(match.analysis);
             }};
   }
 
-  bool end() override { return !std::cout.flush().fail(); }
+  bool end() override {
+    if (season_.matches() > 1) writeSeason(season_, team_, std::cout);
+    return !std::cout.flush().fail();
+  }
 
  private:
   static playing_side sideOfTeam(const Match& match, const std::string& team) {
@@ -33,6 +38,7 @@ class TextOutput : public Output {
   }
 
   std::string team_;
+  Season season_;
   bool first_ = true;
 };
 

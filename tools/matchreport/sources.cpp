@@ -53,10 +53,21 @@ std::vector<std::string> filesIn(const std::string& folder) {
   return logs;
 }
 
+std::string textLogOf(const std::string& name) {
+  const std::size_t ending = name.rfind(".rcg");
+  if (!isLog(name)) return {};
+  for (const char* const other : {".rcl", ".rcl.gz"}) {
+    const std::string textLog = name.substr(0, ending) + other;
+    std::error_code error;
+    if (fs::is_regular_file(textLog, error)) return textLog;
+  }
+  return {};
+}
+
 Source sourceOf(const std::string& name) {
   std::error_code error;
   const std::uintmax_t size = fs::file_size(name, error);
-  return {name, "", error ? 0 : size};
+  return {name, textLogOf(name), "", error ? 0 : size};
 }
 
 }  // namespace
@@ -70,7 +81,7 @@ std::vector<Source> sourcesOf(const std::vector<std::string>& names) {
       continue;
     }
     const std::vector<std::string> files = filesIn(name);
-    if (files.empty()) sources.push_back({name, "holds no game log and no recording", 0});
+    if (files.empty()) sources.push_back({name, "", "holds no game log and no recording", 0});
     for (const std::string& file : files) sources.push_back(sourceOf(file));
   }
   return sources;

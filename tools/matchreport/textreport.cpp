@@ -1,27 +1,15 @@
 #include "textreport.h"
 
 #include <iomanip>
-#include <sstream>
 
 #include "printable.h"
 #include "reporttables.h"
+#include "sidenumbers.h"
 
 namespace vok::matchreport {
 namespace {
 
 using namespace analysis;
-
-std::string fixed(double value, int decimals) {
-  if (!std::isfinite(value)) return "-";
-  std::ostringstream text;
-  text << std::fixed << std::setprecision(decimals) << value;
-  return text.str();
-}
-
-std::string percent(double share) {
-  constexpr double PERCENT = 100;
-  return std::isfinite(share) ? fixed(share * PERCENT, 1) + " %" : "-";
-}
 
 std::string shareOf(int part, int all) {
   return std::to_string(part) + " of " + std::to_string(all);
@@ -41,6 +29,7 @@ class Report {
     writeShootOut();
     writeOffences();
     for (const playing_side side : sides_) writePlayers(side);
+    writeCoach(sides_[0]);
     writeHealth(sides_[0]);
   }
 
@@ -87,63 +76,7 @@ class Report {
     return all_.formations.of(period, side, ball, goalieShirt(all_, side)).name;
   }
 
-  /// Of one side and part of the match.
-  using Number = std::string (*)(const MatchAnalysis&, Period, playing_side);
-
   void writeSides() {
-    struct Row {
-      const char* title;
-      Number number;
-    };
-    static constexpr std::array ROWS = {
-        Row{"Possession", [](const MatchAnalysis& m, Period p,
-                             playing_side s) { return percent(m.possession.share(p, s)); }},
-        Row{"Shots",
-            [](const MatchAnalysis& m, Period p, playing_side s) {
-              return std::to_string(sideCounts(m, p, s).shots.total);
-            }},
-        Row{"  on target",
-            [](const MatchAnalysis& m, Period p, playing_side s) {
-              return std::to_string(sideCounts(m, p, s).shots.onTarget);
-            }},
-        Row{"Passes tried",
-            [](const MatchAnalysis& m, Period p, playing_side s) {
-              return std::to_string(sideCounts(m, p, s).passes.tried());
-            }},
-        Row{"  completed",
-            [](const MatchAnalysis& m, Period p, playing_side s) {
-              return std::to_string(sideCounts(m, p, s).passes.completed);
-            }},
-        Row{"  intercepted",
-            [](const MatchAnalysis& m, Period p, playing_side s) {
-              return std::to_string(sideCounts(m, p, s).passes.intercepted);
-            }},
-        Row{"Touches",
-            [](const MatchAnalysis& m, Period p, playing_side s) {
-              return std::to_string(sideCounts(m, p, s).actions.touches);
-            }},
-        Row{"Dribbles",
-            [](const MatchAnalysis& m, Period p, playing_side s) {
-              return std::to_string(sideCounts(m, p, s).dribbles);
-            }},
-        Row{"Recoveries",
-            [](const MatchAnalysis& m, Period p, playing_side s) {
-              return std::to_string(sideCounts(m, p, s).recoveries);
-            }},
-        Row{"Tackles won",
-            [](const MatchAnalysis& m, Period p, playing_side s) {
-              return std::to_string(sideCounts(m, p, s).actions.tacklesWon);
-            }},
-        Row{"Penalty-area entries",
-            [](const MatchAnalysis& m, Period p, playing_side s) {
-              return std::to_string(m.entries.of(p, s));
-            }},
-        Row{"Distance (km)",
-            [](const MatchAnalysis& m, Period p, playing_side s) {
-              constexpr double METRES = 1000;
-              return fixed(m.distances.of(p, s) / METRES, 1);
-            }},
-    };
     constexpr int TITLE = 20;
     constexpr int COLUMN = 30;
     out_ << std::setw(TITLE) << "" << std::right;
@@ -151,8 +84,10 @@ class Report {
       out_ << std::setw(COLUMN - static_cast<int>(name(side).size())) << "" << shown(side);
     }
     out_ << '\n';
-    for (const Row& row : ROWS) {
-      writeRow(row.title, [&](Period p, playing_side s) { return row.number(all_, p, s); });
+    for (std::size_t i = 0; i < SIDE_NUMBERS; ++i) {
+      const SideNumber& number = sideNumber(i);
+      writeRow(number.title,
+               [&](Period p, playing_side s) { return number.shown(number.of(all_, p, s)); });
     }
     writeRow("Formation, ball",
              [&](Period p, playing_side s) { return formation(p, s, Ball::WITH); });
@@ -255,6 +190,40 @@ class Report {
     out_ << '\n';
   }
 
+  /// What our own coach said and asked for, as the text log tells.
+  void writeCoach(playing_side side) {
+    if (!match_.clients) return;
+    out_ << "\nCoach of " << shown(side) << '\n';
+    bool silent = true;
+    for (const TypeRequest& request : match_.clients->requests()) {
+      if (request.side != side) continue;
+      silent = false;
+      out_ << std::setw(7) << request.cycle << "  asks for type " << request.type << " for number "
+           << request.shirt << (request.granted ? "" : ", in vain") << '\n';
+    }
+    for (const CoachSaid& said : match_.clients->said()) {
+      if (said.side != side) continue;
+      silent = false;
+      out_ << std::setw(7) << said.cycle << "  " << contentOf(said) << '\n';
+    }
+    if (silent) out_ << "  Neither messages nor requests.\n";
+  }
+
+  static std::string contentOf(const CoachSaid& said) {
+    if (!said.told) return "says something in another code";
+    const CoachMessage& told = *said.told;
+    std::string text = "types";
+    for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
+      text += told.otherTypes[n] == -1 ? " -" : " " + std::to_string(told.otherTypes[n]);
+    }
+    if (told.kicker != -1) text += "; kicker " + std::to_string(told.kicker);
+    if (told.lastDefender != 0) {
+      text += "; opponents " + std::to_string(told.lastDefender) + ", " +
+              std::to_string(told.secondLastDefender);
+    }
+    return text;
+  }
+
   /// What went wrong with our own programs.
   void writeHealth(playing_side side) {
     bool healthy = true;
@@ -282,11 +251,26 @@ class Report {
     if (presence.span.last < all_.lastCycle()) {
       add("left after " + std::to_string(presence.span.last));
     }
+    for (const Span& span : all_.silences.of(player)) {
+      add("silent from " + std::to_string(span.first) + " to " + std::to_string(span.last));
+    }
+    const auto addCount = [&add](int count, const char* one, const char* several) {
+      if (count > 0) add(std::to_string(count) + " " + (count == 1 ? one : several));
+    };
+    if (match_.clients) {
+      const BodyCommands& commands = match_.clients->commands();
+      addCount(commands.holes(Period::WHOLE, player), "hole", "holes");
+      addCount(commands.doubles(Period::WHOLE, player), "double", "doubles");
+    }
     const int low = all_.staminas.of(Period::WHOLE, player).lowCycles;
-    if (low > 0) add(std::to_string(low) + " cycles with too little stamina");
+    addCount(low, "cycle with too little stamina", "cycles with too little stamina");
+    const StaminaTable& stamina = all_.staminas.of(Period::WHOLE, player);
+    if (stamina.leastRecovery < 1) add("recovery fell to " + fixed(stamina.leastRecovery, 3));
+    if (stamina.capacity <= 0) add("no capacity left");
     const ActionCounts& actions = all_.actions.of(Period::WHOLE, player);
-    const int failed = actions.tacklesTried - actions.tacklesWon;
-    if (failed > 0) add(std::to_string(failed) + " tackles that hit nothing");
+    addCount(actions.kickFaults, "kick fault", "kick faults");
+    addCount(actions.tacklesTried - actions.tacklesWon, "tackle that hit nothing",
+             "tackles that hit nothing");
     return text;
   }
 
