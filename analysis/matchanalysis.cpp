@@ -103,6 +103,7 @@ void MatchAnalysis::touching(const Step& step, PlayerSet players) {
   now.period = step.period;
   now.players = players;
   now.place = step.before->ball;
+  now.inPlay = step.play && step.playBefore;
   shots.touching(now, step.now, rules_);
   touchings.push_back(now);
 

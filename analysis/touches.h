@@ -44,8 +44,9 @@ struct Touching {
   int cycle = 0;
   Period period = Period::FIRST_HALF;
   PlayerSet players;
-  Vector2d place;   ///< of the ball, in the frame before
-  int shot = NONE;  ///< its number among the shots, if it is one
+  Vector2d place;       ///< of the ball, in the frame before
+  bool inPlay = false;  ///< this frame and the one before are of play
+  int shot = NONE;      ///< its number among the shots, if it is one
   int shooter = NONE;
 
   bool isSingle() const { return players.count() == 1; }

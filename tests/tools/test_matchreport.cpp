@@ -260,6 +260,47 @@ TEST(MatchReport, SumsSeveralMatchesUp) {
   EXPECT_EQ(text.find("Beta, mean of"), std::string::npos);
 }
 
+/// With one blank for several, so that no column's width matters.
+std::string narrow(const std::string& text) {
+  return std::regex_replace(text, std::regex(" +"), " ");
+}
+
+// In the second source the numbers 9 and 10 of the right side, who scored, are exchanged. The last
+// two have no touch in common.
+TEST(MatchReport, ComparesTwoSources) {
+  const std::string exchanged =
+      "cd " VOK_SOURCE_DIR
+      "/tests/data; zcat log6.rcg.gz | sed 's/((r 9)/((r X)/; s/((r 10)/((r 9)/; s/((r X)/((r 10)/'"
+      " | " VOK_BIN_DIR "/matchreport --compare log6.rcg.gz -";
+  const std::string text = narrow(runCommand(exchanged).second);
+  for (const char* const part : {"\nCycles of play 18 18 0\n", "\n Passes tried",
+                                 "\n only the first: 1078 r 10\n", "\n only the second: 1078 r 9\n",
+                                 "\n touches 2 100.00 %", "\n the side is right 2 100.00 %",
+                                 "\n the player is right 1 50.00 %", "\n invented 0 0.00 %"}) {
+    EXPECT_NE(text.find(part), std::string::npos) << part << text;
+  }
+  const std::string other = narrow(matchreport("--compare log6.rcg.gz log4.rcg.gz").second);
+  EXPECT_NE(other.find("\n the side is right 0 0.00 %"), std::string::npos) << other;
+  EXPECT_NE(other.find("\n invented 1 50.00 %"), std::string::npos) << other;
+}
+
+// The pairs of the same seed do not differ at all; those in the order of the names would.
+TEST(MatchReport, ComparesTwoFolders) {
+  const std::string folder = testing::TempDir() + "folders-" + std::to_string(getpid());
+  runCommand("mkdir -p " + folder + "/a " + folder +
+             "/b; cd " VOK_SOURCE_DIR "/tests/data; cp log4.rcg.gz " + folder +
+             "/a/seed1.rcg.gz; cp log5.rcg.gz " + folder + "/a/seed2.rcg.gz; cp log4.rcg.gz " +
+             folder + "/b/y-seed-1.rcg.gz; cp log5.rcg.gz " + folder + "/b/x-seed-2.rcg.gz");
+  const std::string compare = "--compare " + folder + "/a " + folder + "/b";
+  const std::string paired = narrow(matchreport(compare + " --team Beta").second);
+  EXPECT_NE(paired.find("Goals 0.5 0.5 0.0 +- 0.0\n"), std::string::npos) << paired;
+  runCommand("mv " + folder + "/b/y-seed-1.rcg.gz " + folder + "/b/seed3.rcg.gz");
+  const std::string single = narrow(matchreport(compare + " --team Beta").second);
+  EXPECT_NE(single.find("Goals 0.5 0.5 0.0 +- 3.0\n"), std::string::npos) << single;
+  EXPECT_EQ(matchreport(compare + "/x-seed-2.rcg.gz").first, 2);
+  runCommand("rm -r " + folder);
+}
+
 // The kicks, the goal and the foul are those that stand in the logs.
 TEST(MatchReport, FindsWhatHappenedInTheLogs) {
   const std::string json = matchreport("--json - log4.rcg.gz log5.rcg.gz").second;

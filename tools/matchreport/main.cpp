@@ -1,5 +1,8 @@
 // Tells what happened in matches: numbers from game logs and recordings.
+#include <iostream>
+
 #include "commandline.h"
+#include "comparison.h"
 #include "matchjobs.h"
 
 using namespace vok;
@@ -18,6 +21,7 @@ int fail(const std::string& reason, int status) {
 int main(int argc, char** argv) {
   Options options;
   if (const auto status = readOptions(options, argc, argv)) return *status;
+  if (options.compare) return compare(options, std::cout);
   std::string error;
   const Outputs outputs = outputsOf(options, error);
   if (!error.empty()) return fail(error, tools::BAD_ARGUMENT);

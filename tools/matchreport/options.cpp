@@ -30,6 +30,10 @@ tools::Tool commandLine(Options& options) {
        {"--rcl", "FILE",
         "the text log of the one game log; not needed where it lies beside it with the same name",
         tools::text(options.rcl)},
+       {"--compare", "",
+        "compare two sources of one match, or the matches of two folders, before and after a "
+        "change",
+        tools::flag(options.compare)},
        {"--jobs", "N", "read up to N matches at once, 1 to 256; 1 by default",
         tools::number(options.jobs, 1, Options::MAX_JOBS)}},
       "Exit status: 0; 1 when a source could not be read (the others are reported all the\n"

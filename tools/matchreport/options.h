@@ -16,6 +16,7 @@ struct Options {
   std::string html;
   std::string team;
   std::string rcl;
+  bool compare = false;
   int jobs = 1;
 };
 

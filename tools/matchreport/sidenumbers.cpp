@@ -59,12 +59,13 @@ std::string SideNumber::shown(double value) const {
   return std::isfinite(value) ? fixed(value * scale, decimals) + unit : "-";
 }
 
-/// A mean of whole numbers has a decimal.
+std::string SideNumber::mean(double value) const {
+  return std::isfinite(value) ? fixed(value * scale, std::max(1, decimals)) + unit : "-";
+}
+
 std::string SideNumber::shown(const Estimate& estimate) const {
   if (!std::isfinite(estimate.mean)) return "-";
-  const int shown = std::max(1, decimals);
-  return fixed(estimate.mean * scale, shown) + " +- " + fixed(estimate.halfWidth * scale, shown) +
-         unit;
+  return fixed(estimate.mean * scale, std::max(1, decimals)) + " +- " + mean(estimate.halfWidth);
 }
 
 }  // namespace vok::matchreport

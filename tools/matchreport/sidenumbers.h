@@ -18,6 +18,8 @@ struct SideNumber {
 
   /// "-" for an absent one.
   std::string shown(double value) const;
+  /// A mean of whole numbers has a decimal.
+  std::string mean(double value) const;
   /// "12.5 +- 3.1"
   std::string shown(const Estimate& estimate) const;
 };
