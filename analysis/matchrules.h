@@ -19,6 +19,7 @@ struct MatchRules {
   double goalWidth = 14.02;    ///< metres
   double ballDecay = 0.94;     ///< velocity factor per cycle
   double ballRand = 0.05;      ///< the noise of the ball's velocity, as a share of its speed
+  double playerRand = 0.1;     ///< likewise of a player
   double ballSize = 0.085;     ///< radius, metres
   double staminaMax = 8000;
   double effortDecThr = 0.3;  ///< share of `staminaMax` below which the effort falls

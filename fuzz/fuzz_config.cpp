@@ -1,8 +1,5 @@
 // Any text as a configuration file behind the shipped one: every key in every form, then the
 // modules and a few cycles on it.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -12,6 +9,7 @@
 #include "Config.h"
 #include "constants.h"
 #include "harness.h"
+#include "matchtelling.h"
 
 namespace {
 
@@ -20,23 +18,6 @@ using fuzz::require;
 
 /// What the end of the process is turned into.
 struct Fatal {};
-
-/// A file in memory.
-class File {
- public:
-  explicit File(std::string_view text) : fd_(memfd_create("config", 0)) {
-    require(write(fd_, text.data(), text.size()) == static_cast<ssize_t>(text.size()), "harness");
-    path = "/proc/self/fd/" + std::to_string(fd_);
-  }
-  ~File() { close(fd_); }
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-
-  std::string path;
-
- private:
-  int fd_;
-};
 
 template <typename Request>
 bool isGranted(Request request) {
@@ -119,7 +100,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::Match::instance();
   Config::onFatal = [](const std::string&) { throw Fatal(); };
   const std::string_view text(reinterpret_cast<const char*>(data), size);
-  const File file(text);
+  const fuzz::MemoryFile file(text);
   Config::clear();
   Config::readFile(VOK_SOURCE_DIR "/conf/agent.conf");
   fuzz::setOptionalKeys(static_cast<unsigned>(size));

@@ -46,7 +46,9 @@ bool GameLog::open(const std::string& name, std::string& error) {
 }
 
 bool GameLog::open(TextWindow window, std::string& error) {
+  constexpr std::size_t LONG_MESSAGE = 512;
   *this = GameLog();
+  message_.text.reserve(LONG_MESSAGE);
   window_ = std::move(window);
   while (window_.text().find('\n') == std::string_view::npos && window_.more()) {
   }
@@ -169,7 +171,7 @@ bool GameLog::nextObject(Told& told) {
     JsonText in(text);
     while (in.take(',') || in.take('[')) {
     }
-    if (in.peek() == ']') return false;
+    if (in.peek() == ']') return endArray();
     if (in.peek() == '\0') {  // between two objects
       window_.drop(text.size());
       if (window_.more()) continue;
@@ -192,6 +194,16 @@ bool GameLog::nextObject(Told& told) {
       return false;
     }
   }
+}
+
+/// Reads on to the file's end, where compressed data have their checksum.
+bool GameLog::endArray() {
+  do {
+    window_.drop(window_.text().size());
+  } while (window_.more());
+  inArray_ = false;
+  cut_ = !window_.problem().empty();
+  return false;
 }
 
 /// Behind a damaged object the next one begins on the next line; what fills the window without an

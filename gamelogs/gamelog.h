@@ -42,6 +42,7 @@ class GameLog : public MatchLog {
   bool nextObject(analysis::Told& told);
   bool readLine(std::string_view line, analysis::Told& told, bool& isNews);
   bool readHead(std::string_view line, bool& isHead);
+  bool endArray();
   void skipDamage(bool wholeWindow);
   static bool isNews(JsonKind kind, analysis::Told& told);
   void refuse();

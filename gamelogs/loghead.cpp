@@ -70,6 +70,7 @@ analysis::MatchRules LogHead::rules() const {
   server.number("goal_width", rules.goalWidth);
   server.number("ball_decay", rules.ballDecay);
   server.number("ball_rand", rules.ballRand);
+  server.number("player_rand", rules.playerRand);
   server.number("ball_size", rules.ballSize);
   server.number("stamina_max", rules.staminaMax);
   server.number("effort_dec_thr", rules.effortDecThr);

@@ -9,6 +9,8 @@
 
 #include "Config.h"
 #include "cycleloop.h"
+#include "gamelog.h"
+#include "matchanalysis.h"
 #include "matchrecorder.h"
 #include "support/coach.h"
 
@@ -93,6 +95,27 @@ TEST(Recording, AllocatesNothing) {
   counting = true;
   for (int i = 0; i < 3000; ++i) recorder.received(text);
   counting = false;
+  EXPECT_EQ(allocations, 0);
+}
+
+TEST(MatchStatistics, AllocateNothingAfterTheirStart) {
+  gamelogs::GameLog log;
+  analysis::MatchAnalysis match;
+  std::string error;
+  ASSERT_TRUE(log.open(VOK_SOURCE_DIR "/tests/analysis/data/full6.rcg.gz", error)) << error;
+  analysis::Told told = log.next();
+  match.start(log.rules());
+  int frames = 0;
+  allocations = 0;
+  counting = true;
+  for (; told != analysis::Told::END; told = log.next()) {
+    if (told == analysis::Told::FRAME) match.frame(log.frame());
+    if (told == analysis::Told::CALL) match.call(log.call());
+    if (told == analysis::Told::SCORE) match.score(log.score());
+    if (told == analysis::Told::FRAME) ++frames;
+  }
+  counting = false;
+  EXPECT_GT(frames, 100);
   EXPECT_EQ(allocations, 0);
 }
 

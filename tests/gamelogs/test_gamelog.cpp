@@ -150,14 +150,14 @@ TEST(GameLog, ReadsTheShortLivedVariantsOfJson) {
 }
 
 TEST(GameLog, OutlivesEveryCutAndFlippedByte) {
-  constexpr std::size_t TRAILER = 8;  // of the packed file, which holds nothing of the log
   for (const char* name : {"log6.rcg.gz", "logjson.rcg.gz"}) {
     std::ifstream file(data(name), std::ios::binary);
     std::stringstream packed;
     packed << file.rdbuf();
     const std::string whole = packed.str();
     GameLog log;
-    for (std::size_t at = 0; at < whole.size() - TRAILER; at += whole.size() / 25) {
+    // The last place cuts the checksum alone.
+    for (std::size_t at = whole.size() - 2; at < whole.size(); at -= whole.size() / 25) {
       const Telling cut = tellText(log, whole.substr(0, at));
       EXPECT_FALSE(cut.error.empty() && log.complete()) << at;
       std::string flipped = whole;
