@@ -66,7 +66,8 @@ bool readPlayer(Scanner& in, analysis::Frame& frame, analysis::PlayerSet& seen) 
   if (!in.literal(" ((") || !readWho(in, who)) return false;
   FramePlayer& player = frame.players[who];
   seen.add(who);
-  if (!in.literal(") ") || !in.integer(player.type) || !in.literal(" 0x")) return false;
+  if (!in.literal(") ") || !in.integer(player.type) || !in.literal(' ')) return false;
+  in.literal("0x");  // a server writes 0 without it
   if (!in.hexadecimal(player.state)) return false;
   if (!readVector(in, player.pos) || !readVector(in, player.vel)) return false;
   if (!in.real(player.body) || !in.real(player.neck)) return false;
@@ -123,7 +124,7 @@ void appendWho(std::string& to, int player) {
 void appendState(std::string& to, std::uint32_t state) {
   std::array<char, 8> digits{};
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), state, 16);
-  to.append(" 0x").append(digits.data(), end.ptr);
+  to.append(state == 0 ? " " : " 0x").append(digits.data(), end.ptr);
 }
 
 void appendPlayer(std::string& to, const analysis::Frame& frame, int who) {

@@ -94,6 +94,19 @@ TEST(GameLog, MarksWhatAVersionLacks) {
   }
 }
 
+TEST(GameLog, KnowsWhoIsNotThere) {
+  GameLog log;
+  std::string text = tell(log, data("log6.rcg.gz")).text;
+  const std::size_t show = text.rfind("\n(show ");
+  const std::string state = " 0x9 ";
+  text.replace(text.find(state, show), state.size(), " 0 ");
+  const Telling telling = tellText(log, text);
+  EXPECT_EQ(telling.text, text);
+  EXPECT_EQ(log.remark(), "");
+  EXPECT_FALSE(log.frame().players[0].there());
+  EXPECT_TRUE(log.frame().players[1].there());
+}
+
 TEST(GameLog, ReadsOnBehindDamageAndSaysWhatItWas) {
   GameLog log;
   const std::string text = tell(log, data("log6.rcg.gz")).text;
