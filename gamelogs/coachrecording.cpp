@@ -113,6 +113,7 @@ void CoachRecording::announce(std::string_view name, int cycle) {
     Scanner in(name.substr(std::string_view(head).size() + 1));
     if (in.literal('_') && in.integer(shirt) && isShirtNumber(shirt)) {
       marks_[analysis::playerOf(side, shirt)] |= bit;
+      carded_.add(analysis::playerOf(side, shirt));
     }
     return;
   }
@@ -192,6 +193,11 @@ bool CoachRecording::readView(std::string_view text) {
   frame_.ballVel = {record_.exactball.x_vel, record_.exactball.y_vel};
   for (analysis::FramePlayer& player : frame_.players.of) player.state = 0;
   for (const ExactPlayer& seen : record_.exactplayer) fill(seen);
+  // Who is sent off is in no view: he shows his card once more, where he was.
+  for (int i = 0; i < analysis::PLAYERS; ++i) {
+    if (carded_.has(i)) frame_.players[i].state |= marks_[i];
+  }
+  carded_ = {};
   for (bool& caught : caught_.of) caught = false;
   tellsFrame_ = true;
   return true;

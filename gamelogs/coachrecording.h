@@ -46,6 +46,7 @@ class CoachRecording : public MatchLog {
   SensorData record_;
   Squad<int> types_;  ///< of the coach's team, as announced; 0 is the default type
   analysis::ByPlayer<std::uint32_t> marks_;  ///< cards, for the rest of the match
+  analysis::PlayerSet carded_;               ///< who saw one since the last frame
   analysis::BySide<bool> caught_;            ///< its goalie caught the ball since the last frame
   bool kickedOff_ = false;                   ///< a play mode but "before_kick_off" holds
   int halfEnd_ = analysis::NONE;             ///< the cycle in which the last half ended

@@ -107,6 +107,27 @@ TEST(GameLog, KnowsWhoIsNotThere) {
   EXPECT_TRUE(log.frame().players[1].there());
 }
 
+TEST(CoachRecording, ShowsTheCardOfWhoIsSentOffOnce) {
+  const std::string file = testing::TempDir() + "vok-" + std::to_string(getpid()) + ".txt";
+  const auto view = [](int time, const std::string& more) {
+    return std::to_string(time) + "\t(see_global " + std::to_string(time) +
+           " ((b) 0 0 0 0) ((p \"A\" 1 goalie) -50 0 0 0 0 0)" + more +
+           " ((p \"B\" 1 goalie) 50 0 0 0 180 0))\n";
+  };
+  std::ofstream(file) << "0\t(init l ok)\n1\t(hear 0 referee kick_off_l)\n"
+                      << view(1, " ((p \"A\" 7) 3 0 0 0 0 0)")
+                      << "1\t(hear 1 referee red_card_l_7)\n"
+                      << view(2, "") << view(3, "");
+  std::string error;
+  const auto log = openMatchLog(file, error);
+  std::remove(file.c_str());
+  ASSERT_NE(log, nullptr) << error;
+  std::string states;
+  for (Told told = log->next(); told != Told::END; told = log->next())
+    if (told == Told::FRAME) states += std::to_string(log->frame().players[6].state) + " ";
+  EXPECT_EQ(states, "1 " + std::to_string(analysis::STATE_RED_CARD) + " 0 ");
+}
+
 TEST(GameLog, ReadsOnBehindDamageAndSaysWhatItWas) {
   GameLog log;
   const std::string text = tell(log, data("log6.rcg.gz")).text;
