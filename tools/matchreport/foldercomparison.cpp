@@ -101,9 +101,8 @@ void FolderComparison::write(std::ostream& out) const {
     }
     out << '\n';
   }
-  out << (inPairs ? "The differences are those of "
-                  : "The differences are not of pairs: there are ")
-      << pairs.size() << " pairs with the same opponent and seed.\n";
+  out << "Pairs with the same opponent and seed: " << pairs.size()
+      << ". The differences are those of " << (inPairs ? "the pairs.\n" : "the means.\n");
 
   const auto writeRows = [&](const char* whose, Numbers Seen::*numbers) {
     out << '\n'

@@ -151,7 +151,8 @@ class Comparison {
     const Agreement sum = swapped ? agreement(b_, a_) : agreement(a_, b_);
     const auto line = [&](const char* title, int count) {
       const double share = sum.touches == 0 ? ABSENT : 100.0 * count / sum.touches;
-      writeRow(title, std::to_string(count), fixed(share, 2) + " %", "");
+      out_ << std::left << std::setw(TITLE) << title << std::right << std::setw(COLUMN) << count
+           << std::setw(COLUMN) << fixed(share, 2) << " %\n";
     };
     out_ << "\nSingle touches in play, those of the " << (swapped ? "first" : "second")
          << " held against the " << (swapped ? "second" : "first") << '\n';

@@ -242,8 +242,13 @@ class Report {
     const Presence& presence = all_.presences.of(Period::WHOLE, player);
     if (!presence.ever) return "was never on the field";
     std::string text;
-    const auto add = [&text](const std::string& more) {
-      text += (text.empty() ? "" : "; ") + more;
+    std::size_t column = 6;  // behind the number
+    const auto add = [&](const std::string& more) {
+      constexpr std::size_t WIDTH = 79;
+      const bool fits = column + 2 + more.size() <= WIDTH;
+      if (!text.empty()) text += fits ? "; " : ";\n      ";
+      column = (text.empty() || !fits ? 6 : column + 2) + more.size();
+      text += more;
     };
     for (const Span& span : presence.away) {
       add("away from " + std::to_string(span.first) + " to " + std::to_string(span.last));
