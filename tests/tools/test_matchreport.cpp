@@ -62,7 +62,7 @@ TEST(MatchReport, WritesTheJsonThatThePageDescribes) {
     gamelogs::JsonText in(line);
     std::set<std::string> paths;
     EXPECT_TRUE(collect(in, "", paths)) << line.substr(0, 200);
-    withTextLog += paths.contains("text_log.coach_messages[].told.ball[]") ? 1 : 0;
+    withTextLog += paths.contains("text_log.coach_messages[].text") ? 1 : 0;
     EXPECT_GT(paths.size(), 60U);
     for (std::string path : paths) {
       path = std::regex_replace(path, side, "sides.S.");
@@ -156,7 +156,7 @@ TEST(MatchReport, ReadsSeveralMatchesAtOnce) {
   EXPECT_EQ(failed, 1);
   EXPECT_NE(rest.find("matchreport: no/such cannot be opened"), std::string::npos);
   EXPECT_NE(rest.find("matchreport: /dev holds no game log"), std::string::npos);
-  EXPECT_EQ(lines(rest).back(), lines(matchreport("log4.rcg.gz").second).back());
+  EXPECT_NE(rest.find("\n6 matches\n"), std::string::npos);
   runCommand("rm -r " + folder);
 }
 
@@ -243,7 +243,12 @@ TEST(MatchReport, TellsWhatTheTextLogHas) {
   runCommand("rm -r " + folder);
 }
 
-// Three matches of hand: 0:1, 0:0 and 1:0 (the log of the first one with the teams exchanged). The
+/// With one blank for several, so that no column's width matters.
+std::string narrow(const std::string& text) {
+  return std::regex_replace(text, std::regex(" +"), " ");
+}
+
+// Three matches: 0:1, 0:0 and 1:0 (the log of the first one with the teams exchanged). The
 // interval of the three goals of Alpha is 4.303 * sqrt(1/3) / sqrt(3) around 1/3.
 TEST(MatchReport, SumsSeveralMatchesUp) {
   const auto [status, text] =
@@ -253,16 +258,10 @@ TEST(MatchReport, SumsSeveralMatchesUp) {
   EXPECT_EQ(status, 0);
   for (const char* const part :
        {"      1         3    1      1     1      1:1       4  Alpha\n",
-        "      1  Alpha number 9\n", "Goals                            0.3 +- 1.4",
-        "mean of 3 matches"}) {
-    EXPECT_NE(text.find(part), std::string::npos) << part << text;
+        "      1  Alpha number 9\n", "Goals 0.3 +- 1.4", "mean of 3 matches"}) {
+    EXPECT_NE(narrow(text).find(narrow(part)), std::string::npos) << part << text;
   }
   EXPECT_EQ(text.find("Beta, mean of"), std::string::npos);
-}
-
-/// With one blank for several, so that no column's width matters.
-std::string narrow(const std::string& text) {
-  return std::regex_replace(text, std::regex(" +"), " ");
 }
 
 // In the second source the numbers 9 and 10 of the right side, who scored, are exchanged. The last
@@ -273,7 +272,7 @@ TEST(MatchReport, ComparesTwoSources) {
       "/tests/data; zcat log6.rcg.gz | sed 's/((r 9)/((r X)/; s/((r 10)/((r 9)/; s/((r X)/((r 10)/'"
       " | " VOK_BIN_DIR "/matchreport --compare log6.rcg.gz -";
   const std::string text = narrow(runCommand(exchanged).second);
-  for (const char* const part : {"\nCycles of play 18 18 0\n", "\n Passes tried",
+  for (const char* const part : {"\nCycles of play 18 18 0\n", "\nPasses tried 0 0 0.0\n",
                                  "\n only the first: 1078 r 10\n", "\n only the second: 1078 r 9\n",
                                  "\n touches 2 100.00 %", "\n the side is right 2 100.00 %",
                                  "\n the player is right 1 50.00 %", "\n invented 0 0.00 %"}) {
