@@ -32,11 +32,9 @@ void readConfig(const char* fileName) {
 }
 
 /// The recording of the match; null without "record_file". Not a member of the coach, so that it is
-/// completed, too, when std::exit ends the program.
-std::unique_ptr<MatchRecorder>& matchRecorder() {
-  static std::unique_ptr<MatchRecorder> theRecorder;
-  return theRecorder;
-}
+/// completed, too, when std::exit ends the program; and at namespace scope, so that it outlives a
+/// coach that is static in a function.
+std::unique_ptr<MatchRecorder> matchRecorder;
 
 }  // namespace
 
@@ -57,12 +55,12 @@ Onlinecoach::Onlinecoach(const char* team, Link& link, const char* agentConfFile
 void Onlinecoach::checkIn() {
   wantsSummary = Config::getOptionalInt("summary", 0) == 1;
   if (const std::string file = Config::getOptionalText("record_file", ""); !file.empty()) {
-    matchRecorder() = std::make_unique<MatchRecorder>(file);
-    comm->record(*matchRecorder());
+    matchRecorder = std::make_unique<MatchRecorder>(file);
+    comm->record(*matchRecorder);
   }
   const comm_error result = comm->isServerAlive() ? comm->connect() : COMM_ERROR;
   if (result == COMM_OK) {
-    if (matchRecorder() != nullptr) matchRecorder()->start();
+    if (matchRecorder != nullptr) matchRecorder->start();
     world = std::make_unique<Worldmodel>(comm.get());
   } else {
     std::cerr << CHECKIN_MESSAGES[result] << "\n";
@@ -72,7 +70,7 @@ void Onlinecoach::checkIn() {
 Onlinecoach::~Onlinecoach() {
   world.reset();
   comm.reset();
-  matchRecorder().reset();
+  matchRecorder.reset();
 }
 
 void Onlinecoach::coach() {
