@@ -30,8 +30,8 @@ constexpr const char* NO_FURTHER_KEYS = "/dev/null";  // the configuration is re
 
 // By the bits of `setOptionalKeys`.
 constexpr const char* OPTIONAL_KEYS[] = {"tac_typesFromDecay", "types_withinLimits",
-                                         "types_byAbility", "summary", "types_replaceTired",
-                                         "say_inPlay"};
+                                         "types_byAbility",    "summary",
+                                         "types_replaceTired", "say_inPlay"};
 
 /// Takes everything and remembers only whether a line was that of a soft assertion.
 class Nowhere : public std::streambuf {
