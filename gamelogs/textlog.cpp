@@ -80,7 +80,6 @@ bool readTextLogLine(std::string_view text, TextLogLine& line) {
   Scanner in(text);
   if (!in.integer(line.cycle) || !in.literal(',') || !in.integer(line.standing)) return false;
   if (!in.literal('\t') || line.cycle < 0 || line.standing < 0) return false;
-  std::string_view sender;
   if (in.literal("Recv ")) {
     const std::size_t colon = in.rest().find(": ");
     if (colon == std::string_view::npos) return false;
