@@ -262,6 +262,8 @@ void Worldmodel::seePlayer(const SensorPlayer& seen, team_number team, int numbe
   const Vector2d pos = player.pos;
   const Vector2d v = player.v;
   player.setBySensorData(seen, my, VISUAL, playMode);
+  // Somebody whom the view calls by our own number is one of the others.
+  player.number = number;
   player.pos = pos;
   player.v = v;
 
