@@ -368,8 +368,13 @@ void Worldmodel::forgetImpossible() {
     forgetMotion(motion);
     return true;
   };
+  // The own velocity is felt, wherever the player is.
+  const Vector2d felt = my.v;
   Motion none;
-  if (forget(my, none)) place = {};
+  if (forget(my, none)) {
+    place = {};
+    if (felt * felt < FASTEST * FASTEST) my.v = felt;
+  }
   forget(ball, ballMotion);
   for (int n = FIRST_SHIRT; n <= LAST_SHIRT; ++n) {
     if (forget(ourTeam[n], ourMotion[n])) ourTeam[n].push = {};
