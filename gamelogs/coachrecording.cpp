@@ -222,15 +222,7 @@ void CoachRecording::fill(const ExactPlayer& seen) {
 }
 
 std::string CoachRecording::remark() const {
-  std::string text;
-  if (refused_ > 0) {
-    text = "line " + std::to_string(firstRefused_) + " is damaged";
-    if (refused_ > 1) {
-      text += " and " + std::to_string(refused_ - 1) + " more of " + std::to_string(line_);
-    }
-  }
-  if (cut_) text += text.empty() ? "it is cut off" : "; it is cut off";
-  return text;
+  return damageRemark(refused_, firstRefused_, line_, cut_);
 }
 
 }  // namespace vok::gamelogs

@@ -58,4 +58,16 @@ bool TextWindow::line(std::string_view& found, bool& cut) {
   }
 }
 
+std::string damageRemark(long refused, long firstRefused, long lines, bool isCut) {
+  std::string text;
+  if (refused > 0) {
+    text = "line " + std::to_string(firstRefused) + " is damaged";
+    if (refused > 1) {
+      text += " and " + std::to_string(refused - 1) + " more of " + std::to_string(lines);
+    }
+  }
+  if (isCut) text += text.empty() ? "it is cut off" : "; it is cut off";
+  return text;
+}
+
 }  // namespace vok::gamelogs

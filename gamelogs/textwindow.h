@@ -44,4 +44,8 @@ class TextWindow {
   bool inLongLine_ = false;
 };
 
+/// A sentence on what is wrong with a file of lines: how many were refused, the first of them, the
+/// lines read, and whether the end is missing. Empty when all is well.
+std::string damageRemark(long refused, long firstRefused, long lines, bool isCut);
+
 }  // namespace vok::gamelogs
